@@ -1,0 +1,40 @@
+#pragma once
+// The connection log (vonnel.log, kept across runs) and the failure record
+// (error.log, this run only). Both are ini files: key, " - ", "=", text.
+
+#include <QDateTime>
+#include <QString>
+
+namespace vonnel {
+
+class Clock;
+
+class Logs {
+public:
+    Logs(QString appPath, const Clock& clock) : m_appPath(std::move(appPath)), m_clock(clock) {}
+
+    QString sessionLogPath() const { return m_appPath + QStringLiteral("vonnel.log"); }
+    QString errorLogPath() const { return m_appPath + QStringLiteral("error.log"); }
+
+    // "> " + text under the key date + " " + time + " - ". Two events in
+    // one second share a key, and the later one stays.
+    void connection(const QString& text);
+    // A frame that could not be handled, under "eData " + running count.
+    void eData(const QString& data);
+    // A failure of the transfer dispatcher: running number + location words.
+    void failure(const QString& location, const QString& description);
+    // The text of a fatal fault, under "Error " + running number.
+    void fatal(const QString& text);
+
+    // The key of a connection line for a given moment.
+    static QString stampKey(const QDateTime& when);
+
+private:
+    QString m_appPath;
+    const Clock& m_clock;
+    int m_eData = 0;
+    int m_failures = 0;
+    int m_fatal = 0;
+};
+
+}  // namespace vonnel

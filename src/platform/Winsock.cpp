@@ -1,0 +1,278 @@
+#include "platform/Winsock.h"
+
+#include <QHostInfo>
+#include <QNetworkInterface>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+namespace vonnel {
+
+namespace {
+constexpr int kMaxPending = 8;  // a flood of callers must not pile up sockets
+}
+
+int winsockErrorNumber(int e)
+{
+    switch (QAbstractSocket::SocketError(e)) {
+    case QAbstractSocket::ConnectionRefusedError: return Winsock::errConnectionRefused;
+    case QAbstractSocket::HostNotFoundError: return Winsock::errHostNotFound;
+    case QAbstractSocket::SocketTimeoutError: return Winsock::errTimedOut;
+    case QAbstractSocket::AddressInUseError: return Winsock::errAddressInUse;
+    case QAbstractSocket::NetworkError: return Winsock::errNetworkUnreachable;
+    case QAbstractSocket::RemoteHostClosedError: return 10054;
+    case QAbstractSocket::SocketAccessError: return 10013;
+    default: return 10053;
+    }
+}
+
+Winsock::Winsock(int index, QObject* parent) : QObject(parent), m_index(index) {}
+
+Winsock::~Winsock()
+{
+    for (auto& p : m_pending)
+        if (p)
+            p->abort();
+}
+
+void Winsock::setState(int s)
+{
+    if (m_state == s)
+        return;
+    m_state = s;
+    Q_EMIT stateChanged(m_index, s);
+}
+
+int Winsock::fail(int number, const QString& text)
+{
+    m_lastError = number;
+    m_lastErrorText = text;
+    return number;
+}
+
+QString Winsock::RemoteHostIP() const
+{
+    if (!m_socket)
+        return QString();
+    QHostAddress a = m_socket->peerAddress();
+    bool ok = false;
+    const quint32 v4 = a.toIPv4Address(&ok);
+    return ok ? QHostAddress(v4).toString() : a.toString();
+}
+
+QString Winsock::LocalIP() const
+{
+    if (m_socket && m_socket->state() == QAbstractSocket::ConnectedState) {
+        bool ok = false;
+        const quint32 v4 = m_socket->localAddress().toIPv4Address(&ok);
+        if (ok)
+            return QHostAddress(v4).toString();
+    }
+    for (const QHostAddress& a : QNetworkInterface::allAddresses())
+        if (a.protocol() == QAbstractSocket::IPv4Protocol && !a.isLoopback())
+            return a.toString();
+    return QStringLiteral("127.0.0.1");
+}
+
+QString Winsock::LocalHostName() const
+{
+    return QHostInfo::localHostName();
+}
+
+int Winsock::Listen()
+{
+    m_lastError = 0;
+    if (m_state != sckClosed)
+        return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
+    // Callers left undecided from an earlier round are refused now.
+    for (auto& p : m_pending)
+        if (p)
+            p->abort();
+    m_pending.clear();
+    auto* server = new QTcpServer(this);
+    if (!server->listen(QHostAddress::Any, m_localPort)) {
+        const int n = server->serverError() == QAbstractSocket::AddressInUseError
+                          ? errAddressInUse
+                          : winsockErrorNumber(server->serverError());
+        const QString text = n == errAddressInUse ? QStringLiteral("Address in use")
+                                                  : server->errorString();
+        delete server;
+        return fail(n, text);
+    }
+    m_server = server;
+    m_localPort = server->serverPort();
+    connect(server, &QTcpServer::newConnection, this, &Winsock::onNewConnection);
+    setState(sckListening);
+    return 0;
+}
+
+void Winsock::onNewConnection()
+{
+    while (m_server && m_server->hasPendingConnections()) {
+        QTcpSocket* s = m_server->nextPendingConnection();
+        if (m_pending.size() >= kMaxPending) {
+            s->abort();
+            s->deleteLater();
+            continue;
+        }
+        s->setParent(this);
+        const qintptr id = m_nextRequest++;
+        m_pending.insert(id, s);
+        connect(s, &QTcpSocket::disconnected, s, [this, id] {
+            if (auto p = m_pending.take(id))
+                p->deleteLater();
+        });
+        Q_EMIT ConnectionRequest(m_index, id);
+    }
+}
+
+int Winsock::Connect(const QString& host, quint16 port)
+{
+    m_lastError = 0;
+    if (m_state != sckClosed)
+        return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
+    m_remoteHost = host;
+    m_remotePort = port;
+    auto* s = new QTcpSocket(this);
+    if (m_localPort != 0 &&
+        !s->bind(QHostAddress::AnyIPv4, m_localPort, QAbstractSocket::ReuseAddressHint)) {
+        const int n = s->error() == QAbstractSocket::AddressInUseError ? errAddressInUse
+                                                                        : winsockErrorNumber(s->error());
+        delete s;
+        return fail(n, QStringLiteral("Address in use"));
+    }
+    adopt(s);
+    setState(sckResolvingHost);
+    connect(s, &QTcpSocket::hostFound, this, [this] {
+        if (m_state == sckResolvingHost)
+            setState(sckConnecting);
+    });
+    connect(s, &QTcpSocket::connected, this, [this] {
+        setState(sckConnected);
+        Q_EMIT Connect_(m_index);
+    });
+    s->connectToHost(host, port, QIODevice::ReadWrite, QAbstractSocket::IPv4Protocol);
+    return 0;
+}
+
+int Winsock::Accept(qintptr requestId)
+{
+    m_lastError = 0;
+    QPointer<QTcpSocket> s = m_pending.take(requestId);
+    if (!s || s->state() != QAbstractSocket::ConnectedState) {
+        if (s)
+            s->deleteLater();
+        return fail(errInvalidOperation, QStringLiteral("The connection was closed by the caller"));
+    }
+    disconnect(s, &QTcpSocket::disconnected, s, nullptr);
+    if (m_server) {
+        m_server->close();
+        m_server->deleteLater();
+        m_server = nullptr;
+    }
+    dropConnection();
+    adopt(s);
+    setState(sckConnected);
+    // Anything the caller sent before the accept is announced at once.
+    if (s->bytesAvailable() > 0)
+        QMetaObject::invokeMethod(this, [this] {
+            if (m_socket && m_socket->bytesAvailable() > 0)
+                Q_EMIT DataArrival(m_index, m_socket->bytesAvailable());
+        }, Qt::QueuedConnection);
+    return 0;
+}
+
+void Winsock::adopt(QTcpSocket* s)
+{
+    m_socket = s;
+    s->setParent(this);
+    s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    m_unconfirmed = 0;
+    connect(s, &QTcpSocket::readyRead, this, [this, s] {
+        if (m_socket == s && s->bytesAvailable() > 0)
+            Q_EMIT DataArrival(m_index, s->bytesAvailable());
+    });
+    connect(s, &QTcpSocket::bytesWritten, this, [this, s](qint64 n) {
+        if (m_socket != s)
+            return;
+        m_unconfirmed = s->bytesToWrite();
+        Q_EMIT SendProgress(m_index, n, m_unconfirmed);
+        if (m_unconfirmed == 0)
+            Q_EMIT SendComplete(m_index);
+    });
+    connect(s, &QTcpSocket::disconnected, this, [this, s] {
+        if (m_socket != s || m_state != sckConnected)
+            return;
+        setState(sckClosing);
+        Q_EMIT Close_(m_index);
+    });
+    connect(s, &QTcpSocket::errorOccurred, this, [this, s] {
+        if (m_socket == s)
+            onSocketError();
+    });
+}
+
+void Winsock::onSocketError()
+{
+    const auto e = m_socket->error();
+    // An orderly close by the peer is a close, not an error.
+    if (e == QAbstractSocket::RemoteHostClosedError && m_state == sckConnected)
+        return;
+    if (m_state == sckClosing || m_state == sckClosed)
+        return;
+    const int n = winsockErrorNumber(e);
+    fail(n, m_socket->errorString());
+    setState(sckError);
+    Q_EMIT Error(m_index, n, m_lastErrorText);
+}
+
+int Winsock::SendData(const QByteArray& data)
+{
+    m_lastError = 0;
+    if (m_state != sckConnected || !m_socket)
+        return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
+    if (data.isEmpty())
+        return 0;
+    m_socket->write(data);
+    return 0;
+}
+
+QByteArray Winsock::GetData()
+{
+    return m_socket ? m_socket->readAll() : QByteArray();
+}
+
+qint64 Winsock::bytesAvailable() const
+{
+    return m_socket ? m_socket->bytesAvailable() : 0;
+}
+
+void Winsock::dropConnection()
+{
+    if (!m_socket)
+        return;
+    QTcpSocket* s = m_socket;
+    m_socket = nullptr;
+    s->disconnect(this);
+    // Bytes already handed over still go out before the close.
+    if (s->state() == QAbstractSocket::ConnectedState) {
+        s->flush();
+        s->disconnectFromHost();
+    } else {
+        s->abort();
+    }
+    s->deleteLater();
+}
+
+void Winsock::Close()
+{
+    m_lastError = 0;
+    if (m_server) {
+        m_server->close();
+        m_server->deleteLater();
+        m_server = nullptr;
+    }
+    dropConnection();
+    setState(sckClosed);
+}
+
+}  // namespace vonnel

@@ -1,0 +1,106 @@
+#pragma once
+// One member of the socket array: a TCP endpoint that listens, connects or
+// carries an accepted connection, and reports the states and events of the
+// socket control the session code is written against.
+
+#include <QByteArray>
+#include <QHash>
+#include <QHostAddress>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class QTcpServer;
+class QTcpSocket;
+
+namespace vonnel {
+
+class Winsock : public QObject {
+    Q_OBJECT
+public:
+    enum State {
+        sckClosed = 0,
+        sckOpen = 1,
+        sckListening = 2,
+        sckConnectionPending = 3,
+        sckResolvingHost = 4,
+        sckHostResolved = 5,
+        sckConnecting = 6,
+        sckConnected = 7,
+        sckClosing = 8,
+        sckError = 9,
+    };
+    // Error numbers as the session code knows them.
+    static constexpr int errAddressInUse = 10048;
+    static constexpr int errConnectionRefused = 10061;
+    static constexpr int errTimedOut = 10060;
+    static constexpr int errHostNotFound = 11001;
+    static constexpr int errNetworkUnreachable = 10051;
+    static constexpr int errInvalidOperation = 40006;
+
+    explicit Winsock(int index, QObject* parent = nullptr);
+    ~Winsock() override;
+
+    int index() const { return m_index; }
+    int State() const { return m_state; }
+
+    quint16 LocalPort() const { return m_localPort; }
+    void setLocalPort(quint16 port) { m_localPort = port; }
+    quint16 RemotePort() const { return m_remotePort; }
+    void setRemotePort(quint16 port) { m_remotePort = port; }
+    QString RemoteHost() const { return m_remoteHost; }
+    QString RemoteHostIP() const;
+    QString LocalIP() const;
+    QString LocalHostName() const;
+
+    // Each operation returns 0 or the error number that the control would
+    // raise; the text of the last error is kept in lastErrorText().
+    int Listen();
+    int Connect(const QString& host, quint16 port);
+    int Accept(qintptr requestId);
+    int SendData(const QByteArray& data);
+    QByteArray GetData();
+    qint64 bytesAvailable() const;
+    void Close();
+
+    int lastError() const { return m_lastError; }
+    QString lastErrorText() const { return m_lastErrorText; }
+
+Q_SIGNALS:
+    void Connect_(int index);
+    void ConnectionRequest(int index, qintptr requestId);
+    void DataArrival(int index, qint64 bytesTotal);
+    void Close_(int index);
+    void SendProgress(int index, qint64 bytesSent, qint64 bytesRemaining);
+    void SendComplete(int index);
+    void Error(int index, int number, const QString& description);
+    // Any change of State(), for views that show it.
+    void stateChanged(int index, int state);
+
+private:
+    void setState(int s);
+    int fail(int number, const QString& text);
+    void adopt(QTcpSocket* socket);
+    void dropConnection();
+    void onNewConnection();
+    void onSocketError();
+
+    int m_index;
+    int m_state = sckClosed;
+    quint16 m_localPort = 0;
+    quint16 m_remotePort = 0;
+    QString m_remoteHost;
+    int m_lastError = 0;
+    QString m_lastErrorText;
+    QTcpServer* m_server = nullptr;
+    QPointer<QTcpSocket> m_socket;
+    // Callers waiting for a decision, by request identifier. A caller that
+    // is neither accepted nor refused lingers until the next Listen.
+    QHash<qintptr, QPointer<QTcpSocket>> m_pending;
+    qintptr m_nextRequest = 1;
+    qint64 m_unconfirmed = 0;
+};
+
+int winsockErrorNumber(int qtSocketError);
+
+}  // namespace vonnel

@@ -1,0 +1,278 @@
+#include "shell/FrmMain.h"
+
+#include "connection/Connection.h"
+#include "core/CopyLock.h"
+#include "core/IniStore.h"
+#include "core/Logs.h"
+#include "core/Translator.h"
+#include "platform/Clock.h"
+#include "platform/Desktop.h"
+#include "platform/Prompter.h"
+#include "shell/Views.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QThread>
+
+namespace vonnel {
+
+FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
+    : QObject(parent),
+      m_env(env),
+      m_translator(std::make_unique<Translator>(env.appPath)),
+      m_logs(std::make_unique<Logs>(env.appPath, *env.clock))
+{
+    for (int i = 0; i < 2; ++i) {
+        m_winsock[size_t(i)] = std::make_unique<Winsock>(i);
+        m_txtClient[size_t(i)] =
+            std::make_unique<TextPane>(QStringLiteral("txtClient(%1)").arg(i));
+    }
+    tTimer1.setInterval(60000);
+    tTimer2.setInterval(5000);
+    m_connection = std::make_unique<Connection>(*this);
+    m_caption = titleWithVersion();
+}
+
+FrmMain::~FrmMain() = default;
+
+// --- settings ---------------------------------------------------------------
+
+QString FrmMain::setting(const QString& key) const
+{
+    return ReadIni(kSection, key, iniPath());
+}
+
+void FrmMain::writeSetting(const QString& key, const QString& value) const
+{
+    WriteIni(kSection, key, value, iniPath());
+}
+
+double FrmMain::settingNumber(const QString& key) const
+{
+    return iniNumber(setting(key));
+}
+
+int FrmMain::settingInt(const QString& key) const
+{
+    return iniInt(setting(key));
+}
+
+bool FrmMain::settingFlag(const QString& key) const
+{
+    return flagByNumber(setting(key));
+}
+
+QString FrmMain::translate(const QString& key, const QString& fallback) const
+{
+    return m_translator->translate(key, fallback);
+}
+
+// --- window model -----------------------------------------------------------
+
+void FrmMain::setCaption(const QString& c)
+{
+    if (c == m_caption)
+        return;
+    m_caption = c;
+    Q_EMIT captionChanged();
+}
+
+QString FrmMain::titleWithVersion() const
+{
+    return kTitle + QLatin1Char(' ') + QString::number(kMajor) + QLatin1Char('.') +
+           QString::number(kMinor);
+}
+
+void FrmMain::setVisible(bool v)
+{
+    if (v == m_visible)
+        return;
+    m_visible = v;
+    Q_EMIT visibilityChanged(v);
+}
+
+void FrmMain::setWindowState(int s)
+{
+    if (s == m_windowState)
+        return;
+    m_windowState = s;
+    Q_EMIT windowStateChanged(s);
+}
+
+// --- socket set -------------------------------------------------------------
+
+bool FrmMain::IsConnected() const
+{
+    if (ProgramExiting)
+        return false;
+    return m_winsock[0]->State() == Winsock::sckConnected;
+}
+
+void FrmMain::checkStatus()
+{
+    const QString minute = translate(QStringLiteral("Minute"), QStringLiteral("min"));
+    const QString connecting = translate(QStringLiteral("Connecting"));
+    const QString pending = translate(QStringLiteral("Connection Pending"));
+    const QString ready = translate(QStringLiteral("Ready"));
+    const QString closed = translate(QStringLiteral("Connection Closed"));
+    const QString wsError = translate(QStringLiteral("Winsock Error"));
+    const QString resolving = translate(QStringLiteral("Resolving Host"));
+    const QString resolved = translate(QStringLiteral("Host Resolved"));
+    const QString reset = translate(QStringLiteral(" - Click here to reset to Listening mode"));
+
+    // During a paste the panels are left as they stand.
+    if (PasteInProgress)
+        return;
+
+    Winsock& ws = winsock(sIdx);
+    auto paintClosed = [&](const QString& text) {
+        if (views().isVisible(QStringLiteral("frmDraw"))) {
+            Q_EMIT drawStatus(1, QString(), StatePicture::picOff);
+            Q_EMIT drawStatus(2, text, StatePicture::None);
+        } else {
+            stStatusbar.setPicture(1, StatePicture::picOff);
+        }
+    };
+    if (ws.State() == Winsock::sckConnected) {
+        stStatusbar.setText(2, translate(QStringLiteral("Connected:")) + QLatin1Char(' ') +
+                                   ws.RemoteHostIP());
+        txtServer.setEnabled(true);
+        const qint64 mins = SessionDateStart.isValid()
+                                ? SessionDateStart.secsTo(clock().now()) / 60
+                                : 0;
+        stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') + minute);
+        EnableDisconnect();
+    }
+    if (ws.State() == Winsock::sckConnecting)
+        stStatusbar.setText(2, connecting + QStringLiteral(" ..."));
+    if (ws.State() == Winsock::sckConnectionPending)
+        stStatusbar.setText(2, pending);
+    if (ws.State() == Winsock::sckClosing)
+        stStatusbar.setText(2, QStringLiteral("..."));
+    if (ws.State() == Winsock::sckListening) {
+        stStatusbar.setText(2, ready);
+        EnableConnect();
+    }
+    if (ws.State() <= Winsock::sckClosed) {
+        stStatusbar.setText(2, closed + reset);
+        paintClosed(closed + reset);
+        EnableConnect();
+    }
+    if (ws.State() == Winsock::sckError) {
+        stStatusbar.setText(2, wsError + QLatin1Char(':'));
+        paintClosed(wsError + QLatin1Char(':'));
+        EnableConnect();
+    }
+    if (ws.State() == Winsock::sckResolvingHost)
+        stStatusbar.setText(2, resolving + QStringLiteral("..."));
+    if (ws.State() == Winsock::sckHostResolved)
+        stStatusbar.setText(2, resolved);
+}
+
+void FrmMain::EnableConnect()
+{
+    controls.setEnabled(QStringLiteral("mnuConnect"), true);
+    controls.setEnabled(toolbarButton(1), true);
+    controls.setEnabled(QStringLiteral("mnuDisconnect"), false);
+    controls.setEnabled(toolbarButton(2), false);
+}
+
+void FrmMain::EnableDisconnect()
+{
+    controls.setEnabled(QStringLiteral("mnuConnect"), false);
+    controls.setEnabled(toolbarButton(1), false);
+    controls.setEnabled(QStringLiteral("mnuDisconnect"), true);
+    controls.setEnabled(toolbarButton(2), true);
+}
+
+void FrmMain::cmdHiddenReady_Click()
+{
+    NotReadySent = false;
+    yieldEvents();
+    if (!ProgramExiting && IsConnected())
+        xSendData(QStringLiteral("&&!Ready!&&"));
+}
+
+void FrmMain::cmdHiddenNotReady_Click()
+{
+    NotReadySent = true;
+    yieldEvents();
+    if (!ProgramExiting && IsConnected())
+        xSendData(QStringLiteral("&&!NotReady!&&"));
+}
+
+void FrmMain::stStatusbar_PanelClick(int panel)
+{
+    if (stStatusbar.panel(panel).key != QLatin1String("Status"))
+        return;
+    const QString text = stStatusbar.text(2);
+    if (text == translate(QStringLiteral("Winsock Error: Connection time out"))) {
+        prompter().msgBox(translate(QStringLiteral("Possible Error:")) +
+                              QStringLiteral(" \r\t") + QStringLiteral("Invalid Remote IP Address") +
+                              QStringLiteral("\r\t") +
+                              translate(QStringLiteral("Invalid Remote Port Address")) +
+                              QStringLiteral("\r\t") +
+                              translate(QStringLiteral("Remote user is not in Ready mode")),
+                          MsgStyle::Information);
+        stStatusbar.setToolTip(2, QString());
+        connection().mnuDisconnect_Click();
+    }
+    if (stStatusbar.text(2) == translate(QStringLiteral("Ready")))
+        stStatusbar.setToolTip(2, translate(QStringLiteral("Ready to be connected")));
+    if (stStatusbar.text(2).startsWith(translate(QStringLiteral("Connection Closed"))) &&
+        winsock(sIdx).State() == Winsock::sckClosed)
+        connection().mnuDisconnect_Click();
+    if (stStatusbar.text(2) ==
+        translate(QStringLiteral("Socket Error: Disconnected by remote computer")))
+        stStatusbar.setToolTip(2, translate(QStringLiteral("Click Refresh button to reset")));
+    checkStatus();
+}
+
+void FrmMain::idleDelay(double& seconds, bool keepPointer)
+{
+    Q_UNUSED(keepPointer);  // the wait cursor is the window's business
+    if (seconds == 0)
+        seconds = settingNumber(QStringLiteral("Connect Idle"));
+    if (seconds <= 0)
+        return;
+    // No events run meanwhile: nothing may change the socket during it.
+    const double start = clock().timer();
+    while (clock().timer() < start + seconds)
+        QThread::msleep(1);
+}
+
+void FrmMain::yieldEvents()
+{
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+QString FrmMain::byteCountText(qint64 bytes)
+{
+    if (bytes <= 1000)
+        return QString::number(bytes) + QStringLiteral(" B");
+    return QLocale().toString(double(bytes) / 1024.0, 'f', 2) + QStringLiteral(" KB");
+}
+
+// --- sending ----------------------------------------------------------------
+
+void FrmMain::sendRaw(const QString& text)
+{
+    sendRawBytes(toCp1252(text));
+}
+
+void FrmMain::sendRawBytes(const QByteArray& bytes)
+{
+    winsock(0).SendData(bytes);
+}
+
+void FrmMain::endProcess(int code)
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    m_exitCode = code;
+    ProgramExiting = true;
+    Q_EMIT endRequested(code);
+}
+
+}  // namespace vonnel

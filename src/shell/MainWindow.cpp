@@ -1,0 +1,462 @@
+#include "shell/MainWindow.h"
+
+#include "connection/Connection.h"
+#include "shell/FrmMain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QStyle>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace vonnel {
+
+namespace {
+constexpr int kTwipsPerPixel = 15;
+
+QIcon dotIcon(const QColor& fill, const QColor& rim)
+{
+    QPixmap pm(16, 16);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(rim, 1.5));
+    p.setBrush(fill);
+    p.drawEllipse(QRectF(2.5, 2.5, 11, 11));
+    return QIcon(pm);
+}
+
+QIcon letterIcon(const QString& text, const QColor& color, bool bold = true, bool italic = false)
+{
+    QPixmap pm(24, 24);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::TextAntialiasing);
+    QFont f = QApplication::font();
+    f.setPixelSize(text.size() > 1 ? 11 : 16);
+    f.setBold(bold);
+    f.setItalic(italic);
+    p.setFont(f);
+    p.setPen(color);
+    p.drawText(pm.rect(), Qt::AlignCenter, text);
+    return QIcon(pm);
+}
+
+// Tool tips of panels 1 and 3..11; panel 2's is set case by case.
+const char* const kPanelTips[11] = {"Click here for help",
+                                    nullptr,
+                                    "Send and received characters counter",
+                                    "Connection time",
+                                    "Caps Lock",
+                                    "Num Lock",
+                                    "Your local time",
+                                    "Local session: ",
+                                    "Remote session: ",
+                                    "Data received",
+                                    "Data sent"};
+}  // namespace
+
+MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_frm(frm)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowIcon(dotIcon(QColor(0x2e, 0x7d, 0x32), QColor(0x1b, 0x5e, 0x20)));
+
+    m_server = new QPlainTextEdit;
+    m_server->setObjectName(QStringLiteral("txtServer"));
+    m_client = new QPlainTextEdit;
+    m_client->setObjectName(QStringLiteral("txtClient"));
+    m_client->setReadOnly(true);
+    for (QPlainTextEdit* pane : {m_server, m_client}) {
+        QFont f(QStringLiteral("DejaVu Sans"));
+        f.setPointSize(11);
+        pane->setFont(f);
+        pane->setFrameShape(QFrame::StyledPanel);
+    }
+    m_server->setPlaceholderText(QStringLiteral("You"));
+    m_client->setPlaceholderText(QStringLiteral("Remote"));
+    m_split = new QSplitter(Qt::Vertical);
+    m_split->addWidget(m_client);
+    m_split->addWidget(m_server);
+    m_split->setChildrenCollapsible(false);
+    m_split->setStretchFactor(0, 1);
+    m_split->setStretchFactor(1, 1);
+    setCentralWidget(m_split);
+
+    buildMenus();
+    buildToolbar();
+    buildStatusBar();
+    buildTray();
+
+    bindPane(frm.txtServer, m_server);
+    bindPane(frm.txtClient(0), m_client);
+
+    connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
+    connect(&frm.stStatusbar, &StatusBar::panelChanged, this, &MainWindow::refreshPanel);
+    connect(&frm, &FrmMain::captionChanged, this, [this] { setWindowTitle(m_frm.caption()); });
+    connect(&frm, &FrmMain::visibilityChanged, this, [this](bool v) {
+        if (v) {
+            setGeometry(m_frm.left / kTwipsPerPixel, m_frm.top / kTwipsPerPixel,
+                        m_frm.width / kTwipsPerPixel, m_frm.height / kTwipsPerPixel);
+            show();
+        } else {
+            hide();
+        }
+    });
+    connect(&frm, &FrmMain::windowStateChanged, this, [this](int s) {
+        setWindowState(s == FrmMain::vbMinimized   ? Qt::WindowMinimized
+                       : s == FrmMain::vbMaximized ? Qt::WindowMaximized
+                                                   : Qt::WindowNoState);
+    });
+    connect(this, &MainWindow::triggered, this, [this](const QString& name) {
+        if (name == QLatin1String("mnuFileExit"))
+            close();
+        else if (name == QLatin1String("mnuDisconnect") || name == toolbarButton(2))
+            m_frm.connection().mnuDisconnect_Click();
+    });
+    setWindowTitle(frm.caption());
+    for (int n = 1; n <= StatusBar::kPanels; ++n)
+        refreshPanel(n);
+
+    // The clock, caps and num panels are the window's own.
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, [this] {
+        m_panels[6]->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
+    });
+    clock->start(1000);
+    m_panels[6]->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
+    m_panels[4]->setText(QStringLiteral("CAPS"));
+    m_panels[5]->setText(QStringLiteral("NUM"));
+    m_panels[4]->setEnabled(false);
+    m_panels[5]->setEnabled(false);
+}
+
+MainWindow::~MainWindow() = default;
+
+QAction* MainWindow::addEntry(QMenu* menu, const QString& name, const QString& key,
+                              const QString& fallback)
+{
+    auto* a = new QAction(m_frm.translate(key, fallback), this);
+    a->setObjectName(name);
+    a->setToolTip(m_frm.translate(key));
+    connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
+    menu->addAction(a);
+    m_actions.insert(name, a);
+    return a;
+}
+
+void MainWindow::buildMenus()
+{
+    struct Entry { const char* name; const char* key; const char* fallback; };
+    struct Head { const char* name; const char* key; const char* fallback; QList<Entry> entries; };
+    const QList<Head> heads = {
+        {"mnuFile", "File", "&File",
+         {{"mnuConnect", "Connect", "&Connect..."},
+          {"mnuDisconnect", "Disconnect", "&Disconnect"},
+          {"-", "", ""},
+          {"mnuSave", "Save", "&Save..."},
+          {"mnuFileAutoConnect", "AutoConnect", "&AutoConnect..."},
+          {"mnuFileProperties", "Properties", "P&roperties..."},
+          {"-", "", ""},
+          {"mnuFileClose", "Close", "C&lose"},
+          {"mnuFileExit", "Exit", "E&xit"}}},
+        {"mnuEdit", "Edit", "&Edit",
+         {{"mnuCopyAll", "Copy All", "Copy &All"},
+          {"mnuCopy", "Copy", "&Copy"},
+          {"mnuPaste", "Paste", "&Paste"},
+          {"-", "", ""},
+          {"mnuClrScr", "Clear Screen", "C&lear Screen"},
+          {"mnuOverride", "Override", "&Override"},
+          {"mnuRefresh", "Refresh", "&Refresh"}}},
+        {"mnuMessage", "Messages", "&Messages",
+         {{"mnuMsg1", "Message 1", "Message &1"},
+          {"mnuMsg2", "Message 2", "Message &2"},
+          {"mnuMsg3", "Message 3", "Message &3"},
+          {"mnuMsg4", "Message 4", "Message &4"},
+          {"mnuMsg5", "Message 5", "Message &5"},
+          {"mnuMsg6", "Message 6", "Message &6"}}},
+        {"mnuVoice", "Voice", "&Voice",
+         {{"mnuSpeak", "Speak", "&Speak"},
+          {"mnuMute", "Mute", "&Mute"},
+          {"mnuVolUp", "Volume Up", "Volume &Up"},
+          {"mnuVolDown", "Volume Down", "Volume &Down"}}},
+        {"mnuTools", "Tools", "&Tools",
+         {{"mnuBeep", "Alert Ring", "&Alert Ring"},
+          {"mnuRing", "Ring", "&Ring"},
+          {"mnuSendFile", "Send File", "Send &File..."},
+          {"mnuDraw", "Scrivet", "S&crivet"},
+          {"-", "", ""},
+          {"mnuSecurity", "Security", "S&ecurity..."},
+          {"mnuOptions", "Options", "&Options..."}}},
+        {"mnuWindow", "Window", "&Window",
+         {{"mnuViewontop", "Always on Top", "Always on &Top"},
+          {"mnuMin", "Minimize", "&Minimize"}}},
+        {"mnuSpecial", "Extras", "E&xtras",
+         {{"mnuNetView", "Net View", "&Net View..."},
+          {"mnuNetResolve", "Net Resolve", "Net &Resolve..."},
+          {"mnuAutoNotify", "AutoNotify", "&AutoNotify..."},
+          {"mnuEncryption", "Encryption", "&Encryption..."},
+          {"mnuURLHistory", "URL History", "&URL History..."}}},
+        {"mnuHelp", "Help", "&Help",
+         {{"mnuHelpContents", "Contents", "&Contents"},
+          {"mnuHomePage", "Home Page", "&Home Page"},
+          {"mnuSupport", "Support", "&Support"},
+          {"mnuUpdate", "Update", "&Update"},
+          {"-", "", ""},
+          {"mnuAbout", "About", "&About Vonnel"}}},
+    };
+    for (const Head& h : heads) {
+        QMenu* menu = menuBar()->addMenu(m_frm.translate(QLatin1String(h.key), QLatin1String(h.fallback)));
+        menu->setObjectName(QLatin1String(h.name));
+        for (const Entry& e : h.entries) {
+            if (QLatin1String(e.name) == QLatin1String("-"))
+                menu->addSeparator();
+            else
+                addEntry(menu, QLatin1String(e.name), QLatin1String(e.key), QLatin1String(e.fallback));
+        }
+    }
+    m_actions.value(QStringLiteral("mnuViewontop"))->setCheckable(true);
+    m_actions.value(QStringLiteral("mnuMute"))->setCheckable(true);
+    m_actions.value(QStringLiteral("mnuSecurity"))->setCheckable(true);
+}
+
+void MainWindow::buildToolbar()
+{
+    QToolBar* bar = addToolBar(QStringLiteral("Toolbar1"));
+    bar->setObjectName(QStringLiteral("Toolbar1"));
+    bar->setMovable(false);
+    bar->setIconSize(QSize(22, 22));
+    QStyle* st = style();
+    const QColor ink(0x30, 0x30, 0x30);
+    struct Button { const char* tip; QIcon icon; };
+    const QList<Button> buttons = {
+        {"Connect", dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20))},
+        {"Disconnect", dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c))},
+        {"Refresh", st->standardIcon(QStyle::SP_BrowserReload)},
+        {"Clear Screen", st->standardIcon(QStyle::SP_DialogResetButton)},
+        {"Copy", letterIcon(QStringLiteral("Cp"), ink, false)},
+        {"Paste", letterIcon(QStringLiteral("Ps"), ink, false)},
+        {"Bold", letterIcon(QStringLiteral("B"), ink, true)},
+        {"Italic", letterIcon(QStringLiteral("I"), ink, false, true)},
+        {"Increase Font Size", letterIcon(QStringLiteral("A+"), ink)},
+        {"Decrease Font Size", letterIcon(QStringLiteral("A-"), ink)},
+        {"Font Colour", letterIcon(QStringLiteral("A"), QColor(0xc6, 0x28, 0x28))},
+        {"Background Colour", dotIcon(QColor(0xff, 0xf5, 0x9d), QColor(0x9e, 0x9d, 0x24))},
+        {"Override", st->standardIcon(QStyle::SP_ArrowUp)},
+        {"Alert Ring", letterIcon(QStringLiteral("!"), QColor(0xef, 0x6c, 0x00))},
+        {"Ring", st->standardIcon(QStyle::SP_MediaVolume)},
+        {"Mute", st->standardIcon(QStyle::SP_MediaVolumeMuted)},
+        {"Help", st->standardIcon(QStyle::SP_DialogHelpButton)},
+    };
+    for (int i = 0; i < buttons.size(); ++i) {
+        const QString name = toolbarButton(i + 1);
+        QAction* a = bar->addAction(buttons[i].icon, m_frm.translate(QLatin1String(buttons[i].tip)));
+        a->setObjectName(name);
+        a->setToolTip(m_frm.translate(QLatin1String(buttons[i].tip)));
+        connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
+        m_actions.insert(name, a);
+        if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
+            bar->addSeparator();
+    }
+}
+
+void MainWindow::buildStatusBar()
+{
+    QStatusBar* sb = statusBar();
+    sb->setObjectName(QStringLiteral("stStatusbar"));
+    sb->setSizeGripEnabled(true);
+    for (int n = 1; n <= StatusBar::kPanels; ++n) {
+        auto* label = new QLabel;
+        label->setObjectName(QStringLiteral("panel%1").arg(n));
+        label->setFrameShape(QFrame::StyledPanel);
+        label->setFrameShadow(QFrame::Sunken);
+        label->setMargin(1);
+        label->setAlignment(Qt::AlignCenter);
+        if (kPanelTips[n - 1])
+            label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])));
+        if (n == 2) {
+            label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+            label->setMinimumWidth(150);
+            sb->addWidget(label, 1);
+        } else {
+            label->setMinimumWidth(n == 1 ? 24 : (n == 8 || n == 9) ? 18 : 44);
+            sb->addPermanentWidget(label);
+        }
+        // Panels take clicks: panel 2 is the way back to listening.
+        label->installEventFilter(this);
+        m_panels << label;
+    }
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonRelease) {
+        const int n = int(m_panels.indexOf(static_cast<QLabel*>(watched)));
+        if (n >= 0)
+            m_frm.stStatusbar_PanelClick(n + 1);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::buildTray()
+{
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    m_tray = new QSystemTrayIcon(windowIcon(), this);
+    m_tray->setToolTip(QStringLiteral("Vonnel"));
+    m_trayMenu = new QMenu(this);
+    m_trayMenu->setObjectName(QStringLiteral("mnuTray"));
+    addEntry(m_trayMenu, QStringLiteral("mnuSysShow"), QStringLiteral("Show"), QStringLiteral("&Show"));
+    addEntry(m_trayMenu, QStringLiteral("mnuSysClose"), QStringLiteral("Exit"), QStringLiteral("E&xit"));
+    m_tray->setContextMenu(m_trayMenu);
+    connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
+        if (r == QSystemTrayIcon::DoubleClick || r == QSystemTrayIcon::Trigger) {
+            showNormal();
+            raise();
+            activateWindow();
+        }
+    });
+    connect(this, &MainWindow::triggered, this, [this](const QString& name) {
+        if (name == QLatin1String("mnuSysShow")) {
+            showNormal();
+            raise();
+        } else if (name == QLatin1String("mnuSysClose")) {
+            close();
+        }
+    });
+    m_tray->show();
+}
+
+void MainWindow::bindPane(TextPane& pane, QPlainTextEdit* view)
+{
+    auto sync = [&pane, view] {
+        if (view->toPlainText() == QString(pane.text()).replace(QLatin1String("\r\n"), QLatin1String("\n")))
+            return;
+        QString shown = pane.text();
+        shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        view->setPlainText(shown);
+        view->moveCursor(QTextCursor::End);
+    };
+    connect(&pane, &TextPane::textChanged, view, sync);
+    connect(&pane, &TextPane::enabledChanged, view, [view](bool e) { view->setEnabled(e); });
+    view->setEnabled(pane.enabled());
+    sync();
+}
+
+void MainWindow::refreshControl(const QString& name)
+{
+    QAction* a = m_actions.value(name);
+    if (!a)
+        return;
+    const ControlState& s = m_frm.controls.state(name);
+    a->setEnabled(s.enabled);
+    a->setVisible(s.visible);
+    if (a->isCheckable())
+        a->setChecked(s.checked);
+    if (!s.caption.isEmpty())
+        a->setText(s.caption);
+    if (!s.toolTip.isEmpty())
+        a->setToolTip(s.toolTip);
+}
+
+QIcon MainWindow::statePicture(StatePicture p)
+{
+    switch (p) {
+    case StatePicture::picOff: return dotIcon(QColor(0x9e, 0x9e, 0x9e), QColor(0x61, 0x61, 0x61));
+    case StatePicture::picReady: return dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20));
+    case StatePicture::picSend: return dotIcon(QColor(0xff, 0xb3, 0x00), QColor(0xe6, 0x51, 0x00));
+    case StatePicture::picRec: return dotIcon(QColor(0x1e, 0x88, 0xe5), QColor(0x0d, 0x47, 0xa1));
+    case StatePicture::None: break;
+    }
+    return QIcon();
+}
+
+void MainWindow::refreshPanel(int n)
+{
+    QLabel* label = m_panels.value(n - 1);
+    if (!label)
+        return;
+    const StatusPanel& p = m_frm.stStatusbar.panel(n);
+    if (n == 1) {
+        label->setPixmap(statePicture(p.picture).pixmap(14, 14));
+    } else if (n != 5 && n != 6 && n != 7) {
+        label->setText(p.text);
+    }
+    if (!p.toolTip.isEmpty() || n == 2)
+        label->setToolTip(p.toolTip);
+    if (n == 8 || n == 9) {
+        const QString on = p.text == m_frm.translate(QStringLiteral("E"))
+                               ? m_frm.translate(QStringLiteral("Encryption On"))
+                               : m_frm.translate(QStringLiteral("Encryption Off"));
+        label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) + on);
+    }
+    if (n == 10 || n == 11)
+        label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
+                          QStringLiteral(": ") + p.text);
+    label->setVisible(p.visible);
+}
+
+bool MainWindow::runModal(const QString&)
+{
+    return false;
+}
+
+void MainWindow::showModeless(const QString&) {}
+
+void MainWindow::unload(const QString&) {}
+
+bool MainWindow::isVisible(const QString& form) const
+{
+    if (form == QLatin1String("frmMain"))
+        return QMainWindow::isVisible();
+    return false;
+}
+
+void MainWindow::raiseMain()
+{
+    showNormal();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::rememberPlacement()
+{
+    if (windowState() != Qt::WindowNoState || !QMainWindow::isVisible())
+        return;
+    const QRect g = geometry();
+    m_frm.left = g.x() * kTwipsPerPixel;
+    m_frm.top = g.y() * kTwipsPerPixel;
+    m_frm.width = g.width() * kTwipsPerPixel;
+    m_frm.height = g.height() * kTwipsPerPixel;
+}
+
+void MainWindow::moveEvent(QMoveEvent* e)
+{
+    QMainWindow::moveEvent(e);
+    rememberPlacement();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* e)
+{
+    QMainWindow::resizeEvent(e);
+    rememberPlacement();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (m_frm.requestClose(true))
+        event->accept();
+    else
+        event->ignore();
+}
+
+}  // namespace vonnel

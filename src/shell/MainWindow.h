@@ -1,0 +1,74 @@
+#pragma once
+// The main window: two panes, the toolbar, the menus, the eleven status
+// panels and the tray icon, bound to one FrmMain. It holds no session
+// logic; it shows the models and hands user actions to the controller.
+
+#include "shell/Views.h"
+
+#include <QHash>
+#include <QMainWindow>
+
+class QAction;
+class QLabel;
+class QPlainTextEdit;
+class QSplitter;
+class QSystemTrayIcon;
+class QMenu;
+
+namespace vonnel {
+
+class FrmMain;
+class TextPane;
+enum class StatePicture;
+
+class MainWindow : public QMainWindow, public Views {
+    Q_OBJECT
+public:
+    explicit MainWindow(FrmMain& frm, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // Views
+    bool runModal(const QString& form) override;
+    void showModeless(const QString& form) override;
+    void unload(const QString& form) override;
+    bool isVisible(const QString& form) const override;
+    void raiseMain() override;
+
+    QPlainTextEdit* serverPane() const { return m_server; }
+    QPlainTextEdit* clientPane() const { return m_client; }
+    QAction* action(const QString& name) const { return m_actions.value(name); }
+
+Q_SIGNALS:
+    // A user action on a named control (menu entry or toolbar button).
+    void triggered(const QString& name);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildToolbar();
+    void buildStatusBar();
+    void buildTray();
+    QAction* addEntry(QMenu* menu, const QString& name, const QString& key, const QString& fallback);
+    void bindPane(TextPane& pane, QPlainTextEdit* view);
+    void refreshControl(const QString& name);
+    void refreshPanel(int n);
+    void rememberPlacement();
+    static QIcon statePicture(StatePicture p);
+
+    FrmMain& m_frm;
+    QPlainTextEdit* m_server = nullptr;
+    QPlainTextEdit* m_client = nullptr;
+    QSplitter* m_split = nullptr;
+    QList<QLabel*> m_panels;
+    QHash<QString, QAction*> m_actions;
+    QSystemTrayIcon* m_tray = nullptr;
+    QMenu* m_trayMenu = nullptr;
+    QWidget* m_splash = nullptr;
+};
+
+}  // namespace vonnel

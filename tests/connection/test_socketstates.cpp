@@ -1,0 +1,157 @@
+#include "connection/Connection.h"
+#include "support/TestCopy.h"
+
+#include <QElapsedTimer>
+#include <QTcpSocket>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+class SocketStates : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(copy.start()); }
+    TestCopy copy;
+    FrmMain& f() { return copy.frm(); }
+};
+
+TEST_F(SocketStates, ListeningReadsReadyAndEnablesConnect)
+{
+    f().checkStatus();
+    EXPECT_EQ(f().stStatusbar.text(2), "Ready");
+    EXPECT_TRUE(f().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f().controls.enabled(toolbarButton(1)));
+    EXPECT_FALSE(f().controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f().controls.enabled(toolbarButton(2)));
+}
+
+TEST_F(SocketStates, ClosedSocketOffersResetAndAClickListensAgain)
+{
+    f().winsock(0).Close();
+    f().checkStatus();
+    EXPECT_EQ(f().stStatusbar.text(2), "Connection Closed - Click here to reset to Listening mode");
+    EXPECT_EQ(f().stStatusbar.panel(1).picture, StatePicture::picOff);
+    f().stStatusbar_PanelClick(3);  // not the status panel: nothing happens
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckClosed);
+    f().stStatusbar_PanelClick(2);
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().stStatusbar.text(2), "Ready");
+    f().stStatusbar_PanelClick(2);
+    EXPECT_EQ(f().stStatusbar.panel(2).toolTip, "Ready to be connected");
+}
+
+TEST_F(SocketStates, PasteInProgressFreezesThePanels)
+{
+    f().stStatusbar.setText(2, "typing");
+    f().PasteInProgress = true;
+    f().winsock(0).Close();
+    f().checkStatus();
+    EXPECT_EQ(f().stStatusbar.text(2), "typing");
+    EXPECT_TRUE(f().controls.enabled("mnuConnect"));
+}
+
+TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
+{
+    // A raw peer is taken on as the session.
+    QTcpSocket peer;
+    qintptr request = 0;
+    QObject::connect(&f().winsock(0), &Winsock::ConnectionRequest,
+                     [&](int, qintptr id) { request = id; });
+    peer.connectToHost(QHostAddress::LocalHost, copy.port());
+    ASSERT_TRUE(waitUntil([&] { return request != 0; }));
+    f().winsock(0).Close();
+    ASSERT_EQ(f().winsock(0).Accept(request), 0);
+    f().checkStatus();
+    EXPECT_EQ(f().stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_TRUE(f().IsConnected());
+    EXPECT_TRUE(f().controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f().controls.enabled("mnuConnect"));
+
+    // The hidden commands tell the peer whether this side is ready.
+    f().cmdHiddenNotReady_Click();
+    f().cmdHiddenReady_Click();
+    ASSERT_TRUE(waitUntil([&] { return peer.bytesAvailable() >= 25; }));
+    EXPECT_EQ(peer.readAll(), QByteArray("&&!NotReady!&&&&!Ready!&&"));
+    EXPECT_FALSE(f().NotReadySent);
+
+    f().ProgramExiting = true;
+    EXPECT_FALSE(f().IsConnected());
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckConnected);
+    f().ProgramExiting = false;
+}
+
+TEST_F(SocketStates, PeerCloseIsReportedAsClosingState)
+{
+    QTcpSocket peer;
+    qintptr request = 0;
+    bool closed = false;
+    QObject::connect(&f().winsock(0), &Winsock::ConnectionRequest,
+                     [&](int, qintptr id) { request = id; });
+    QObject::connect(&f().winsock(0), &Winsock::Close_, [&](int) { closed = true; });
+    peer.connectToHost(QHostAddress::LocalHost, copy.port());
+    ASSERT_TRUE(waitUntil([&] { return request != 0; }));
+    f().winsock(0).Close();
+    ASSERT_EQ(f().winsock(0).Accept(request), 0);
+    peer.disconnectFromHost();
+    ASSERT_TRUE(waitUntil([&] { return closed; }));
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckClosing);
+    f().checkStatus();
+    EXPECT_EQ(f().stStatusbar.text(2), "...");
+}
+
+TEST_F(SocketStates, HiddenReadyWithoutSessionSendsNothing)
+{
+    QTcpSocket peer;
+    peer.connectToHost(QHostAddress::LocalHost, copy.port());
+    ASSERT_TRUE(peer.waitForConnected(2000));
+    f().cmdHiddenNotReady_Click();
+    EXPECT_TRUE(f().NotReadySent);
+    pump(100);
+    EXPECT_EQ(peer.bytesAvailable(), 0);
+}
+
+TEST_F(SocketStates, IdleDelayZeroWithEmptyConnectIdleReturnsAtOnce)
+{
+    copy.set("Connect Idle", "");
+    QElapsedTimer t;
+    t.start();
+    double s = 0;
+    f().idleDelay(s);
+    EXPECT_LT(t.elapsed(), 50);
+    copy.set("Connect Idle", "0.2");
+    s = 0;
+    f().idleDelay(s);
+    EXPECT_GE(t.elapsed(), 190);
+    EXPECT_DOUBLE_EQ(s, 0.2);  // written back to the caller
+}
+
+TEST_F(SocketStates, ConnectErrorsAndStates)
+{
+    Winsock ws(0);
+    int errorNumber = 0;
+    QObject::connect(&ws, &Winsock::Error, [&](int, int n, const QString&) { errorNumber = n; });
+    // Nobody listens on a port we just freed.
+    const quint16 dead = freePort();
+    ASSERT_EQ(ws.Connect("127.0.0.1", dead), 0);
+    EXPECT_TRUE(ws.State() == Winsock::sckResolvingHost || ws.State() == Winsock::sckConnecting);
+    ASSERT_TRUE(waitUntil([&] { return errorNumber != 0; }));
+    EXPECT_EQ(errorNumber, Winsock::errConnectionRefused);
+    EXPECT_EQ(ws.State(), Winsock::sckError);
+    // A second listen on a taken port says "address in use".
+    Winsock other(1);
+    other.setLocalPort(copy.port());
+    EXPECT_EQ(other.Listen(), Winsock::errAddressInUse);
+    EXPECT_EQ(other.State(), Winsock::sckClosed);
+}
+
+TEST(ByteCounts, BytesUpToAThousandThenKilobytes)
+{
+    EXPECT_EQ(FrmMain::byteCountText(0), "0 B");
+    EXPECT_EQ(FrmMain::byteCountText(1000), "1000 B");
+    EXPECT_TRUE(FrmMain::byteCountText(1001).endsWith(" KB"));
+    EXPECT_TRUE(FrmMain::byteCountText(2048).startsWith("2"));
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+#include "support/TestCopy.h"
+
+#include "core/IniStore.h"
+#include "core/Startup.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTcpServer>
+#include <QThread>
+
+namespace vonnel::test {
+
+QString presetPath()
+{
+    return QStringLiteral(VONNEL_SOURCE_DIR "/dist/vonnel.ini.preset");
+}
+
+quint16 freePort()
+{
+    // Ports are handed out apart from each other, so a copy that moves to
+    // the next port or two never lands on another test's copy.
+    QTcpServer probe;
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        if (!probe.listen(QHostAddress::Any, 0))
+            continue;
+        const quint16 p = probe.serverPort();
+        probe.close();
+        if (p > 60000)
+            continue;
+        bool clear = true;
+        for (quint16 k = 1; k <= 6 && clear; ++k) {
+            QTcpServer next;
+            clear = next.listen(QHostAddress::Any, quint16(p + k));
+        }
+        if (clear)
+            return p;
+    }
+    return 0;
+}
+
+bool waitUntil(const std::function<bool()>& condition, int timeoutMs)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!condition()) {
+        if (t.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+void pump(int ms)
+{
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < ms) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(1);
+    }
+}
+
+TestCopy::TestCopy(quint16 port, const QList<QPair<QString, QString>>& settings)
+    : m_port(port ? port : freePort())
+{
+    m_appPath = m_dir.path() + QLatin1Char('/');
+    QFile::copy(presetPath(), file(QStringLiteral("vonnel.ini")));
+    QFile(file(QStringLiteral("vonnel.ini")))
+        .setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    set(QStringLiteral("LocalPort"), QString::number(m_port));
+    set(QStringLiteral("RemotePort"), QString::number(m_port));
+    // Past the first starts, when the password set-up runs.
+    set(QStringLiteral("Usage"), QStringLiteral("10"));
+    set(QStringLiteral("No Network Info Display"), QStringLiteral("1"));
+    for (const auto& kv : settings)
+        set(kv.first, kv.second);
+}
+
+TestCopy::~TestCopy()
+{
+    if (m_frm && !m_frm->ProgramExiting)
+        m_frm->requestClose(false);
+    m_frm.reset();
+}
+
+void TestCopy::set(const QString& key, const QString& value)
+{
+    WriteIni(kSection, key, value, file(QStringLiteral("vonnel.ini")));
+}
+
+QString TestCopy::get(const QString& key) const
+{
+    return ReadIni(kSection, key, file(QStringLiteral("vonnel.ini")));
+}
+
+bool TestCopy::start(const QString& commandLine)
+{
+    CopyEnvironment env;
+    env.appPath = m_appPath;
+    env.commandLine = commandLine;
+    env.headless = true;
+    env.prompter = &m_prompter;
+    env.clock = &m_clock;
+    env.clipboard = &m_clipboard;
+    env.desktop = &m_desktop;
+    env.views = &m_views;
+    m_frm = std::make_unique<FrmMain>(env);
+    return startCopy(*m_frm);
+}
+
+}  // namespace vonnel::test

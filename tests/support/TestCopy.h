@@ -1,0 +1,63 @@
+#pragma once
+// One running copy of the program inside the test process: its own
+// temporary application folder, port, scripted prompter, clipboard and
+// recorded desktop. Two of these talk to each other over loopback.
+
+#include "platform/Clipboard.h"
+#include "platform/Clock.h"
+#include "platform/Desktop.h"
+#include "platform/ScriptedPrompter.h"
+#include "shell/FrmMain.h"
+#include "shell/Views.h"
+
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+
+namespace vonnel::test {
+
+// A port that was free a moment ago, for a copy to listen on.
+quint16 freePort();
+
+// Runs events until the condition holds or the time is up.
+bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 5000);
+// Runs events for a while.
+void pump(int ms);
+
+class TestCopy {
+public:
+    // Prepares the folder with a vonnel.ini made from the shipped preset,
+    // then the given settings on top. The copy is not started yet.
+    explicit TestCopy(quint16 port = 0, const QList<QPair<QString, QString>>& settings = {});
+    ~TestCopy();
+
+    // The start of the program, as a process entry would run it.
+    bool start(const QString& commandLine = QString());
+
+    QString appPath() const { return m_appPath; }
+    QString file(const QString& name) const { return m_appPath + name; }
+    quint16 port() const { return m_port; }
+    void set(const QString& key, const QString& value);
+    QString get(const QString& key) const;
+
+    FrmMain& frm() { return *m_frm; }
+    ScriptedPrompter& prompter() { return m_prompter; }
+    MemoryClipboard& clipboard() { return m_clipboard; }
+    RecordingDesktop& desktop() { return m_desktop; }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_appPath;
+    quint16 m_port;
+    Clock m_clock;
+    ScriptedPrompter m_prompter;
+    MemoryClipboard m_clipboard;
+    RecordingDesktop m_desktop;
+    Views m_views;
+    std::unique_ptr<FrmMain> m_frm;
+};
+
+// The shipped preset configuration.
+QString presetPath();
+
+}  // namespace vonnel::test
