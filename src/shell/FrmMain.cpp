@@ -1,6 +1,11 @@
 #include "shell/FrmMain.h"
 
+#include "access/Encryption.h"
 #include "connection/Connection.h"
+#include "shell/SessionRecords.h"
+#include "transfer/Transfer.h"
+#include "wire/LiveTyping.h"
+#include "wire/Receiver.h"
 #include "core/CopyLock.h"
 #include "core/IniStore.h"
 #include "core/Logs.h"
@@ -30,6 +35,11 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     tTimer1.setInterval(60000);
     tTimer2.setInterval(5000);
     m_connection = std::make_unique<Connection>(*this);
+    m_receiver = std::make_unique<Receiver>(*this);
+    m_typing = std::make_unique<LiveTyping>(*this);
+    m_transfer = std::make_unique<Transfer>(*this);
+    m_encryption = std::make_unique<Encryption>(*this);
+    m_records = std::make_unique<SessionRecords>(*this);
     m_caption = titleWithVersion();
 }
 

@@ -28,6 +28,11 @@ class Views;
 class Translator;
 class Logs;
 class Connection;
+class Receiver;
+class LiveTyping;
+class Transfer;
+class Encryption;
+class SessionRecords;
 class CopyLock;
 
 struct CopyEnvironment {
@@ -187,6 +192,11 @@ public:
 
     // --- subsystems ---------------------------------------------------------
     Connection& connection() const { return *m_connection; }
+    Receiver& receiver() const { return *m_receiver; }
+    LiveTyping& typing() const { return *m_typing; }
+    Transfer& transfer() const { return *m_transfer; }
+    Encryption& encryption() const { return *m_encryption; }
+    SessionRecords& records() const { return *m_records; }
 
 Q_SIGNALS:
     void captionChanged();
@@ -217,6 +227,11 @@ private:
     std::unique_ptr<Translator> m_translator;
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Connection> m_connection;
+    std::unique_ptr<Receiver> m_receiver;
+    std::unique_ptr<LiveTyping> m_typing;
+    std::unique_ptr<Transfer> m_transfer;
+    std::unique_ptr<Encryption> m_encryption;
+    std::unique_ptr<SessionRecords> m_records;
     std::unique_ptr<CopyLock> m_copyLock;
     std::array<std::unique_ptr<Winsock>, 2> m_winsock;
     std::array<std::unique_ptr<TextPane>, 2> m_txtClient;

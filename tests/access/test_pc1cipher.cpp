@@ -126,7 +126,7 @@ TEST(Pc1RoundTrip, RandomTextsAndKeys)
 TEST(Pc1RoundTrip, AllByteValuesAndEmptyInput)
 {
     const QByteArray all = allByteValues();
-    for (const QByteArray key : {QByteArray(), QByteArray("03:25 PM"), QByteArray(16, '\xff')}) {
+    for (const QByteArray& key : {QByteArray(), QByteArray("03:25 PM"), QByteArray(16, '\xff')}) {
         const QByteArray text = genEPass(all, key);
         EXPECT_EQ(text.size(), 512);
         EXPECT_EQ(getEPass(text, key), all);
