@@ -1,0 +1,72 @@
+#include "support/Session.h"
+
+namespace vonnel::test {
+
+QByteArray acceptRawPeer(TestCopy& copy, QTcpSocket& peer, int timeoutMs)
+{
+    copy.set(QStringLiteral("Auto Accept Connection"), QStringLiteral("1"));
+    qintptr request = 0;
+    auto c = QObject::connect(&copy.frm().winsock(0), &Winsock::ConnectionRequest,
+                              [&](int, qintptr id) { request = id; });
+    peer.connectToHost(QHostAddress::LocalHost, copy.port());
+    Winsock& ws = copy.frm().winsock(0);
+    waitUntil([&] { return request != 0 || ws.State() == Winsock::sckConnected; }, timeoutMs);
+    // Give the copy's own decision a moment; take the call directly if it
+    // has none.
+    waitUntil([&] { return ws.State() == Winsock::sckConnected; }, 300);
+    if (ws.State() != Winsock::sckConnected && request != 0) {
+        ws.Close();
+        ws.Accept(request);
+    }
+    QObject::disconnect(c);
+    waitUntil([&] { return peer.state() == QAbstractSocket::ConnectedState; }, timeoutMs);
+    return readFor(peer, 150);
+}
+
+bool connectCopies(TestCopy& caller, TestCopy& callee, int timeoutMs)
+{
+    callee.set(QStringLiteral("Auto Accept Connection"), QStringLiteral("1"));
+    qintptr request = 0;
+    Winsock& in = callee.frm().winsock(0);
+    auto c = QObject::connect(&in, &Winsock::ConnectionRequest,
+                              [&](int, qintptr id) { request = id; });
+    Winsock& out = caller.frm().winsock(0);
+    out.Close();
+    out.setLocalPort(0);
+    out.Connect(QStringLiteral("127.0.0.1"), callee.port());
+    waitUntil([&] { return request != 0 || in.State() == Winsock::sckConnected; }, timeoutMs);
+    waitUntil([&] { return in.State() == Winsock::sckConnected; }, 300);
+    if (in.State() != Winsock::sckConnected && request != 0) {
+        in.Close();
+        in.Accept(request);
+    }
+    QObject::disconnect(c);
+    const bool up = waitUntil([&] {
+        return in.State() == Winsock::sckConnected && out.State() == Winsock::sckConnected;
+    }, timeoutMs);
+    pump(150);  // version frames and their answers settle
+    return up;
+}
+
+QByteArray readAtLeast(QTcpSocket& peer, int n, int timeoutMs)
+{
+    QByteArray got;
+    waitUntil([&] {
+        got += peer.readAll();
+        return got.size() >= n;
+    }, timeoutMs);
+    return got;
+}
+
+QByteArray readFor(QTcpSocket& peer, int ms)
+{
+    QByteArray got;
+    waitUntil([&] {
+        got += peer.readAll();
+        return false;
+    }, ms);
+    got += peer.readAll();
+    return got;
+}
+
+}  // namespace vonnel::test
