@@ -12,6 +12,7 @@
 #include "shell/Views.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <csignal>
@@ -89,6 +90,16 @@ int runProgram(int argc, char** argv)
     }
     if (args.headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Keeps stderr to the box lines: the offscreen platform complains
+    // about a missing runtime folder otherwise.
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QString runtime = QDir::tempPath() + QStringLiteral("/vonnel-runtime-") +
+                                QString::number(::getuid());
+        QDir().mkpath(runtime);
+        QFile::setPermissions(runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                           QFileDevice::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
+    }
 
     Application app(argc, argv);
     app.setApplicationName(QStringLiteral("Vonnel"));

@@ -17,7 +17,7 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QToolBar>
-#include <QVBoxLayout>
+#include <QHBoxLayout>
 
 namespace vonnel {
 
@@ -271,9 +271,14 @@ void MainWindow::buildToolbar()
 
 void MainWindow::buildStatusBar()
 {
+    // One strip with the eleven panels in their order; panel 2 takes the room.
     QStatusBar* sb = statusBar();
     sb->setObjectName(QStringLiteral("stStatusbar"));
     sb->setSizeGripEnabled(true);
+    auto* strip = new QWidget;
+    auto* row = new QHBoxLayout(strip);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
     for (int n = 1; n <= StatusBar::kPanels; ++n) {
         auto* label = new QLabel;
         label->setObjectName(QStringLiteral("panel%1").arg(n));
@@ -281,20 +286,22 @@ void MainWindow::buildStatusBar()
         label->setFrameShadow(QFrame::Sunken);
         label->setMargin(1);
         label->setAlignment(Qt::AlignCenter);
+        label->setTextFormat(Qt::PlainText);
         if (kPanelTips[n - 1])
             label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])));
         if (n == 2) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-            label->setMinimumWidth(150);
-            sb->addWidget(label, 1);
+            label->setMinimumWidth(120);
+            label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         } else {
-            label->setMinimumWidth(n == 1 ? 24 : (n == 8 || n == 9) ? 18 : 44);
-            sb->addPermanentWidget(label);
+            label->setMinimumWidth(n == 1 ? 22 : (n == 8 || n == 9) ? 18 : 40);
         }
+        row->addWidget(label, n == 2 ? 1 : 0);
         // Panels take clicks: panel 2 is the way back to listening.
         label->installEventFilter(this);
         m_panels << label;
     }
+    sb->addWidget(strip, 1);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
