@@ -1,6 +1,7 @@
 #include "shell/MainWindow.h"
 
 #include "connection/Connection.h"
+#include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 
 #include <QAction>
@@ -117,12 +118,7 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
                        : s == FrmMain::vbMaximized ? Qt::WindowMaximized
                                                    : Qt::WindowNoState);
     });
-    connect(this, &MainWindow::triggered, this, [this](const QString& name) {
-        if (name == QLatin1String("mnuFileExit"))
-            close();
-        else if (name == QLatin1String("mnuDisconnect") || name == toolbarButton(2))
-            m_frm.connection().mnuDisconnect_Click();
-    });
+    connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
     setWindowTitle(frm.caption());
     for (int n = 1; n <= StatusBar::kPanels; ++n)
         refreshPanel(n);
@@ -410,6 +406,41 @@ void MainWindow::refreshPanel(int n)
         label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
     label->setVisible(p.visible);
+}
+
+void MainWindow::onTriggered(const QString& name)
+{
+    const auto is = [&name](const char* n) { return name == QLatin1String(n); };
+    if (is("mnuFileExit") || is("mnuFileClose")) {
+        close();
+    } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
+        m_frm.connection().mnuDisconnect_Click();
+    } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
+        m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("index.htm"));
+    } else if (is("mnuHomePage") || is("mnuSupport") || is("mnuUpdate")) {
+        const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
+                            : is("mnuSupport") ? QStringLiteral("Support")
+                                               : QStringLiteral("Update");
+        const QString url = m_frm.setting(key);
+        if (!url.isEmpty())
+            m_frm.desktop().openUrl(url);
+    } else if (is("mnuAbout")) {
+        m_frm.prompter().msgBox(m_frm.VersionString + QStringLiteral("\r\r") +
+                                    m_frm.translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
+                                    m_frm.setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
+                                    m_frm.translate(QStringLiteral("Connection Count")) +
+                                    QStringLiteral(": ") + m_frm.setting(QStringLiteral("Connection Count")),
+                                MsgStyle::Information,
+                                m_frm.translate(QStringLiteral("About")) + QStringLiteral(" ") +
+                                    FrmMain::kTitle);
+    } else if (is("mnuViewontop")) {
+        const bool on = !m_frm.controls.checked(name);
+        m_frm.controls.setChecked(name, on);
+        setWindowFlag(Qt::WindowStaysOnTopHint, on);
+        show();
+    } else if (is("mnuMin")) {
+        showMinimized();
+    }
 }
 
 bool MainWindow::runModal(const QString&)

@@ -49,6 +49,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void onTriggered(const QString& name);
     void buildMenus();
     void buildToolbar();
     void buildStatusBar();
