@@ -18,7 +18,13 @@
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <QToolBar>
+#include <QCheckBox>
+#include <QDialog>
 #include <QHBoxLayout>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QVBoxLayout>
+#include "shell/Tips.h"
 
 namespace vonnel {
 
@@ -448,9 +454,73 @@ bool MainWindow::runModal(const QString&)
     return false;
 }
 
-void MainWindow::showModeless(const QString&) {}
+void MainWindow::showModeless(const QString& form)
+{
+    if (form == QLatin1String("frmPopMsg")) {
+        // The splash: the program's name and the loading word, until the
+        // main form has loaded.
+        auto* splash = new QLabel(m_frm.splashCaption, nullptr,
+                                  Qt::SplashScreen | Qt::FramelessWindowHint);
+        splash->setAttribute(Qt::WA_DeleteOnClose);
+        splash->setAlignment(Qt::AlignCenter);
+        splash->setMargin(24);
+        QFont f = splash->font();
+        f.setPointSize(14);
+        splash->setFont(f);
+        splash->setStyleSheet(QStringLiteral("background:#1b5e20;color:white;"));
+        splash->resize(420, 120);
+        if (QScreen* screen = QGuiApplication::primaryScreen())
+            splash->move(screen->geometry().center() - splash->rect().center());
+        splash->show();
+        splash->repaint();
+        QCoreApplication::processEvents();
+        m_splash = splash;
+    } else if (form == QLatin1String("frmTip")) {
+        showTips();
+    }
+}
 
-void MainWindow::unload(const QString&) {}
+void MainWindow::showTips()
+{
+    auto tips = std::make_shared<Tips>(m_frm.appFile(QStringLiteral("TIPS.TXT")),
+                                       int(QRandomGenerator::global()->bounded(1 << 16)));
+    if (tips->isEmpty())
+        return;
+    auto* dlg = new QDialog(this);
+    dlg->setAttribute(Qt::WA_DeleteOnClose);
+    dlg->setWindowTitle(m_frm.translate(QStringLiteral("Tips of the day"), QStringLiteral("Tips")));
+    auto* text = new QLabel(tips->current());
+    text->setWordWrap(true);
+    text->setMinimumSize(360, 80);
+    auto* load = new QCheckBox(m_frm.translate(QStringLiteral("Show Tips at Startup")));
+    load->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
+    load->setChecked(m_frm.settingNumber(QStringLiteral("Show Tips at Startup")) == 1);
+    auto* next = new QPushButton(m_frm.translate(QStringLiteral("Next Tip"), QStringLiteral("&Next Tip")));
+    next->setObjectName(QStringLiteral("cmdNextTip"));
+    auto* ok = new QPushButton(m_frm.translate(QStringLiteral("OK"), QStringLiteral("&OK")));
+    connect(next, &QPushButton::clicked, text, [tips, text] { text->setText(tips->next()); });
+    connect(ok, &QPushButton::clicked, dlg, &QDialog::close);
+    connect(load, &QCheckBox::toggled, this, [this](bool on) {
+        m_frm.writeSetting(QStringLiteral("Show Tips at Startup"), on ? QStringLiteral("1") : QStringLiteral("0"));
+    });
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(load);
+    buttons->addStretch();
+    buttons->addWidget(next);
+    buttons->addWidget(ok);
+    auto* layout = new QVBoxLayout(dlg);
+    layout->addWidget(text);
+    layout->addLayout(buttons);
+    dlg->show();
+}
+
+void MainWindow::unload(const QString& form)
+{
+    if (form == QLatin1String("frmPopMsg") && m_splash) {
+        m_splash->close();
+        m_splash = nullptr;
+    }
+}
 
 bool MainWindow::isVisible(const QString& form) const
 {

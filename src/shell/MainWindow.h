@@ -50,6 +50,7 @@ protected:
 
 private:
     void onTriggered(const QString& name);
+    void showTips();
     void buildMenus();
     void buildToolbar();
     void buildStatusBar();
