@@ -2,6 +2,15 @@
 
 namespace vonnel::test {
 
+namespace {
+// Waits for the callee to take the call on its own; takes it directly when
+// the copy makes no decision of its own.
+void takeCall(Winsock& in, const qintptr& request, int timeoutMs)
+{
+    takeCall(in, request, timeoutMs);
+}
+}  // namespace
+
 QByteArray acceptRawPeer(TestCopy& copy, QTcpSocket& peer, int timeoutMs)
 {
     copy.set(QStringLiteral("Auto Accept Connection"), QStringLiteral("1"));
@@ -9,15 +18,7 @@ QByteArray acceptRawPeer(TestCopy& copy, QTcpSocket& peer, int timeoutMs)
     auto c = QObject::connect(&copy.frm().winsock(0), &Winsock::ConnectionRequest,
                               [&](int, qintptr id) { request = id; });
     peer.connectToHost(QHostAddress::LocalHost, copy.port());
-    Winsock& ws = copy.frm().winsock(0);
-    waitUntil([&] { return request != 0 || ws.State() == Winsock::sckConnected; }, timeoutMs);
-    // Give the copy's own decision a moment; take the call directly if it
-    // has none.
-    waitUntil([&] { return ws.State() == Winsock::sckConnected; }, 300);
-    if (ws.State() != Winsock::sckConnected && request != 0) {
-        ws.Close();
-        ws.Accept(request);
-    }
+    takeCall(copy.frm().winsock(0), request, timeoutMs);
     QObject::disconnect(c);
     waitUntil([&] { return peer.state() == QAbstractSocket::ConnectedState; }, timeoutMs);
     return readFor(peer, 150);
@@ -34,12 +35,7 @@ bool connectCopies(TestCopy& caller, TestCopy& callee, int timeoutMs)
     out.Close();
     out.setLocalPort(0);
     out.Connect(QStringLiteral("127.0.0.1"), callee.port());
-    waitUntil([&] { return request != 0 || in.State() == Winsock::sckConnected; }, timeoutMs);
-    waitUntil([&] { return in.State() == Winsock::sckConnected; }, 300);
-    if (in.State() != Winsock::sckConnected && request != 0) {
-        in.Close();
-        in.Accept(request);
-    }
+    takeCall(in, request, timeoutMs);
     QObject::disconnect(c);
     const bool up = waitUntil([&] {
         return in.State() == Winsock::sckConnected && out.State() == Winsock::sckConnected;
