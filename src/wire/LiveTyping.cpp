@@ -344,7 +344,10 @@ void LiveTyping::controlKey(int keyAscii)
     case vbKeyEscape:
         return;
     case vbKeyBack:
-        if (!text.isEmpty())
+        // A line break goes as one, CR and LF together.
+        if (text.endsWith(kCrLf))
+            setServerText(text.left(text.size() - 2));
+        else if (!text.isEmpty())
             setServerText(text.left(text.size() - 1));
         return;
     case vbKeyReturn:
