@@ -34,7 +34,9 @@ QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShow
     if (text.isEmpty())
         return QStringLiteral("NULL");
     QString result = text;
-    if (result.indexOf(QLatin1Char(':')) < 1)
+    // A bare host becomes an address with no port; the worded commands
+    // ("Input ", "Key ", "Cmd ") hold a blank and stay as they are.
+    if (result.indexOf(QLatin1Char(':')) < 1 && !result.contains(QLatin1Char(' ')))
         result += QLatin1Char(':');
     // Help switches are tested on the text as given, before the ":".
     for (const QString& t : {text, text.toLower()}) {
