@@ -1,6 +1,13 @@
 #include "shell/CommandControl.h"
 
+#include "connection/Connection.h"
+#include "core/IniStore.h"
+#include "platform/Clipboard.h"
 #include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "wire/LiveTyping.h"
+
+#include <QFile>
 
 namespace vonnel {
 
@@ -27,7 +34,9 @@ QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShow
     if (text.isEmpty())
         return QStringLiteral("NULL");
     QString result = text;
-    if (result.indexOf(QLatin1Char(':')) < 1)
+    // A bare host becomes an address with no port; the worded commands
+    // ("Input ", "Key ", "Cmd ") hold a blank and stay as they are.
+    if (result.indexOf(QLatin1Char(':')) < 1 && !result.contains(QLatin1Char(' ')))
         result += QLatin1Char(':');
     // Help switches are tested on the text as given, before the ":".
     for (const QString& t : {text, text.toLower()}) {
@@ -40,6 +49,111 @@ QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShow
         }
     }
     return result;
+}
+
+// --- the interpreter ------------------------------------------------------------
+
+CommandControl::CommandControl(FrmMain& frm) : QObject(&frm), m_frm(frm)
+{
+    connect(&frm, &FrmMain::commandGiven, this, &CommandControl::runCommand);
+    connect(&frm.tTimer2, &QTimer::timeout, this, &CommandControl::tTimer2_Timer);
+}
+
+QString CommandControl::commandFile() const
+{
+    return m_frm.appFile(QStringLiteral("Command.ini"));
+}
+
+void CommandControl::runCommand(const QString& text)
+{
+    FrmMain& f = m_frm;
+    LiveTyping& typing = f.typing();
+    const QString lower = text.toLower();
+
+    // A text through the paste path, the clipboard given back afterwards.
+    auto pasteThrough = [&](const QString& what) {
+        const QString saved = f.clipboard().text();
+        f.clipboard().setText(what);
+        typing.PasteText(false);
+        f.clipboard().setText(saved);
+    };
+
+    if (lower.startsWith(QLatin1String("input "))) {
+        pasteThrough(text.mid(6));
+        return;
+    }
+    if (lower.startsWith(QLatin1String("key "))) {
+        const QString key = lower.mid(4);
+        int code = 0;
+        if (key == QLatin1String("enter")) {
+            pasteThrough(QStringLiteral("\r\n"));
+            code = LiveTyping::vbKeyReturn;
+        } else if (key == QLatin1String("space")) {
+            pasteThrough(QStringLiteral(" "));
+            code = LiveTyping::vbKeySpace;
+        } else if (key == QLatin1String("backspace")) {
+            typing.setServerText(f.txtServer.text().chopped(qMin<qsizetype>(1, f.txtServer.length())));
+            code = LiveTyping::vbKeyBack;
+        } else {
+            return;
+        }
+        typing.txtServer_KeyPress(code);
+        typing.txtServer_KeyUp(code, 0);
+        return;
+    }
+    if (lower.startsWith(QLatin1String("cmd "))) {
+        const QString word = lower.mid(4);
+        if (word == QLatin1String("clearscreen"))
+            typing.mnuClrScr_Click();
+        else if (word == QLatin1String("refresh"))
+            typing.mnuRefresh_Click();
+        else if (word == QLatin1String("override"))
+            typing.mnuOverride_Click();
+        else if (word == QLatin1String("mute")) {
+            if (mnuMute_Click)
+                mnuMute_Click();
+        } else if (word == QLatin1String("disconnect"))
+            f.connection().mnuDisconnect_Click();
+        else if (word == QLatin1String("exit"))
+            f.requestClose(true);
+        return;
+    }
+    if (text.contains(QLatin1Char(' ')) || text == QLatin1String("NULL") || text.isEmpty())
+        return;
+    const int state = f.winsock(f.sIdx).State();
+    if (f.IsConnected() || state == Winsock::sckConnecting ||
+        state == Winsock::sckResolvingHost || state == Winsock::sckHostResolved)
+        return;
+    const qsizetype colon = text.indexOf(QLatin1Char(':'));
+    const QString host = colon < 0 ? text : text.left(colon);
+    const QString port = colon < 0 ? QString() : text.mid(colon + 1);
+    f.writeSetting(QStringLiteral("Previous IP Address"), host);
+    if (!port.isEmpty())
+        f.writeSetting(QStringLiteral("Connect Port"), port);
+    if (connectToAddress)
+        connectToAddress(host, port);
+}
+
+void CommandControl::tTimer2_Timer()
+{
+    FrmMain& f = m_frm;
+    if (f.ProgramExiting)
+        return;
+    const QString file = resolveCaseBlind(commandFile());
+    if (!QFile::exists(file))
+        return;
+    const QString command = ReadIni(kSection, QStringLiteral("Command"), file);
+    if (command.isEmpty())
+        return;
+    QFile::setPermissions(file, QFile::permissions(file) | QFileDevice::WriteOwner);
+    QFile::remove(file);
+    bool help = false;
+    const QString parsed = parseCommandLine(command, f.prompter(), &help);
+    if (help) {
+        f.requestClose(false);
+        return;
+    }
+    runCommand(parsed);
 }
 
 }  // namespace vonnel

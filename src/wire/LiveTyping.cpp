@@ -1,9 +1,426 @@
+// The sending half of live text: key presses are gathered in pressedKeys
+// and each key up turns them into frames. A single key goes out as a
+// "<KEY> " frame with the pane's length; a run of different keys that came
+// before one release goes out as "<Paste> " blocks.
+
 #include "wire/LiveTyping.h"
 
+#include "core/IniStore.h"
+#include "platform/Clipboard.h"
+#include "platform/Prompter.h"
+#include "shell/CommandControl.h"
 #include "shell/FrmMain.h"
 
 namespace vonnel {
 
-LiveTyping::LiveTyping(FrmMain& frm) : QObject(&frm), m_frm(frm) {}
+namespace {
+const QString kCrLf = QStringLiteral("\r\n");
+
+// Characters below 33 off both ends.
+QString trim33(const QString& s)
+{
+    qsizetype a = 0, b = s.size();
+    while (a < b && s[a].unicode() < 33)
+        ++a;
+    while (b > a && s[b - 1].unicode() < 33)
+        --b;
+    return s.mid(a, b - a);
+}
+
+// 1-based position of the last CR LF, 0 when there is none.
+int lastCrLf(const QString& s)
+{
+    return int(s.lastIndexOf(kCrLf) + 1);
+}
+}  // namespace
+
+LiveTyping::LiveTyping(FrmMain& frm)
+    : QObject(&frm), serverFormat(this), clientFormat(this), m_frm(frm),
+      m_commands(std::make_unique<CommandControl>(frm))
+{
+    connect(&frm, &FrmMain::initialized, this, &LiveTyping::loadFormat);
+}
+
+LiveTyping::~LiveTyping() = default;
+
+void LiveTyping::send(const QString& frame)
+{
+    m_frm.xSendData(frame);
+}
+
+void LiveTyping::scan(const QString& text)
+{
+    if (scanLocalText)
+        scanLocalText(text);
+}
+
+void LiveTyping::refreshLengthsPanel()
+{
+    m_frm.stStatusbar.setText(3, QString::number(m_frm.txtServer.length()) +
+                                     QStringLiteral(" - ") +
+                                     QString::number(m_frm.txtClient().length()));
+}
+
+void LiveTyping::noteRemoteHost()
+{
+    remoteHostNoted = m_frm.winsock(m_frm.sIdx).RemoteHost();
+}
+
+int LiveTyping::keyAt(int index) const
+{
+    if (index < 0 || index > kPressedKeysBound)
+        return 0;
+    return pressedKeys[size_t(index)];
+}
+
+bool LiveTyping::isDoubleByte(QChar c)
+{
+    if (c.isNull())
+        return false;
+    // A character of the session's code page is one byte; anything else
+    // counts by its own code.
+    const QString s(c);
+    if (fromCp1252(toCp1252(s)) == s)
+        return false;
+    return c.unicode() >= 0x1000;
+}
+
+// --- key events ------------------------------------------------------------------
+
+void LiveTyping::firstTyping()
+{
+    FrmMain& f = m_frm;
+    const bool connected = f.winsock(0).State() == Winsock::sckConnected;
+    if (connected && !f.sessionKey.isEmpty() && f.encryptOn && !keySent) {
+        f.sendRaw(QStringLiteral("tt:=") + f.sessionKey + QStringLiteral("=:tt"));
+        keySent = true;
+    }
+    if (f.txtServer.length() == 0 && connected) {
+        sentSetting();
+        if (sendSpeakerSetting)
+            sendSpeakerSetting();
+    }
+    f.txtServer.setLocked(false);
+    f.checkStatus();
+}
+
+void LiveTyping::txtServer_GotFocus()
+{
+    if (m_frm.txtServer.length() == 0 && !keySent)
+        firstTyping();
+}
+
+void LiveTyping::txtServer_KeyDown(int keyCode, int shift)
+{
+    // Shift+Insert: the control pastes by itself, the text goes out here.
+    if (keyCode == vbKeyInsert && (shift & vbShiftMask)) {
+        PasteText(true);
+        const QString clip = m_frm.clipboard().text();
+        if (!clip.isEmpty()) {
+            pasting = true;
+            controlInput(clip);
+            pasting = false;
+        }
+    }
+}
+
+void LiveTyping::txtServer_KeyPress(int& keyAscii)
+{
+    FrmMain& f = m_frm;
+    TextPane& pane = f.txtServer;
+    if (pane.length() == 0 && !keySent)
+        firstTyping();
+    // Typing always goes on at the end, wherever the caret was put.
+    pane.caretToEnd();
+    keyTyping = true;
+    if (keyAscii == vbKeyTab)
+        scan(pane.text().mid(urlScanned));
+
+    if (keyAscii != vbKeyEscape) {
+        ++PressCount;
+        if (PressCount >= kPressedKeysBound)
+            f.prompter().msgBox(
+                f.translate(QStringLiteral("Warning: You have reached the limit of sending the same character:")) +
+                QLatin1Char(' ') + QString::number(PressCount));
+        else
+            pressedKeys[size_t(PressCount)] = keyAscii;
+    }
+
+    // The loop bound is taken once, as the count may drop to 0 inside.
+    const int upTo = PressCount;
+    const int first = keyAt(1);
+    int same = 0;
+    for (int i = 1; i <= upTo; ++i) {
+        const int code = keyAt(i);
+        if (code <= 0)
+            PressCount = 0;
+        else if (code == first)
+            ++same;
+    }
+    sameKeys = same == PressCount;
+    m_lastKeyAscii = keyAscii;
+
+    if (pane.length() > f.textLimit - 2) {
+        const Answer a = f.prompter().msgBox(
+            f.translate(QStringLiteral("Warning: You are approaching the limit of this area.")) +
+                kCrLf +
+                f.translate(QStringLiteral("Do you want to clear your screen to erase the old text?")),
+            MsgStyle::YesNo, f.translate(QStringLiteral("Warning")));
+        if (a == Answer::Yes) {
+            const QString tail = pane.text().right(100) + QStringLiteral("...");
+            mnuClrScr_Click();
+            const QString saved = f.clipboard().text();
+            f.clipboard().setText(tail);
+            PasteText(false);
+            f.clipboard().setText(saved);
+            pane.caretToEnd();
+        }
+    }
+
+    if (keyAt(PressCount) == vbKeyReturn)
+        txtServer_KeyUp(vbKeyReturn, 0);
+}
+
+void LiveTyping::txtServer_Change()
+{
+    FrmMain& f = m_frm;
+    TextPane& pane = f.txtServer;
+    f.encryptOn = f.settingFlag(QStringLiteral("Encrypted"));
+    const QString text = pane.text();
+    const QChar c = text.isEmpty() ? QChar() : text.back();
+    const bool dbl = isDoubleByte(c);
+    const bool connected = f.IsConnected();
+    if (connected && !pasting && !keyTyping) {
+        // Text that came in without a key press (an input method).
+        if (dbl && f.encryptOn) {
+            if (!m_changeWarned) {
+                refuseDoubleByte(c, false);
+                m_changeWarned = true;
+            }
+            pane.chopTo(pane.length() - 1);
+        } else if (dbl) {
+            send(QStringLiteral("<Paste> ") + c + QStringLiteral("</Paste>"));
+        }
+    } else if (connected && f.encryptOn && dbl) {
+        if (!m_changeWarned) {
+            refuseDoubleByte(c, true);
+            m_changeWarned = true;
+        }
+        pane.chopTo(pane.length() - 1);
+    }
+    pasting = false;
+    refreshLengthsPanel();
+}
+
+void LiveTyping::refuseDoubleByte(QChar c, bool keyPressWording)
+{
+    FrmMain& f = m_frm;
+    QString text;
+    if (keyPressWording)
+        text = QStringLiteral("Encryption Error: generated by ") + c + kCrLf +
+               QStringLiteral("Please note: Double bytes characters sets such as Chinese, Japenese, "
+                              "Korean are not supported for encryption.");
+    else
+        text = QStringLiteral("Encryption Error: generated by < ") + c + QStringLiteral(" >") +
+               kCrLf + kCrLf +
+               QStringLiteral("Please note: Double bytes characters such as Chinese, Japenese, "
+                              "Korean are not supported for encryption.") +
+               kCrLf + kCrLf +
+               QStringLiteral("Please disconnect, turn off encryption and reconnect again!");
+    f.prompter().msgBox(text, MsgStyle::Exclamation);
+}
+
+void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
+{
+    Q_UNUSED(shift);
+    FrmMain& f = m_frm;
+    TextPane& pane = f.txtServer;
+    if (f.IsConnected())
+        f.stStatusbar.setPicture(1, StatePicture::picSend);
+    noteRemoteHost();
+    const int K = keyAt(PressCount);
+
+    if (K == vbKeyDelete && PressCount == 0) {
+        PressCount = 0;
+        keyTyping = false;
+        return;
+    }
+
+    const QString text = pane.text();
+    const int length = int(text.size());
+    const QString len = QString::number(length);
+
+    if (sameKeys) {
+        if (K == vbKeyBack || keyCode == vbKeyDelete) {
+            send(QStringLiteral("^BK") + len + QStringLiteral("#BK"));
+            urlScanned = lineMark = lastCrLf(text);
+        } else if (K == vbKeyReturn) {
+            send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
+            scan(text.mid(urlScanned));
+            const QString line = trim33(text.mid(lineMark));
+            lineMark = pane.selStart();
+            if (!f.settingFlag(QStringLiteral("Local Speaker Off")) && speakLocalLine)
+                speakLocalLine(line);
+            if (!f.settingFlag(QStringLiteral("Disable Auto TTS Signal")))
+                send(QStringLiteral("<SPK> ") + line + QStringLiteral(" </SPK>"));
+            send(QStringLiteral("<MSG> ") + line + QStringLiteral(" </MSG>"));
+            f.txtTextMsg.append(f.winsock(f.sIdx).LocalHostName().toUpper() + QLatin1Char(' ') +
+                                f.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
+                                QStringLiteral(": ") + line + kCrLf);
+        } else if (K == vbKeySpace) {
+            send(QStringLiteral("^SPC") + len + QStringLiteral("#SPC"));
+            scan(text.mid(urlScanned));
+        } else if (K == vbKeyEscape) {
+            // Esc sends nothing.
+        } else {
+            send(QStringLiteral("<KEY> ") + QChar(char16_t(K)) + QStringLiteral(" <:KEY>") + len +
+                 QStringLiteral("</KEY>"));
+        }
+    } else {
+        // Different keys before one release: in the order typed, letters
+        // gathered into blocks, Returns and deletions as positions.
+        QString block;
+        int returns = 0, deletions = 0;
+        const QString behind = QString::number(length - PressCount);
+        auto flush = [&] {
+            if (!block.isEmpty()) {
+                send(QStringLiteral("<Paste> ") + block + QStringLiteral("</Paste>"));
+                block.clear();
+            }
+        };
+        for (int i = 1; i <= PressCount; ++i) {
+            const int code = keyAt(i);
+            if (code == vbKeyReturn) {
+                flush();
+                ++returns;
+            } else if (code == vbKeyBack || code == vbKeyDelete) {
+                flush();
+                ++deletions;
+            } else if (code == vbKeyEscape) {
+                continue;
+            } else {
+                if (returns > 0) {
+                    send(QStringLiteral("^RETURN") + behind + QStringLiteral("#RETURN"));
+                    returns = 0;
+                }
+                if (deletions > 0) {
+                    send(QStringLiteral("^BK") + behind + QStringLiteral("#BK"));
+                    deletions = 0;
+                }
+                block += QChar(char16_t(code));
+            }
+        }
+        if (returns > 0)
+            send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
+        if (deletions > 0) {
+            send(QStringLiteral("^BK") + len + QStringLiteral("#BK"));
+            urlScanned = lineMark = lastCrLf(text) + 1;
+        }
+        if (!block.isEmpty())
+            send(QStringLiteral("<Paste> ") + block + QStringLiteral("</Paste>"));
+    }
+    PressCount = 0;
+    keyTyping = false;
+}
+
+// --- the text control's own part -------------------------------------------------
+
+void LiveTyping::setServerText(const QString& text)
+{
+    if (text == m_frm.txtServer.text()) {
+        m_frm.txtServer.caretToEnd();
+        return;
+    }
+    m_frm.txtServer.setText(text);
+    txtServer_Change();
+}
+
+void LiveTyping::controlKey(int keyAscii)
+{
+    TextPane& pane = m_frm.txtServer;
+    const QString text = pane.text();
+    switch (keyAscii) {
+    case 0:
+    case vbKeyEscape:
+        return;
+    case vbKeyBack:
+        // A line break goes as one, CR and LF together.
+        if (text.endsWith(kCrLf))
+            setServerText(text.left(text.size() - 2));
+        else if (!text.isEmpty())
+            setServerText(text.left(text.size() - 1));
+        return;
+    case vbKeyReturn:
+        controlInput(kCrLf);
+        return;
+    default:
+        controlInput(QString(QChar(char16_t(keyAscii))));
+    }
+}
+
+void LiveTyping::controlInput(const QString& input)
+{
+    TextPane& pane = m_frm.txtServer;
+    QString add = input;
+    if (pane.maxLength() > 0) {
+        const int room = pane.maxLength() - pane.length();
+        add = room > 0 ? add.left(room) : QString();
+    }
+    if (add.isEmpty())
+        return;
+    setServerText(pane.text() + add);
+}
+
+void LiveTyping::controlDeleteRange(int start, int length)
+{
+    const QString text = m_frm.txtServer.text();
+    start = qBound(0, start, int(text.size()));
+    length = qBound(0, length, int(text.size()) - start);
+    if (length == 0)
+        return;
+    setServerText(text.left(start) + text.mid(start + length));
+}
+
+void LiveTyping::keyboardPress(int keyCode, int shift, const QString& text)
+{
+    txtServer_KeyDown(keyCode, shift);
+    for (QChar ch : text) {
+        int ascii = ch.unicode();
+        if (ascii == '\n')
+            ascii = vbKeyReturn;
+        txtServer_KeyPress(ascii);
+        controlKey(ascii);
+    }
+}
+
+void LiveTyping::keyboardRelease(int keyCode, int shift)
+{
+    txtServer_KeyUp(keyCode, shift);
+}
+
+void LiveTyping::typeText(const QString& text)
+{
+    for (QChar ch : text) {
+        const char16_t u = ch.unicode();
+        int keyCode = u;
+        QString chars(ch);
+        switch (u) {
+        case '\r':
+        case '\n':
+            keyCode = vbKeyReturn;
+            chars = QStringLiteral("\r");
+            break;
+        case 0x7f:
+            keyCode = vbKeyDelete;
+            chars.clear();
+            break;
+        default:
+            if (ch.isLetter() && u < 0x80)
+                keyCode = ch.toUpper().unicode();
+        }
+        keyboardPress(keyCode, 0, chars);
+        keyboardRelease(keyCode, 0);
+    }
+}
 
 }  // namespace vonnel

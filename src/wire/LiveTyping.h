@@ -1,19 +1,156 @@
 #pragma once
-// Live typing: key events of the local pane become frames as they are typed.
+// Live typing: key events of the local pane become frames as they are
+// typed. Also the actions on whole texts (paste, refresh, override, clear)
+// and the format exchange that gives the remote pane the sender's look.
+//
+// The key handlers take key events as plain data, in the order the text
+// control delivers them: key down, key press (the character not yet in the
+// pane), the control's own edit, change, key up. `keyboardPress` and
+// `keyboardRelease` run that order for one key as a keyboard would, and
+// `typeText` for a whole string. The pane model `txtServer` is the truth;
+// the window only shows it.
+
+#include "wire/PaneFormat.h"
 
 #include <QObject>
+#include <QString>
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
 
 namespace vonnel {
 
 class FrmMain;
+class CommandControl;
 
 class LiveTyping : public QObject {
     Q_OBJECT
 public:
     explicit LiveTyping(FrmMain& frm);
+    ~LiveTyping() override;
+
+    // Key codes of the keys the handlers know by number.
+    static constexpr int vbKeyBack = 8, vbKeyTab = 9, vbKeyReturn = 13, vbKeyEscape = 27,
+                         vbKeySpace = 32, vbKeyInsert = 45, vbKeyDelete = 46;
+    static constexpr int vbShiftMask = 1, vbCtrlMask = 2, vbAltMask = 4;
+    // Upper bound of pressedKeys.
+    static constexpr int kPressedKeysBound = 4900;
+
+    // --- state of the typing path -------------------------------------------
+    int PressCount = 0;
+    std::array<int, kPressedKeysBound + 1> pressedKeys{};  // from index 1; 0 stays 0
+    bool keyTyping = false;
+    bool sameKeys = false;
+    int urlScanned = 0;
+    int lineMark = 0;
+    bool pasting = false;
+    // The key frame went out from the typing path; cleared when a session ends.
+    bool keySent = false;
+    // Text cleared from txtServer in this session, for the session record.
+    QString localHistory;
+    // The remote host as the socket last reported it.
+    QString remoteHostNoted;
+    // Set when this side asked for a full resend and waits for it.
+    bool refreshAwaited = false;
+
+    // Looks of the panes: txtServer and the remote pane txtClient(0).
+    PaneFormat serverFormat;
+    PaneFormat clientFormat;
+
+    // --- seams to other subsystems, wired where those live -----------------
+    // The URL scan of a local text (scanLocalText).
+    std::function<void(const QString&)> scanLocalText;
+    // Speaks a local line with this side's voice, sending nothing.
+    std::function<void(const QString&)> speakLocalLine;
+    // Sends the speech settings message.
+    std::function<void()> sendSpeakerSetting;
+    // The local address update of a refresh while unconnected.
+    std::function<void()> localAddressUpdate;
+    // The colour dialog: given the current colour and a title, the chosen
+    // colour, or nothing when cancelled.
+    std::function<std::optional<qint64>(qint64, const QString&)> chooseColour;
+
+    // --- key events of txtServer ----------------------------------------------
+    void txtServer_KeyDown(int keyCode, int shift);
+    void txtServer_KeyPress(int& keyAscii);
+    void txtServer_Change();
+    void txtServer_KeyUp(int keyCode, int shift);
+    // Also bound to the pane gaining the focus.
+    void txtServer_GotFocus();
+    void firstTyping();
+
+    // What the text control does on its own between key press and change:
+    // inserts the character at the end (CR LF for Return), takes the last
+    // character off for Backspace, nothing for Esc. Runs the change handler
+    // when the text changed. Respects the pane's maximum length.
+    void controlKey(int keyAscii);
+    // The control's deletion of a selection (the Delete key on selected
+    // text), positions in the pane's own text.
+    void controlDeleteRange(int start, int length);
+    // Text entered other than by key press (an input method).
+    void controlInput(const QString& text);
+    // Sets the pane's text as an assignment to the control would, running
+    // the change handler when it differs.
+    void setServerText(const QString& text);
+
+    // One key as the keyboard delivers it: key down, then per character of
+    // `text` a key press and the control's edit; `keyboardRelease` is the
+    // key up. Keys without a character (Delete, arrows) pass empty text.
+    void keyboardPress(int keyCode, int shift, const QString& text);
+    void keyboardRelease(int keyCode, int shift);
+    // Types each character with its own press and release: "\r" or "\n" is
+    // Return, "\b" Backspace, "\x7f" Delete, "\x1b" Esc, "\t" Tab.
+    void typeText(const QString& text);
+
+    // --- whole texts ------------------------------------------------------------
+    void PasteText(bool ownInsert);
+    void mnuEditPaste_Click() { PasteText(false); }
+    void mnuRefresh_Click();
+    void mnuOverride_Click();
+    void mnuClrScr_Click();
+    // Toolbar buttons 7 to 12: bold, italic, larger, smaller, text colour,
+    // background colour of the local pane.
+    void Toolbar1_FontClick(int button);
+    // A menu entry or toolbar button by its name; true when it was one of
+    // this class's.
+    bool controlTriggered(const QString& name);
+
+    // --- format exchange ----------------------------------------------------------
+    QString formatMessage() const;
+    void sentSetting();
+    // The format message of the other side, up to and with its "^>".
+    void receiveFormat(const QString& frameThroughMarker);
+    // The look of txtServer from the settings, and back into them.
+    void loadFormat();
+    void saveFormat() const;
+    static constexpr double kMinFontSize = 6, kMaxFontSize = 72;
+
+    // Text helpers of the format exchange.
+    static QString removeFirst(const QString& text, const QString& token);
+    static QString leftOf(const QString& text, const QString& token);
+    // A character counts as double-byte when its code has four or more
+    // hexadecimal digits.
+    static bool isDoubleByte(QChar c);
+
+    // The command interpreter of this copy.
+    CommandControl& commands() const { return *m_commands; }
 
 private:
+    void send(const QString& frame);
+    void scan(const QString& text);
+    void refreshLengthsPanel();
+    void noteRemoteHost();
+    int keyAt(int index) const;
+    int plainPasteLimit(bool writeBack);
+    int encryptedPasteLimit(int upper, bool writeBack);
+    void refuseDoubleByte(QChar c, bool keyPressWording);
+
     FrmMain& m_frm;
+    std::unique_ptr<CommandControl> m_commands;
+    int m_lastKeyAscii = 0;
+    bool m_changeWarned = false;
+    bool m_pasteWarned = false;
 };
 
 }  // namespace vonnel

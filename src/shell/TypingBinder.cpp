@@ -1,0 +1,254 @@
+#include "shell/TypingBinder.h"
+
+#include "platform/Clipboard.h"
+#include "shell/FrmMain.h"
+#include "shell/TextPane.h"
+#include "wire/LiveTyping.h"
+#include "wire/PaneFormat.h"
+
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTextCursor>
+
+namespace vonnel {
+
+TypingBinder::TypingBinder(FrmMain& frm, QPlainTextEdit* server, QPlainTextEdit* client)
+    : QObject(server), m_frm(frm), m_server(server)
+{
+    // Read-only keeps the widget from editing; the caret and the keyboard
+    // selection stay, and the events still come here first.
+    server->setReadOnly(true);
+    server->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    server->setAttribute(Qt::WA_InputMethodEnabled, true);
+    server->setAcceptDrops(true);
+    server->installEventFilter(this);
+    server->viewport()->installEventFilter(this);
+
+    TextPane& pane = frm.txtServer;
+    connect(&pane, &TextPane::textChanged, server, [&pane, server] { showText(pane, server); });
+    showText(pane, server);
+    LiveTyping& typing = frm.typing();
+    connect(&typing.serverFormat, &PaneFormat::changed, server,
+            [&typing, server] { showFormat(typing.serverFormat, server); });
+    showFormat(typing.serverFormat, server);
+    if (client) {
+        connect(&typing.clientFormat, &PaneFormat::changed, client,
+                [&typing, client] { showFormat(typing.clientFormat, client); });
+        showFormat(typing.clientFormat, client);
+    }
+}
+
+int TypingBinder::keyCode(const QKeyEvent* e)
+{
+    const int k = e->key();
+    if (k >= Qt::Key_A && k <= Qt::Key_Z)
+        return k;  // the same codes: 65 to 90
+    if (k >= Qt::Key_0 && k <= Qt::Key_9)
+        return k;
+    if (k >= Qt::Key_F1 && k <= Qt::Key_F24)
+        return 112 + (k - Qt::Key_F1);
+    switch (k) {
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab: return 9;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return 13;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt: return 18;
+    case Qt::Key_Pause: return 19;
+    case Qt::Key_CapsLock: return 20;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Space: return 32;
+    case Qt::Key_PageUp: return 33;
+    case Qt::Key_PageDown: return 34;
+    case Qt::Key_End: return 35;
+    case Qt::Key_Home: return 36;
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Insert: return 45;
+    case Qt::Key_Delete: return 46;
+    case Qt::Key_NumLock: return 144;
+    default: break;
+    }
+    return k < 256 ? k : 0;
+}
+
+int TypingBinder::shiftState(Qt::KeyboardModifiers m)
+{
+    int s = 0;
+    if (m & Qt::ShiftModifier)
+        s |= LiveTyping::vbShiftMask;
+    if (m & Qt::ControlModifier)
+        s |= LiveTyping::vbCtrlMask;
+    if (m & Qt::AltModifier)
+        s |= LiveTyping::vbAltMask;
+    return s;
+}
+
+int TypingBinder::panePosition(const QString& paneText, int widgetPosition)
+{
+    int shown = 0;
+    qsizetype i = 0;
+    for (; i < paneText.size() && shown < widgetPosition; ++i) {
+        // CR LF shows as one line feed.
+        if (paneText[i] == QLatin1Char('\r') && i + 1 < paneText.size() &&
+            paneText[i + 1] == QLatin1Char('\n'))
+            ++i;
+        ++shown;
+    }
+    return int(i);
+}
+
+void TypingBinder::showText(const TextPane& pane, QPlainTextEdit* view)
+{
+    QString shown = pane.text();
+    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    if (view->toPlainText() != shown)
+        view->setPlainText(shown);
+    view->moveCursor(QTextCursor::End);
+}
+
+void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
+{
+    QFont font(format.fontName());
+    font.setPointSizeF(format.size());
+    font.setBold(format.bold());
+    font.setItalic(format.italic());
+    view->setFont(font);
+    QPalette pal = view->palette();
+    pal.setColor(QPalette::Text, PaneFormat::toColor(format.foreColor()));
+    pal.setColor(QPalette::Base, PaneFormat::toColor(format.backColor()));
+    view->setPalette(pal);
+}
+
+bool TypingBinder::keyPress(QKeyEvent* e)
+{
+    LiveTyping& typing = m_frm.typing();
+    const int code = keyCode(e);
+    const int shift = shiftState(e->modifiers());
+    const bool ctrl = e->modifiers() & Qt::ControlModifier;
+
+    if (ctrl && e->key() == Qt::Key_V) {
+        typing.txtServer_KeyDown(code, shift);
+        typing.mnuEditPaste_Click();
+        return true;
+    }
+    switch (e->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        // Caret moves and selection are the widget's; nothing is sent.
+        typing.txtServer_KeyDown(code, shift);
+        return false;
+    case Qt::Key_Delete: {
+        typing.txtServer_KeyDown(code, shift);
+        const QTextCursor c = m_server->textCursor();
+        if (c.hasSelection()) {
+            const QString text = m_frm.txtServer.text();
+            const int from = panePosition(text, c.selectionStart());
+            const int to = panePosition(text, c.selectionEnd());
+            typing.controlDeleteRange(from, to - from);
+        }
+        return true;
+    }
+    default:
+        break;
+    }
+    if (ctrl && (e->key() == Qt::Key_C || e->key() == Qt::Key_A)) {
+        typing.txtServer_KeyDown(code, shift);
+        return false;  // copy and select all: the widget's
+    }
+    QString chars = e->text();
+    if (ctrl || (e->modifiers() & Qt::AltModifier))
+        chars.clear();
+    if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter)
+        chars = QStringLiteral("\r");
+    typing.keyboardPress(code, shift, chars);
+    return true;
+}
+
+bool TypingBinder::keyRelease(QKeyEvent* e)
+{
+    // A held key repeats its press; its release comes once, at the end.
+    if (e->isAutoRepeat())
+        return true;
+    m_frm.typing().keyboardRelease(keyCode(e), shiftState(e->modifiers()));
+    const int k = e->key();
+    const bool navigation = k == Qt::Key_Left || k == Qt::Key_Right || k == Qt::Key_Up ||
+                            k == Qt::Key_Down || k == Qt::Key_Home || k == Qt::Key_End ||
+                            k == Qt::Key_PageUp || k == Qt::Key_PageDown;
+    return !navigation;
+}
+
+bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
+{
+    LiveTyping& typing = m_frm.typing();
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (watched == m_server)
+            return keyPress(static_cast<QKeyEvent*>(event));
+        break;
+    case QEvent::KeyRelease:
+        if (watched == m_server)
+            return keyRelease(static_cast<QKeyEvent*>(event));
+        break;
+    case QEvent::ShortcutOverride:
+        // Keys the pane takes itself are not menu shortcuts.
+        if (watched == m_server) {
+            auto* e = static_cast<QKeyEvent*>(event);
+            if (!(e->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
+                event->accept();
+                return true;
+            }
+        }
+        break;
+    case QEvent::InputMethod:
+        if (watched == m_server) {
+            auto* e = static_cast<QInputMethodEvent*>(event);
+            if (!e->commitString().isEmpty())
+                typing.controlInput(e->commitString());
+            return true;
+        }
+        break;
+    case QEvent::FocusIn:
+        if (watched == m_server)
+            typing.txtServer_GotFocus();
+        break;
+    case QEvent::DragEnter:
+    case QEvent::DragMove: {
+        auto* e = static_cast<QDropEvent*>(event);
+        if (e->mimeData()->hasText()) {
+            e->acceptProposedAction();
+            return true;
+        }
+        break;
+    }
+    case QEvent::Drop: {
+        // Text dropped from outside goes through the clipboard into a paste.
+        auto* e = static_cast<QDropEvent*>(event);
+        if (e->mimeData()->hasText()) {
+            m_frm.clipboard().setText(e->mimeData()->text());
+            typing.mnuEditPaste_Click();
+            e->acceptProposedAction();
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+}  // namespace vonnel

@@ -1,0 +1,49 @@
+#pragma once
+// Binds the local pane's widget to live typing: key events of the widget
+// become the key handlers' calls, and the widget shows the pane model and
+// its look. The widget never edits its own text: the model is the truth.
+// Also shows the remote pane's look on its widget.
+//
+// Installed by the main window with one line:
+//     new TypingBinder(m_frm, m_server, m_client);
+
+#include <QObject>
+#include <QString>
+
+class QKeyEvent;
+class QPlainTextEdit;
+
+namespace vonnel {
+
+class FrmMain;
+class PaneFormat;
+class TextPane;
+
+class TypingBinder : public QObject {
+    Q_OBJECT
+public:
+    // Parented to the server widget; lives as long as it does.
+    TypingBinder(FrmMain& frm, QPlainTextEdit* server, QPlainTextEdit* client = nullptr);
+
+    // The key code and shift state that the key handlers take.
+    static int keyCode(const QKeyEvent* e);
+    static int shiftState(Qt::KeyboardModifiers m);
+    // Position in the pane's text (CR LF line breaks) of a position in the
+    // widget's text (LF line breaks).
+    static int panePosition(const QString& paneText, int widgetPosition);
+
+    static void showText(const TextPane& pane, QPlainTextEdit* view);
+    static void showFormat(const PaneFormat& format, QPlainTextEdit* view);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool keyPress(QKeyEvent* e);
+    bool keyRelease(QKeyEvent* e);
+
+    FrmMain& m_frm;
+    QPlainTextEdit* m_server;
+};
+
+}  // namespace vonnel

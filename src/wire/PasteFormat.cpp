@@ -1,0 +1,353 @@
+// Actions on whole texts of the local pane (paste, refresh, override,
+// clear) and the format exchange that gives the other side's remote pane
+// this side's font and colours.
+
+#include "connection/Connection.h"
+#include "core/IniStore.h"
+#include "platform/Clipboard.h"
+#include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "wire/LiveTyping.h"
+
+namespace vonnel {
+
+namespace {
+const QString kCrLf = QStringLiteral("\r\n");
+}
+
+// --- text helpers -------------------------------------------------------------
+
+QString LiveTyping::removeFirst(const QString& text, const QString& token)
+{
+    if (text == token)
+        return QString();
+    if (token.isEmpty() || text.size() < token.size())
+        return text;
+    const qsizetype p = text.indexOf(token);
+    if (p < 0)
+        return text;
+    return text.left(p) + text.mid(p + token.size());
+}
+
+QString LiveTyping::leftOf(const QString& text, const QString& token)
+{
+    if (text.isEmpty() || token.isEmpty())
+        return text;
+    const qsizetype p = text.indexOf(token);
+    return p < 0 ? text : text.left(p);
+}
+
+// --- paste ------------------------------------------------------------------------
+
+int LiveTyping::plainPasteLimit(bool writeBack)
+{
+    FrmMain& f = m_frm;
+    int limit = f.settingInt(QStringLiteral("Paste Text Limit"));
+    if (limit > f.textLimit)
+        limit = f.textLimit;
+    if (limit < 2000)
+        limit = 2000;
+    if (writeBack)
+        f.writeSetting(QStringLiteral("Paste Text Limit"), QString::number(limit));
+    return limit;
+}
+
+int LiveTyping::encryptedPasteLimit(int upper, bool writeBack)
+{
+    FrmMain& f = m_frm;
+    int limit = f.settingInt(QStringLiteral("Paste Encrypted Text Limit"));
+    if (limit > upper)
+        limit = upper;
+    if (limit < 500)
+        limit = 500;
+    if (writeBack)
+        f.writeSetting(QStringLiteral("Paste Encrypted Text Limit"), QString::number(limit));
+    return limit;
+}
+
+void LiveTyping::PasteText(bool ownInsert)
+{
+    FrmMain& f = m_frm;
+    TextPane& pane = f.txtServer;
+    QString text = f.clipboard().text();
+    if (text.isEmpty())
+        return;
+    f.stStatusbar.setPicture(1, StatePicture::picSend);
+    const int plain = plainPasteLimit(true);
+    const int encrypted = encryptedPasteLimit(10000, true);
+    const QString kept = pane.text();
+
+    int limit = 0;
+    QString label;
+    if (pane.length() <= f.textLimit) {
+        limit = f.encryptOn ? encrypted : plain;
+        label = f.encryptOn ? QStringLiteral("[Encryption On]") : QStringLiteral("[Encryption Off]");
+    }
+
+    const bool connected = f.IsConnected();
+    if (connected && f.encryptOn) {
+        for (QChar c : text) {
+            if (!isDoubleByte(c))
+                continue;
+            if (!m_pasteWarned) {
+                refuseDoubleByte(c, false);
+                m_pasteWarned = true;
+            }
+            f.stStatusbar.setPicture(1, StatePicture::picReady);
+            return;
+        }
+    }
+
+    if (text.size() <= limit || !connected) {
+        if (connected) {
+            pasting = true;
+            send(QStringLiteral("<Paste> ") + text + QStringLiteral("</Paste>"));
+            scan(text);
+            f.PasteInProgress = true;
+        } else {
+            scan(text);
+        }
+    } else {
+        f.prompter().msgBox(
+            f.translate(QStringLiteral("You are senting data over the limit of this program.")) +
+                QLatin1Char(' ') + label + QLatin1Char('\r') +
+                f.translate(QStringLiteral("Use 'Send File' in Tool menu instead.")) +
+                QStringLiteral("\r\r") + QStringLiteral("Data: ") + QString::number(text.size()) +
+                QLatin1Char('\t') + QStringLiteral("Max.: ") + QString::number(limit),
+            MsgStyle::Exclamation, f.translate(QStringLiteral("Warning")));
+        text.clear();
+    }
+    if (!ownInsert)
+        setServerText(kept + text);
+    pane.caretToEnd();
+    noteRemoteHost();
+}
+
+// --- refresh, override, clear ---------------------------------------------------
+
+void LiveTyping::mnuRefresh_Click()
+{
+    FrmMain& f = m_frm;
+    f.controls.setEnabled(toolbarButton(3), false);
+    f.controls.setEnabled(QStringLiteral("mnuRefresh"), false);
+    const bool connected = f.IsConnected();
+    if (!connected && !f.views().isVisible(QStringLiteral("frmProgress")) && localAddressUpdate)
+        localAddressUpdate();
+    Winsock& ws = f.winsock(f.sIdx);
+    if (ws.State() == Winsock::sckConnected) {
+        f.stStatusbar.setPicture(1, StatePicture::picSend);
+        // The encrypted limit counts at most 2500 here, unlike a paste.
+        const int plain = plainPasteLimit(false);
+        const int encrypted = encryptedPasteLimit(2500, false);
+        const int L = f.txtClient().length();
+        if ((!f.remoteEncrypted && L < plain) || (f.remoteEncrypted && L < encrypted)) {
+            refreshAwaited = true;
+            f.txtClient().clear();
+            send(QStringLiteral("^reFresh"));
+        }
+    }
+    noteRemoteHost();
+    if (ws.State() == Winsock::sckConnected)
+        f.setCaption(f.titleWithVersion() + QStringLiteral(" - ") + f.PeerHostName +
+                     QStringLiteral(" [") + ws.RemoteHostIP() + QLatin1Char(']'));
+    f.controls.setEnabled(QStringLiteral("mnuSendFile"),
+                          !f.views().isVisible(QStringLiteral("frmProgress")));
+    if (!connected) {
+        f.controls.setEnabled(toolbarButton(3), true);
+        f.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
+    }
+}
+
+void LiveTyping::mnuOverride_Click()
+{
+    FrmMain& f = m_frm;
+    const bool on = !f.controls.checked(QStringLiteral("mnuOverride"));
+    f.controls.setChecked(QStringLiteral("mnuOverride"), on);
+    f.controls.setChecked(toolbarButton(13), on);
+    if (on) {
+        clientFormat.copyFrom(serverFormat);
+    } else if (f.IsConnected()) {
+        send(QStringLiteral("^reFresh"));
+    }
+}
+
+void LiveTyping::mnuClrScr_Click()
+{
+    FrmMain& f = m_frm;
+    localHistory += f.txtServer.text() + kCrLf;
+    setServerText(QString());
+    urlScanned = 0;
+    lineMark = 0;
+    if (!f.IsConnected())
+        f.txtClient(0).clear();
+    if (f.winsock(0).State() == Winsock::sckConnected)
+        send(QStringLiteral("^Clr"));
+}
+
+// --- format exchange ---------------------------------------------------------------
+
+QString LiveTyping::formatMessage() const
+{
+    const PaneFormat& p = serverFormat;
+    return QStringLiteral("^ff") + p.fontName() + QStringLiteral("^fb") + p.boldText() +
+           QStringLiteral("^fi") + p.italicText() + QStringLiteral("^fs") + p.sizeText() +
+           QStringLiteral("^fc") + p.foreColorText() + QStringLiteral("^bc") + p.backColorText() +
+           QStringLiteral("^>");
+}
+
+void LiveTyping::sentSetting()
+{
+    if (m_frm.winsock(0).State() == Winsock::sckConnected)
+        m_frm.sendRaw(formatMessage());
+}
+
+void LiveTyping::receiveFormat(const QString& frameThroughMarker)
+{
+    FrmMain& f = m_frm;
+    if (f.IsConnected())
+        f.RemoteResponded = true;
+    if (f.controls.checked(QStringLiteral("mnuOverride")))
+        return;
+    f.txtClient().caretToEnd();
+    PaneFormat& pane = clientFormat;
+    QString data = removeFirst(frameThroughMarker, QStringLiteral("^ff"));
+
+    // Each field is set, then taken out as the pane reports it: a value the
+    // pane cannot take exactly leaves a piece in front of the next field.
+    const QString name = leftOf(data, QStringLiteral("^fb"));
+    pane.setFontName(name);
+    data = removeFirst(data, pane.fontName());
+    data = removeFirst(data, QStringLiteral("^fb"));
+
+    if (const auto b = PaneFormat::boolFromText(leftOf(data, QStringLiteral("^fi"))))
+        pane.setBold(*b);
+    data = removeFirst(data, pane.boldText());
+    data = removeFirst(data, QStringLiteral("^fi"));
+
+    if (const auto i = PaneFormat::boolFromText(leftOf(data, QStringLiteral("^fs"))))
+        pane.setItalic(*i);
+    data = removeFirst(data, pane.italicText());
+    data = removeFirst(data, QStringLiteral("^fs"));
+
+    QString sizeText = leftOf(data, QStringLiteral("^fc"));
+    sizeText.remove(QStringLiteral("^fs"));
+    bool ok = false;
+    const double size = sizeText.trimmed().toDouble(&ok);
+    if (ok)
+        pane.setSize(size);
+    data = removeFirst(data, pane.sizeText());
+    data = removeFirst(data, QStringLiteral("^fc"));
+
+    const qint64 fore = leftOf(data, QStringLiteral("^bc")).trimmed().toLongLong(&ok);
+    if (ok)
+        pane.setForeColor(fore);
+    data = removeFirst(data, pane.foreColorText());
+    data = removeFirst(data, QStringLiteral("^bc"));
+
+    const qint64 back = leftOf(data, QStringLiteral("^>")).trimmed().toLongLong(&ok);
+    if (ok)
+        pane.setBackColor(back);
+}
+
+void LiveTyping::loadFormat()
+{
+    FrmMain& f = m_frm;
+    PaneFormat& p = serverFormat;
+    const QString font = f.setting(QStringLiteral("Font"));
+    if (!font.isEmpty())
+        p.setFontName(font);
+    const double size = f.settingNumber(QStringLiteral("Font Size"));
+    if (size > 0)
+        p.setSize(qBound(kMinFontSize, size, kMaxFontSize));
+    if (const auto b = flagByText(f.setting(QStringLiteral("Font Bold"))))
+        p.setBold(*b);
+    if (const auto i = flagByText(f.setting(QStringLiteral("Font Italic"))))
+        p.setItalic(*i);
+    bool ok = false;
+    const qint64 fore = f.setting(QStringLiteral("Font Colour")).trimmed().toLongLong(&ok);
+    if (ok)
+        p.setForeColor(fore);
+    const qint64 back = f.setting(QStringLiteral("Background Colour")).trimmed().toLongLong(&ok);
+    if (ok)
+        p.setBackColor(back);
+    // Until the other side's format comes in, the remote pane looks alike.
+    clientFormat.copyFrom(p);
+}
+
+void LiveTyping::saveFormat() const
+{
+    FrmMain& f = m_frm;
+    const PaneFormat& p = serverFormat;
+    f.writeSetting(QStringLiteral("Font"), p.fontName());
+    f.writeSetting(QStringLiteral("Font Size"), p.sizeText());
+    f.writeSetting(QStringLiteral("Font Bold"), p.boldText());
+    f.writeSetting(QStringLiteral("Font Italic"), p.italicText());
+    f.writeSetting(QStringLiteral("Font Colour"), p.foreColorText());
+    f.writeSetting(QStringLiteral("Background Colour"), p.backColorText());
+}
+
+void LiveTyping::Toolbar1_FontClick(int button)
+{
+    FrmMain& f = m_frm;
+    PaneFormat& p = serverFormat;
+    switch (button) {
+    case 7:
+        p.setBold(!p.bold());
+        break;
+    case 8:
+        p.setItalic(!p.italic());
+        break;
+    case 9:
+        p.setSize(qMin(kMaxFontSize, p.size() + 1));
+        break;
+    case 10:
+        p.setSize(qMax(kMinFontSize, p.size() - 1));
+        break;
+    case 11:
+    case 12: {
+        if (!chooseColour)
+            return;
+        const bool fore = button == 11;
+        const auto c = chooseColour(fore ? p.foreColor() : p.backColor(),
+                                    f.translate(fore ? QStringLiteral("Font Colour")
+                                                     : QStringLiteral("Background Colour")));
+        if (!c)
+            return;
+        if (fore)
+            p.setForeColor(*c);
+        else
+            p.setBackColor(*c);
+        break;
+    }
+    default:
+        return;
+    }
+    saveFormat();
+    if (f.controls.checked(QStringLiteral("mnuOverride")))
+        clientFormat.copyFrom(p);
+    sentSetting();
+}
+
+bool LiveTyping::controlTriggered(const QString& name)
+{
+    if (name == QLatin1String("mnuPaste") || name == QLatin1String("mnuEditPaste") ||
+        name == toolbarButton(6)) {
+        mnuEditPaste_Click();
+    } else if (name == QLatin1String("mnuClrScr") || name == toolbarButton(4)) {
+        mnuClrScr_Click();
+    } else if (name == QLatin1String("mnuRefresh") || name == toolbarButton(3)) {
+        mnuRefresh_Click();
+    } else if (name == QLatin1String("mnuOverride") || name == toolbarButton(13)) {
+        mnuOverride_Click();
+    } else {
+        for (int b = 7; b <= 12; ++b)
+            if (name == toolbarButton(b)) {
+                Toolbar1_FontClick(b);
+                return true;
+            }
+        return false;
+    }
+    return true;
+}
+
+}  // namespace vonnel

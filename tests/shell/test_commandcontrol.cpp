@@ -1,0 +1,169 @@
+#include "core/IniStore.h"
+#include "shell/CommandControl.h"
+#include "wire/TypingPeer.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+void handOver(TestCopy& copy, const QString& command)
+{
+    WriteIni(kSection, "Command", command, copy.file("Command.ini"));
+}
+
+TEST(CommandIni, InputIsPastedAndTheFileDeleted)
+{
+    TypingPeer t;
+    t.copy.clipboard().setText("mine");
+    handOver(t.copy, "Input hello");
+    t.typing().commands().tTimer2_Timer();
+    EXPECT_EQ(t.wire(21), "<Paste> hello</Paste>");
+    EXPECT_FALSE(QFile::exists(t.copy.file("Command.ini")));
+    EXPECT_EQ(t.frm().txtServer.text(), "hello");
+    EXPECT_EQ(t.copy.clipboard().text(), "mine");
+}
+
+TEST(CommandIni, PolledOnTheCommandTimer)
+{
+    TypingPeer t(Settings{{"Command Line Interval", "1000"}});
+    handOver(t.copy, "input Two Words");
+    ASSERT_TRUE(waitUntil([&] { return !QFile::exists(t.copy.file("Command.ini")); }, 4000));
+    EXPECT_EQ(t.wire(25), "<Paste> Two Words</Paste>");
+}
+
+TEST(CommandIni, EmptyCommandLeavesTheFile)
+{
+    TypingPeer t({}, false);
+    WriteIni(kSection, "Other", "1", t.copy.file("Command.ini"));
+    t.typing().commands().tTimer2_Timer();
+    EXPECT_TRUE(QFile::exists(t.copy.file("Command.ini")));
+}
+
+TEST(CommandIni, ExitInAnyCaseEndsTheCopy)
+{
+    for (const char* command : {"Cmd Exit", "CMD EXIT", "cmd exit"}) {
+        SCOPED_TRACE(command);
+        TypingPeer t({}, false);
+        handOver(t.copy, command);
+        t.typing().commands().tTimer2_Timer();
+        EXPECT_TRUE(t.frm().ended());
+    }
+}
+
+TEST(CommandIni, UnknownCommandDoesNothing)
+{
+    TypingPeer t;
+    t.frm().txtServer.setText("before");
+    handOver(t.copy, "Cmd Unknown");
+    t.typing().commands().tTimer2_Timer();
+    EXPECT_FALSE(QFile::exists(t.copy.file("Command.ini")));
+    EXPECT_FALSE(t.frm().ended());
+    EXPECT_TRUE(t.copy.prompter().records().isEmpty());
+    EXPECT_EQ(t.frm().txtServer.text(), "before");
+    EXPECT_EQ(t.frm().winsock(0).State(), Winsock::sckConnected);
+    EXPECT_EQ(t.wire(), "");
+}
+
+TEST(CommandIni, HelpSwitchShowsTheHelpAndEnds)
+{
+    TypingPeer t({}, false);
+    handOver(t.copy, "/x");
+    t.typing().commands().tTimer2_Timer();
+    EXPECT_TRUE(t.copy.prompter().asked("Vonnel.exe Key <Enter / Space / Backspace>"));
+    EXPECT_TRUE(t.frm().ended());
+    // What reaches the interpreter after a help switch is "NULL": nothing.
+    TypingPeer u({}, false);
+    int calls = 0;
+    u.typing().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
+    u.typing().commands().runCommand("NULL");
+    EXPECT_EQ(calls, 0);
+    EXPECT_FALSE(u.frm().ended());
+}
+
+TEST(CommandIni, KeysRunThroughPasteAndTheKeyRoutines)
+{
+    TypingPeer t;
+    t.frm().txtServer.setText("ab");
+    CommandControl& c = t.typing().commands();
+    c.runCommand("Key Space");
+    EXPECT_EQ(t.wire(), "<Paste>  </Paste>^SPC3#SPC");
+    c.runCommand("Key Backspace");
+    EXPECT_EQ(t.frm().txtServer.text(), "ab");
+    EXPECT_EQ(t.wire(), "^BK2#BK");
+    c.runCommand("key ENTER");
+    EXPECT_EQ(t.wire(), "<Paste> \r\n</Paste>^RETURN4#RETURN<SPK> ab </SPK><MSG> ab </MSG>" +
+                            QByteArray("<KEY> ") + '\0' + " <:KEY>4</KEY>");
+    EXPECT_EQ(t.frm().txtServer.text(), "ab\r\n");
+}
+
+TEST(CommandIni, CmdWordsReachTheirRoutines)
+{
+    TypingPeer t;
+    CommandControl& c = t.typing().commands();
+    int mutes = 0;
+    c.mnuMute_Click = [&] { ++mutes; };
+    t.frm().txtServer.setText("x");
+    c.runCommand("Cmd ClearScreen");
+    EXPECT_EQ(t.wire(), "^Clr");
+    EXPECT_EQ(t.frm().txtServer.text(), "");
+    c.runCommand("Cmd Override");
+    EXPECT_TRUE(t.frm().controls.checked("mnuOverride"));
+    c.runCommand("cmd mute");
+    EXPECT_EQ(mutes, 1);
+    c.runCommand("Cmd Refresh");
+    EXPECT_EQ(t.wire(), "^reFresh");
+}
+
+TEST(CommandIni, AddressGoesToTheConnectKeysAndConnects)
+{
+    struct Case { QString given, host, portKey; };
+    const QList<Case> cases = {
+        {"192.168.0.1", "192.168.0.1", "2500"},
+        {"10.0.0.5:2600", "10.0.0.5", "2600"},
+        {"somehost", "somehost", "2500"},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.given.toStdString());
+        TypingPeer t({}, false);
+        QStringList calls;
+        t.typing().commands().connectToAddress = [&](const QString& h, const QString& p) {
+            calls << h + '|' + p;
+        };
+        handOver(t.copy, k.given);
+        t.typing().commands().tTimer2_Timer();
+        EXPECT_EQ(t.copy.get("Previous IP Address"), k.host);
+        EXPECT_EQ(t.copy.get("Connect Port"), k.portKey);
+        ASSERT_EQ(calls.size(), 1);
+        EXPECT_EQ(calls[0], k.host + '|' + (k.portKey == "2500" ? QString() : k.portKey));
+    }
+    // Not while a session is up.
+    TypingPeer up;
+    int calls = 0;
+    up.typing().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
+    up.typing().commands().runCommand("10.1.1.1:");
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(CommandIni, StartCommandIsObeyed)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start("Input from the start"));
+    EXPECT_EQ(copy.frm().txtServer.text(), "from the start");
+}
+
+TEST(CommandIni, ParseAddsTheColonToABareHost)
+{
+    ScriptedPrompter p;
+    EXPECT_EQ(parseCommandLine("192.168.0.1", p, nullptr), "192.168.0.1:");
+    EXPECT_EQ(parseCommandLine("host:99", p, nullptr), "host:99");
+    EXPECT_EQ(parseCommandLine("", p, nullptr), "NULL");
+    EXPECT_EQ(parseCommandLine("Input hello", p, nullptr), "Input hello");
+    EXPECT_EQ(parseCommandLine("Cmd Exit", p, nullptr), "Cmd Exit");
+    EXPECT_TRUE(p.records().isEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+#include "shell/TypingBinder.h"
+#include "wire/TypingPeer.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+void press(QWidget* w, int key, const QString& text, bool repeat = false,
+           Qt::KeyboardModifiers mods = Qt::NoModifier)
+{
+    QKeyEvent e(QEvent::KeyPress, key, mods, text, repeat);
+    QCoreApplication::sendEvent(w, &e);
+}
+
+void release(QWidget* w, int key, bool repeat = false, Qt::KeyboardModifiers mods = Qt::NoModifier)
+{
+    QKeyEvent e(QEvent::KeyRelease, key, mods, QString(), repeat);
+    QCoreApplication::sendEvent(w, &e);
+}
+
+void tap(QWidget* w, int key, const QString& text)
+{
+    press(w, key, text);
+    release(w, key);
+}
+
+TEST(TypingBinder, KeyEventsDriveTheModelAndTheWidgetShowsIt)
+{
+    TypingPeer t;
+    QPlainTextEdit server, client;
+    new TypingBinder(t.frm(), &server, &client);
+    tap(&server, Qt::Key_H, "h");
+    tap(&server, Qt::Key_I, "i");
+    EXPECT_EQ(t.frm().txtServer.text(), "hi");
+    EXPECT_EQ(server.toPlainText(), "hi");
+    tap(&server, Qt::Key_Return, "\r");
+    EXPECT_EQ(t.frm().txtServer.text(), "hi\r\n");
+    EXPECT_EQ(server.toPlainText(), "hi\n");
+    tap(&server, Qt::Key_Backspace, "\b");
+    EXPECT_EQ(server.toPlainText(), "hi");
+
+    const QByteArray keyFrames = "<KEY> h <:KEY>1</KEY><KEY> i <:KEY>2</KEY>";
+    const QByteArray got = t.wire();
+    EXPECT_TRUE(got.startsWith(kPresetFormat + keyFrames)) << got.toStdString();
+    EXPECT_TRUE(got.endsWith("^BK2#BK"));
+}
+
+TEST(TypingBinder, HeldKeyRepeatsPressesAndReleasesOnce)
+{
+    TypingPeer t;
+    QPlainTextEdit server;
+    new TypingBinder(t.frm(), &server);
+    t.frm().txtServer.setText("ab");
+    press(&server, Qt::Key_X, "x");
+    release(&server, Qt::Key_X, true);
+    press(&server, Qt::Key_X, "x", true);
+    release(&server, Qt::Key_X, true);
+    press(&server, Qt::Key_X, "x", true);
+    release(&server, Qt::Key_X);
+    EXPECT_EQ(t.frm().txtServer.text(), "abxxx");
+    EXPECT_EQ(t.wire(), "<KEY> x <:KEY>5</KEY>");
+}
+
+TEST(TypingBinder, DeleteTakesTheWidgetsSelectionFromThePane)
+{
+    TypingPeer t({}, false);
+    QPlainTextEdit server;
+    new TypingBinder(t.frm(), &server);
+    t.frm().txtServer.setText("ab\r\ncd\r\nef");
+    QTextCursor c = server.textCursor();
+    c.setPosition(3);  // "c" in the widget's "ab\ncd\nef"
+    c.setPosition(7, QTextCursor::KeepAnchor);
+    server.setTextCursor(c);
+    tap(&server, Qt::Key_Delete, "\x7f");
+    EXPECT_EQ(t.frm().txtServer.text(), "ab\r\nf");
+    EXPECT_EQ(server.toPlainText(), "ab\nf");
+}
+
+TEST(TypingBinder, LookOfBothPanesFollowsTheModel)
+{
+    TypingPeer t({}, false);
+    QPlainTextEdit server, client;
+    new TypingBinder(t.frm(), &server, &client);
+    EXPECT_EQ(server.font().family(), t.frm().typing().serverFormat.fontName());
+    t.frm().typing().serverFormat.setBold(true);
+    t.frm().typing().serverFormat.setBackColor(255);  // red
+    EXPECT_TRUE(server.font().bold());
+    EXPECT_EQ(server.palette().color(QPalette::Base), QColor(255, 0, 0));
+    t.frm().typing().receiveFormat("^ffSerif^fbFalse^fiTrue^fs14^fc65280^bc0^>");
+    EXPECT_TRUE(client.font().italic());
+    EXPECT_EQ(client.font().pointSizeF(), 14);
+    EXPECT_EQ(client.palette().color(QPalette::Text), QColor(0, 255, 0));
+}
+
+TEST(TypingBinder, PanePositionCountsLineBreaksAsTwo)
+{
+    const QString text = "ab\r\ncd";
+    const QList<QPair<int, int>> cases = {{0, 0}, {2, 2}, {3, 4}, {5, 6}, {9, 6}};
+    for (const auto& c : cases)
+        EXPECT_EQ(TypingBinder::panePosition(text, c.first), c.second) << c.first;
+}
+
+}  // namespace
