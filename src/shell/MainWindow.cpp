@@ -25,6 +25,8 @@
 #include <QRandomGenerator>
 #include <QVBoxLayout>
 #include "shell/Tips.h"
+#include "shell/TypingBinder.h"
+#include "wire/LiveTyping.h"
 
 namespace vonnel {
 
@@ -106,6 +108,10 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
 
     bindPane(frm.txtServer, m_server);
     bindPane(frm.txtClient(0), m_client);
+    // The local pane's keys go to the typing logic; the model stays the truth.
+    new TypingBinder(m_frm, m_server, m_client);
+    connect(this, &MainWindow::triggered, &m_frm.typing(),
+            [this](const QString& n) { m_frm.typing().controlTriggered(n); });
 
     connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
     connect(&frm.stStatusbar, &StatusBar::panelChanged, this, &MainWindow::refreshPanel);
@@ -174,7 +180,7 @@ void MainWindow::buildMenus()
         {"mnuEdit", "Edit", "&Edit",
          {{"mnuCopyAll", "Copy All", "Copy &All"},
           {"mnuCopy", "Copy", "&Copy"},
-          {"mnuPaste", "Paste", "&Paste"},
+          {"mnuEditPaste", "Paste", "&Paste"},
           {"-", "", ""},
           {"mnuClrScr", "Clear Screen", "C&lear Screen"},
           {"mnuOverride", "Override", "&Override"},

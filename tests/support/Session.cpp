@@ -7,7 +7,12 @@ namespace {
 // the copy makes no decision of its own.
 void takeCall(Winsock& in, const qintptr& request, int timeoutMs)
 {
-    takeCall(in, request, timeoutMs);
+    waitUntil([&] { return request != 0 || in.State() == Winsock::sckConnected; }, timeoutMs);
+    waitUntil([&] { return in.State() == Winsock::sckConnected; }, 300);
+    if (in.State() != Winsock::sckConnected && request != 0) {
+        in.Close();
+        in.Accept(request);
+    }
 }
 }  // namespace
 
