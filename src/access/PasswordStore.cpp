@@ -131,6 +131,10 @@ bool PasswordStore::runUnlock(const QString& level)
     passLevel = level;
     FrmUnlock form(m_frm, *this);
     form.Form_Load();
+    if (unlockScreen) {
+        unlockScreen(form);
+        return unlockPassed;
+    }
     while (!form.closed) {
         const auto typed = m_frm.prompter().input(
             m_frm.translate(FrmUnlock::title()), m_frm.translate(FrmUnlock::label()), QString());
@@ -149,6 +153,10 @@ void PasswordStore::runPassLock(const QString& level)
     ScreenUp up(m_screensUp);
     passLevel = level;
     FrmPassLock form(m_frm, *this);
+    if (passLockScreen) {
+        passLockScreen(form);
+        return;
+    }
     const QString title = FrmMain::kTitle + QStringLiteral(" - ") + level;
     const QString head = m_frm.translate(FrmPassLock::captionTop()) + QStringLiteral("\r\n") +
                          m_frm.translate(FrmPassLock::captionBottom()) + QStringLiteral("\r\n\r\n");

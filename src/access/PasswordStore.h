@@ -7,9 +7,13 @@
 #include <QDate>
 #include <QString>
 
+#include <functional>
+
 namespace vonnel {
 
 class FrmMain;
+class FrmPassLock;
+class FrmUnlock;
 
 class PasswordStore {
 public:
@@ -52,6 +56,10 @@ public:
     bool runUnlock(const QString& level);
     // Runs the set-password screen at the level.
     void runPassLock(const QString& level);
+    // Windows for the two screens. Each runs its form modally until the form
+    // is closed. Without them the prompter's input boxes stand in.
+    std::function<void(FrmUnlock&)> unlockScreen;
+    std::function<void(FrmPassLock&)> passLockScreen;
     // True while one of the two screens is up.
     bool lockScreenUp() const { return m_screensUp > 0; }
 
