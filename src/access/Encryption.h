@@ -1,19 +1,96 @@
 #pragma once
-// The session key and enciphered text of a session.
+// The session key and enciphered text of a session, and the password store
+// with its lock screens.
+//
+// Each direction of a session is separate: a side with Encrypted set
+// enciphers its frames under its own key (the clock time when the session
+// began) and announces that key in a "tt:=" frame; the other side takes the
+// key in once and deciphers with it, whatever it does with its own text.
 
 #include <QObject>
+#include <QString>
+
+#include <memory>
 
 namespace vonnel {
 
 class FrmMain;
+class PasswordStore;
 
 class Encryption : public QObject {
     Q_OBJECT
 public:
     explicit Encryption(FrmMain& frm);
+    ~Encryption() override;
+
+    // --- the cipher routines with their failure boxes -------------------------
+    // Enciphers text under key. Characters the session's code page can't
+    // hold are a failure: the box (unless No Encryption Error Warning is set)
+    // and an empty result.
+    QString genEPass(const QString& text, const QString& key);
+    // Deciphers a cipher text. A damaged text gives the box (unless No
+    // Encryption Error Warning is set) and what could be deciphered.
+    QString getEPass(const QString& text, const QString& key);
+
+    // --- keys -----------------------------------------------------------------
+    // The present time of day as a key: "hh:mm AMPM", e.g. "03:25 PM".
+    QString keyNow() const;
+    // sessionKey becomes the present time, always (the calling side).
+    void startSessionKey();
+    // sessionKey becomes the present time only when there is none yet, so an
+    // accepting side keeps its key through later sessions of the run.
+    void ensureSessionKey();
+    // "tt:=" + sessionKey + "=:tt".
+    QString keyFrame() const;
+    static QString keyFrameFor(const QString& key);
+
+    // A new session: the peer's key is forgotten, Encrypted is read afresh
+    // and the two E panels are emptied.
+    void beginSession();
+    // Reads Encrypted into encryptOn (also at each change of the local pane).
+    void readEncryptedSetting();
+
+    // The calling side, after its version frame: a new key, and the key frame
+    // raw when this side enciphers. True when the frame went out.
+    bool sendKeyOnConnect();
+    // The accepting side, after its version frame: when this side enciphers,
+    // a key if it has none, and the key frame through xSendData.
+    bool sendKeyOnAccept();
+    // First typing: the key frame raw, once per session, when this side
+    // enciphers and has a key. keySent belongs to the typing path.
+    bool sendFirstKey(bool& keySent);
+    // Answer to "^reFresh": the same frame under the same condition, without
+    // marking it sent.
+    bool sendKeyForRefresh(bool keySent);
+
+    // --- the peer's key ---------------------------------------------------------
+    // At the start of the remaining text of an arrival: a "tt:=" frame while
+    // the peer's key is unknown is taken in and cut out of data (what stood
+    // before and after it is kept); returns true. With the key known already
+    // the frame is left where it is and stalls the text; returns false.
+    bool takeRemoteKey(QString& data);
+    // Inner text of "<KEY> ", "<Paste> ", "<URL> ", "<SPK> ", "<MSG> ":
+    // deciphered with the peer's key once it is known, else as it stands.
+    QString decipher(const QString& inner);
+    // The old "<e#" frame: always deciphered with the peer's key.
+    QString decipherOld(const QString& inner);
+
+    // --- status bar -------------------------------------------------------------
+    void showLocalMark();   // panel 8
+    void showRemoteMark();  // panel 9
+    void clearMarks();
+    // Tool tips of panels 8 and 9 from what they show.
+    void refreshMarkTips();
+
+    // --- passwords --------------------------------------------------------------
+    PasswordStore& passwords() const { return *m_passwords; }
 
 private:
+    bool sendKeyRaw();
+    void failureBox(const QString& prefix, const QString& error, const QString& text);
+
     FrmMain& m_frm;
+    std::unique_ptr<PasswordStore> m_passwords;
 };
 
 }  // namespace vonnel

@@ -1,14 +1,13 @@
 // This side's enciphering of the inner text of wrapped frames.
 
-#include "access/CipherText.h"
-#include "core/IniStore.h"
+#include "access/Encryption.h"
 #include "shell/FrmMain.h"
 
 namespace vonnel {
 
 QString FrmMain::encipher(const QString& inner) const
 {
-    return fromCp1252(genEPass(toCp1252(inner), toCp1252(sessionKey)));
+    return encryption().genEPass(inner, sessionKey);
 }
 
 }  // namespace vonnel

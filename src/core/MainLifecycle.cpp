@@ -2,6 +2,8 @@
 // the second-copy rule, window placement, and the ordered end of a session
 // and of the copy.
 
+#include "access/Encryption.h"
+#include "access/PasswordStore.h"
 #include "connection/Connection.h"
 #include "core/CopyLock.h"
 #include "core/IniStore.h"
@@ -159,7 +161,8 @@ void FrmMain::Init()
     if (!settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();
 
-    controls.setCaption(QStringLiteral("mnuMin"), translate(QStringLiteral("Minimize")));
+    // Passwords are set up on the first starts; then both levels are read.
+    encryption().passwords().initPasswordSetting();
 
     int interval = settingInt(QStringLiteral("Command Line Interval"));
     if (interval < 1000) {

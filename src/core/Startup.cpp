@@ -1,5 +1,7 @@
 #include "core/Startup.h"
 
+#include "access/Encryption.h"
+#include "access/PasswordStore.h"
 #include "core/FatalHandler.h"
 #include "core/IniStore.h"
 #include "core/Translator.h"
@@ -98,6 +100,11 @@ bool startCopy(FrmMain& f)
     if (f.ended())
         return false;
     f.Init();
+    if (!f.encryption().passwords().startupLock()) {
+        // Not satisfied at the first level: the main form unloads itself.
+        f.Form_Unload();
+        return false;
+    }
 
     f.setVisible(true);
     f.fullyLoaded = true;

@@ -10,6 +10,7 @@
 #include "shell/FrmMain.h"
 #include "shell/MainWindow.h"
 #include "shell/Views.h"
+#include "shell/dialogs/LockDialogs.h"
 
 #include <QDir>
 #include <QFile>
@@ -146,6 +147,7 @@ int runProgram(int argc, char** argv)
         window = std::make_unique<MainWindow>(*frm);
         frm->setViews(window.get());
         static_cast<WidgetPrompter*>(prompter.get())->setParent(window.get());
+        installLockDialogs(*frm);
     }
 
     QObject::connect(frm.get(), &FrmMain::endRequested, &app,

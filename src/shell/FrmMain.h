@@ -100,6 +100,9 @@ public:
     enum WindowState { vbNormal = 0, vbMinimized = 1, vbMaximized = 2 };
     int windowState() const { return m_windowState; }
     void setWindowState(int s);
+    // Brings the window back (from the tray): behind the away lock when a
+    // second-level password guards it.
+    void ShowMain();
     // Window placement in twips, as kept in the settings.
     int left = 0, top = 0, width = 0, height = 0, scaleWidth = 0;
 
