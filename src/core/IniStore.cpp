@@ -6,7 +6,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <cerrno>
 #include <cmath>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vonnel {
 
@@ -130,24 +134,98 @@ QString resolveCaseBlind(const QString& path)
     return path;
 }
 
+namespace {
+
+QByteArrayView trimBlanksBytes(QByteArrayView s)
+{
+    qsizetype b = 0, e = s.size();
+    while (b < e && (s[b] == ' ' || s[b] == '\t'))
+        ++b;
+    while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t'))
+        --e;
+    return s.sliced(b, e - b);
+}
+
+// The file's bytes, found without regard to case; empty when absent.
+QByteArray readWholeFile(const QString& file)
+{
+    QByteArray name = QFile::encodeName(file);
+    int fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0 && errno == ENOENT) {
+        name = QFile::encodeName(resolveCaseBlind(file));
+        fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+    }
+    if (fd < 0)
+        return QByteArray();
+    QByteArray data;
+    struct stat st {};
+    if (::fstat(fd, &st) == 0 && S_ISREG(st.st_mode)) {
+        data.resize(qsizetype(st.st_size));
+        qsizetype got = 0;
+        while (got < data.size()) {
+            const ssize_t n = ::read(fd, data.data() + got, size_t(data.size() - got));
+            if (n <= 0)
+                break;
+            got += n;
+        }
+        data.truncate(got);
+    }
+    ::close(fd);
+    return data;
+}
+
+// Names are compared without regard to case; the bytes are cp1252.
+bool sameName(QByteArrayView bytes, const QString& name)
+{
+    if (bytes.size() != name.size())
+        return false;
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        const uchar b = uchar(bytes[i]);
+        const char16_t n = name[i].unicode();
+        if (b < 0x80 && n < 0x80) {
+            if (QChar::toLower(char16_t(b)) != QChar::toLower(n))
+                return false;
+        } else {
+            return fromCp1252(QByteArray(bytes.data(), bytes.size()))
+                       .compare(name, Qt::CaseInsensitive) == 0;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 QString ReadIni(const QString& section, const QString& key, const QString& file)
 {
-    const QStringList lines = readLines(file, nullptr);
+    // Read on every call, straight off the bytes: the settings are read at
+    // the point of use, keystrokes included, so this has to be cheap.
+    const QByteArray data = readWholeFile(file);
+    const QString wantedKey = trimBlanks(key);
     bool inSection = false;
-    for (const QString& raw : lines) {
-        const Line l = parse(raw);
-        if (l.kind == Line::Section) {
+    qsizetype pos = 0;
+    while (pos < data.size()) {
+        qsizetype eol = data.indexOf('\n', pos);
+        if (eol < 0)
+            eol = data.size();
+        QByteArrayView raw(data.constData() + pos, eol - pos);
+        pos = eol + 1;
+        if (raw.endsWith('\r'))
+            raw = raw.chopped(1);
+        const QByteArrayView t = trimBlanksBytes(raw);
+        if (t.startsWith('[')) {
             // The first section of that name is the one read.
             if (inSection)
                 break;
-            inSection = l.name.compare(section, Qt::CaseInsensitive) == 0;
+            const qsizetype close = t.indexOf(']');
+            inSection = sameName(trimBlanksBytes(t.sliced(1, (close < 0 ? t.size() : close) - 1)), section);
             continue;
         }
-        if (!inSection || l.kind != Line::Pair)
+        if (!inSection || t.startsWith(';'))
             continue;
-        if (l.name.compare(trimBlanks(key), Qt::CaseInsensitive) != 0)
+        const qsizetype eq = raw.indexOf('=');
+        if (eq < 0 || !sameName(trimBlanksBytes(raw.first(eq)), wantedKey))
             continue;
-        QString v = trimBlanks(l.value);
+        QString v = fromCp1252(trimBlanksBytes(raw.sliced(eq + 1)).toByteArray());
         if (v.size() >= 2 && (v.front() == QLatin1Char('"') || v.front() == QLatin1Char('\'')) &&
             v.back() == v.front())
             v = v.mid(1, v.size() - 2);
