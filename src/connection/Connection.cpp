@@ -253,6 +253,8 @@ void Connection::ConnectProcedure()
             }
         }
         if (ws.State() == Winsock::sckConnected) {
+            // The connect event, posted with the state, runs its wait first.
+            spin();
             clearTips();
             f.checkStatus();
             return;
@@ -321,6 +323,7 @@ void Connection::ConnectProcedure()
                 return;
         }
         if (ws.State() == Winsock::sckConnected) {
+            spin();
             if (LoginDialog* d = login()) {
                 d->txtConnectPort = QString::number(port);
                 d->notify();
@@ -631,11 +634,8 @@ void Connection::Winsock_Error(int index, int, const QString&)
 
     if (LoginDialog* d = login()) {
         // The attempt failed.
-        if (d->lastStatusLine() == QLatin1String("Waiting for response...")) {
-            d->setLastStatusLine(QString());
-            d->txtStatus += QStringLiteral("Error: Connecting Timeout") + kCrLf;
-            d->notify();
-        }
+        if (d->lastStatusLine() == QLatin1String("Waiting for response..."))
+            d->setLastStatusLine(QStringLiteral("Error: Connecting Timeout"));
     } else {
         // The session failed.
         Q_EMIT f.ringRequested(f.Ring4);

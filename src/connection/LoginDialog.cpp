@@ -55,10 +55,13 @@ QString LoginDialog::lastStatusLine() const
 
 void LoginDialog::setLastStatusLine(const QString& text)
 {
-    // The line after the last line break; a report that ends in a line
-    // break gets the text as a new last line.
-    const qsizetype cut = txtStatus.lastIndexOf(kCrLf);
-    txtStatus = (cut < 0 ? QString() : txtStatus.left(cut + 2)) + text;
+    // The last line's text is replaced; its line break, if any, stays.
+    const bool ended = txtStatus.endsWith(kCrLf);
+    QString body = txtStatus;
+    if (ended)
+        body.chop(2);
+    const qsizetype cut = body.lastIndexOf(kCrLf);
+    txtStatus = (cut < 0 ? QString() : body.left(cut + 2)) + text + (ended ? kCrLf : QString());
     notify();
 }
 
