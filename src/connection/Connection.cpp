@@ -524,7 +524,8 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
 
     f.txtServer.setEnabled(false);
     f.logs().connection(QStringLiteral("Connection with ") + f.PeerIP);
-    f.views().unload(QStringLiteral("frmDraw"));
+    if (f.views().isVisible(QStringLiteral("frmDraw")))
+        f.views().unload(QStringLiteral("frmDraw"));
     f.SessionStartTime = f.clock().timeOfDay();
     f.controls.setEnabled(QStringLiteral("mnuSave"), false);
     f.Ring = f.setting(QStringLiteral("Ring"));

@@ -3,11 +3,13 @@
 
 #include "connection/Connection.h"
 #include "connection/LoginDialog.h"
+#include "connection/PropertyDialog.h"
 #include "core/IniStore.h"
 #include "platform/Pinger.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -437,6 +439,89 @@ TEST(Sessions, ClosingTheProgramEndsTheSessionOnTheOtherSide)
     ASSERT_TRUE(waitUntil([&] { return fb.winsock(0).State() == Winsock::sckListening; }));
     EXPECT_EQ(fb.txtClient(0).text(), "bye\r\n[Closed]");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(Sessions, HarnessJoinStillTakesBothSidesUp)
+{
+    Callee b;
+    Caller a;
+    ASSERT_TRUE(b.started && a.started);
+    ASSERT_TRUE(connectCopies(a.copy, b.copy));
+    EXPECT_TRUE(a.copy.frm().RemoteResponded);
+    EXPECT_TRUE(b.copy.frm().IsConnected());
+    EXPECT_TRUE(a.copy.frm().caption().startsWith("Vonnel - 127.0.0.1"));
+    EXPECT_FALSE(b.copy.prompter().asked("Do you accept"));
+}
+
+}  // namespace
+
+namespace {
+
+// Remembers which dialogs were run and what the properties dialog said.
+class RecordingViews : public Views {
+public:
+    explicit RecordingViews(FrmMain& f) : m_frm(f) {}
+    bool runModal(const QString& form) override
+    {
+        shown << form;
+        if (PropertyDialog* p = m_frm.connection().property())
+            sysMsg = p->lblSysMsg;
+        return false;
+    }
+    QStringList shown;
+    QString sysMsg;
+
+private:
+    FrmMain& m_frm;
+};
+
+TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
+{
+    for (const char* noRecover : {"0", "1"}) {
+        Callee b;
+        ASSERT_TRUE(b.started);
+        b.copy.set("No Recover Socket Error", noRecover);
+        FrmMain& f = b.copy.frm();
+        Views* headless = &f.views();
+        RecordingViews views(f);
+        f.setViews(&views);
+        QTcpSocket peer;
+        acceptRawPeer(b.copy, peer);
+        ASSERT_TRUE(f.IsConnected());
+        f.txtClient(0).setText("typed");
+        b.rings.clear();
+
+        f.connection().Winsock_Error(0, 10054, "Connection reset by peer");
+        EXPECT_EQ(b.rings, QStringList{"error.wav"});
+        EXPECT_EQ(f.stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
+        EXPECT_EQ(f.caption(), "Vonnel");
+        EXPECT_EQ(f.txtClient(0).text(), "typed\r\n[Closed]");
+        EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+        EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+        if (QString(noRecover) == "0") {
+            EXPECT_EQ(views.shown, QStringList{"frmProperty"});
+            EXPECT_EQ(views.sysMsg, "Socket/Network Error: Verify your setting or click OK to "
+                                    "recover it automatically.");
+        } else {
+            EXPECT_TRUE(views.shown.isEmpty());
+        }
+        EXPECT_EQ(f.connection().property(), nullptr);
+        f.setViews(headless);
+    }
+}
+
+TEST(Pings, UnansweredEchoEndsWithinItsTime)
+{
+    Pinger p;
+    EXPECT_FALSE(p.echo("not an address"));
+    QElapsedTimer t;
+    t.start();
+    EXPECT_FALSE(p.echo("192.0.2.1", 200));  // documentation network: nobody answers
+    EXPECT_LT(t.elapsed(), 1000);
 }
 
 }  // namespace
