@@ -95,6 +95,8 @@ LoginDialog* Connection::login() const
 LoginDialog* Connection::beginConnect()
 {
     FrmMain& f = m_frm;
+    if (m_login)
+        return nullptr;
     if (f.winsock(f.sIdx).State() == Winsock::sckConnected) {
         f.prompter().msgBox(
             f.translate(QStringLiteral("You have to disconnect before make another connection.")));
@@ -121,6 +123,8 @@ void Connection::endConnect()
 
 void Connection::mnuConnect_Click()
 {
+    if (m_login)
+        return;  // an attempt is under way
     if (beginConnect())
         m_frm.views().runModal(QStringLiteral("frmLogin"));
     endConnect();
@@ -128,6 +132,8 @@ void Connection::mnuConnect_Click()
 
 void Connection::connectTo(const QString& address, const QString& port)
 {
+    if (m_login)
+        return;  // an attempt is under way
     LoginDialog* d = beginConnect();
     if (d) {
         d->cmbIPadr = address;

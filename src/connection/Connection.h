@@ -26,7 +26,8 @@ public:
     // The menu entry: opens frmLogin modally; the dialog's OK runs the call.
     void mnuConnect_Click();
     // The two halves of mnuConnect_Click around the modal dialog, for code
-    // that fills the dialog itself (the command line, tests).
+    // that fills the dialog itself (the command line, tests). beginConnect
+    // gives null during a session (after its box) or a running attempt.
     LoginDialog* beginConnect();
     void endConnect();
     // Calls an address as the command line does: the fields are filled and
@@ -34,6 +35,8 @@ public:
     void connectTo(const QString& address, const QString& port);
     // The open connect dialog, or null.
     LoginDialog* login() const;
+    // True from beginConnect to endConnect: a second call is not started.
+    bool connectInProgress() const { return m_login != nullptr; }
     // One attempt with its retries, from Previous IP Address and Connect Port.
     void ConnectProcedure();
     // True for this computer's own names and addresses.

@@ -417,6 +417,14 @@ TEST(Sessions, RawPeerHearsTheVersionAndTheKeyFrameFirst)
     EXPECT_EQ(f.stStatusbar.text(8), "E");
     EXPECT_FALSE(f.ConnectionStartedHere);
 
+    // A second call during the session is refused with a box; the mark of
+    // a started call is set all the same.
+    f.connection().mnuConnect_Click();
+    EXPECT_TRUE(b.copy.prompter().asked("You have to disconnect before make another connection."));
+    EXPECT_TRUE(f.ConnectionStartedHere);
+    EXPECT_EQ(f.connection().login(), nullptr);
+    EXPECT_TRUE(f.IsConnected());
+
     // The peer goes away: the callee closes, logs and listens again.
     peer.disconnectFromHost();
     ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
