@@ -3,16 +3,53 @@
 // ending a session, and the socket events of a running one.
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
+#include <memory>
 
 namespace vonnel {
 
 class FrmMain;
+class AddressServices;
+class LoginDialog;
+class PropertyDialog;
 
 class Connection : public QObject {
     Q_OBJECT
 public:
     explicit Connection(FrmMain& frm);
+    ~Connection() override;
+
+    AddressServices& address() const { return *m_address; }
+
+    // --- calling out ---------------------------------------------------------
+    // The menu entry: opens frmLogin modally; the dialog's OK runs the call.
+    void mnuConnect_Click();
+    // The two halves of mnuConnect_Click around the modal dialog, for code
+    // that fills the dialog itself (the command line, tests). beginConnect
+    // gives null during a session (after its box) or a running attempt.
+    LoginDialog* beginConnect();
+    void endConnect();
+    // Calls an address as the command line does: the fields are filled and
+    // the dialog's OK runs. An empty port takes RemotePort.
+    void connectTo(const QString& address, const QString& port);
+    // The open connect dialog, or null.
+    LoginDialog* login() const;
+    // True from beginConnect to endConnect: a second call is not started.
+    bool connectInProgress() const { return m_login != nullptr; }
+    // One attempt with its retries, from Previous IP Address and Connect Port.
+    void ConnectProcedure();
+    // True for this computer's own names and addresses.
+    bool isOwnAddress(const QString& text) const;
+
+    // --- the session's events ----------------------------------------------
+    void winsock_Connect(int index);
+    void ConnectOK();
+    void Winsock_ConnectionRequest(int index, qintptr requestId);
+    void Winsock_Close(int index);
+    void Winsock_Error(int index, int number, const QString& description);
+    void Winsock_SendComplete(int index);
+    void Winsock_SendProgress(int index, qint64 bytesSent, qint64 bytesRemaining);
 
     // Ends the session or the attempt in order and listens again; also the
     // routine any code runs to reset the socket.
@@ -23,11 +60,23 @@ public:
     // Shows the computer's name, addresses and port in the local pane.
     void ShowLocalInfo();
 
-    void Winsock_SendComplete(int index);
-    void Winsock_SendProgress(int index, qint64 bytesSent, qint64 bytesRemaining);
+    // frmProperty's logic while it is up; made on first use.
+    PropertyDialog& propertyDialog();
+    PropertyDialog* property() const { return m_property.get(); }
+    void unloadProperty();
+
+    // One turn of a waiting loop: pending events run, then a short pause.
+    void spin();
 
 private:
+    void showMain();
+    QString sessionMark() const;  // "hh:mm AMPM" of now
+    void connectFailed(const QString& description);
+
     FrmMain& m_frm;
+    std::unique_ptr<AddressServices> m_address;
+    std::unique_ptr<LoginDialog> m_login;
+    std::unique_ptr<PropertyDialog> m_property;
 };
 
 }  // namespace vonnel

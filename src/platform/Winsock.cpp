@@ -49,14 +49,20 @@ int Winsock::fail(int number, const QString& text)
     return number;
 }
 
-QString Winsock::RemoteHostIP() const
+namespace {
+QString dottedAddress(const QHostAddress& a)
 {
-    if (!m_socket)
-        return QString();
-    QHostAddress a = m_socket->peerAddress();
     bool ok = false;
     const quint32 v4 = a.toIPv4Address(&ok);
     return ok ? QHostAddress(v4).toString() : a.toString();
+}
+}  // namespace
+
+QString Winsock::RemoteHostIP() const
+{
+    if (m_socket && !m_socket->peerAddress().isNull())
+        return dottedAddress(m_socket->peerAddress());
+    return m_remoteIP;
 }
 
 QString Winsock::LocalIP() const
@@ -117,6 +123,7 @@ void Winsock::onNewConnection()
         s->setParent(this);
         const qintptr id = m_nextRequest++;
         m_pending.insert(id, s);
+        m_remoteIP = dottedAddress(s->peerAddress());
         connect(s, &QTcpSocket::disconnected, s, [this, id] {
             if (auto p = m_pending.take(id))
                 p->deleteLater();
@@ -146,7 +153,8 @@ int Winsock::Connect(const QString& host, quint16 port)
         if (m_state == sckResolvingHost)
             setState(sckConnecting);
     });
-    connect(s, &QTcpSocket::connected, this, [this] {
+    connect(s, &QTcpSocket::connected, this, [this, s] {
+        m_remoteIP = dottedAddress(s->peerAddress());
         setState(sckConnected);
         Q_EMIT Connect_(m_index);
     });
@@ -184,6 +192,8 @@ int Winsock::Accept(qintptr requestId)
 void Winsock::adopt(QTcpSocket* s)
 {
     m_socket = s;
+    if (!s->peerAddress().isNull())
+        m_remoteIP = dottedAddress(s->peerAddress());
     s->setParent(this);
     s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_unconfirmed = 0;

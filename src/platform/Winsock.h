@@ -90,6 +90,9 @@ private:
     quint16 m_localPort = 0;
     quint16 m_remotePort = 0;
     QString m_remoteHost;
+    // The address of the latest caller or peer; kept after the connection
+    // is gone, as the session's end still names it.
+    QString m_remoteIP;
     int m_lastError = 0;
     QString m_lastErrorText;
     QTcpServer* m_server = nullptr;

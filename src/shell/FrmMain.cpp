@@ -12,6 +12,7 @@
 #include "core/Translator.h"
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
+#include "platform/Pinger.h"
 #include "platform/Prompter.h"
 #include "shell/Views.h"
 
@@ -31,6 +32,10 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         m_winsock[size_t(i)] = std::make_unique<Winsock>(i);
         m_txtClient[size_t(i)] =
             std::make_unique<TextPane>(QStringLiteral("txtClient(%1)").arg(i));
+    }
+    if (!m_env.pinger) {
+        m_ownPinger = std::make_unique<Pinger>();
+        m_env.pinger = m_ownPinger.get();
     }
     tTimer1.setInterval(60000);
     tTimer2.setInterval(5000);
@@ -75,6 +80,15 @@ bool FrmMain::settingFlag(const QString& key) const
 QString FrmMain::translate(const QString& key, const QString& fallback) const
 {
     return m_translator->translate(key, fallback);
+}
+
+void FrmMain::setPinger(Pinger* p)
+{
+    m_env.pinger = p ? p : m_ownPinger.get();
+    if (!m_env.pinger) {
+        m_ownPinger = std::make_unique<Pinger>();
+        m_env.pinger = m_ownPinger.get();
+    }
 }
 
 // --- window model -----------------------------------------------------------

@@ -34,6 +34,7 @@ class Transfer;
 class Encryption;
 class SessionRecords;
 class CopyLock;
+class Pinger;
 
 struct CopyEnvironment {
     QString appPath;  // ends in '/'
@@ -44,6 +45,7 @@ struct CopyEnvironment {
     Clipboard* clipboard = nullptr;
     Desktop* desktop = nullptr;
     Views* views = nullptr;
+    Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
 };
 
 class FrmMain : public QObject {
@@ -67,6 +69,8 @@ public:
     Desktop& desktop() const { return *m_env.desktop; }
     Views& views() const { return *m_env.views; }
     void setViews(Views* v) { m_env.views = v; }
+    Pinger& pinger() const { return *m_env.pinger; }
+    void setPinger(Pinger* p);
     Translator& translator() const { return *m_translator; }
     Logs& logs() const { return *m_logs; }
 
@@ -222,6 +226,11 @@ Q_SIGNALS:
     // The copy ends: open files of a transfer are closed, audio stops.
     void closeOpenFiles();
     void stopAudio();
+    // A ring sound is to be played: the file named by Ring, Ring1 ... Ring5.
+    void ringRequested(const QString& file);
+    // A session has just started on either side: the format options are
+    // to be sent (aftOptSet).
+    void sessionOpened();
 
 private:
     void wireSockets();
@@ -236,6 +245,7 @@ private:
     std::unique_ptr<Encryption> m_encryption;
     std::unique_ptr<SessionRecords> m_records;
     std::unique_ptr<CopyLock> m_copyLock;
+    std::unique_ptr<Pinger> m_ownPinger;
     std::array<std::unique_ptr<Winsock>, 2> m_winsock;
     std::array<std::unique_ptr<TextPane>, 2> m_txtClient;
     QString m_caption;

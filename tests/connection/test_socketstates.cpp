@@ -1,4 +1,6 @@
 #include "connection/Connection.h"
+#include "core/IniStore.h"
+#include "support/Session.h"
 #include "support/TestCopy.h"
 
 #include <QElapsedTimer>
@@ -56,13 +58,8 @@ TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
 {
     // A raw peer is taken on as the session.
     QTcpSocket peer;
-    qintptr request = 0;
-    QObject::connect(&f().winsock(0), &Winsock::ConnectionRequest,
-                     [&](int, qintptr id) { request = id; });
-    peer.connectToHost(QHostAddress::LocalHost, copy.port());
-    ASSERT_TRUE(waitUntil([&] { return request != 0; }));
-    f().winsock(0).Close();
-    ASSERT_EQ(f().winsock(0).Accept(request), 0);
+    acceptRawPeer(copy, peer);
+    ASSERT_EQ(f().winsock(0).State(), Winsock::sckConnected);
     f().checkStatus();
     EXPECT_EQ(f().stStatusbar.text(2), "Connected: 127.0.0.1");
     EXPECT_TRUE(f().IsConnected());
@@ -85,15 +82,12 @@ TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
 TEST_F(SocketStates, PeerCloseIsReportedAsClosingState)
 {
     QTcpSocket peer;
-    qintptr request = 0;
     bool closed = false;
-    QObject::connect(&f().winsock(0), &Winsock::ConnectionRequest,
-                     [&](int, qintptr id) { request = id; });
+    acceptRawPeer(copy, peer);
+    ASSERT_EQ(f().winsock(0).State(), Winsock::sckConnected);
+    // The session's own close handler would listen again at once.
+    QObject::disconnect(&f().winsock(0), &Winsock::Close_, &f().connection(), nullptr);
     QObject::connect(&f().winsock(0), &Winsock::Close_, [&](int) { closed = true; });
-    peer.connectToHost(QHostAddress::LocalHost, copy.port());
-    ASSERT_TRUE(waitUntil([&] { return request != 0; }));
-    f().winsock(0).Close();
-    ASSERT_EQ(f().winsock(0).Accept(request), 0);
     peer.disconnectFromHost();
     ASSERT_TRUE(waitUntil([&] { return closed; }));
     EXPECT_EQ(f().winsock(0).State(), Winsock::sckClosing);
@@ -103,9 +97,15 @@ TEST_F(SocketStates, PeerCloseIsReportedAsClosingState)
 
 TEST_F(SocketStates, HiddenReadyWithoutSessionSendsNothing)
 {
+    // A black-listed caller reaches the port but gets no session.
+    copy.set("Detect Bad IP", "1");
+    WriteIni(kSection, "Limit", "1", copy.file("badip.txt"));
+    WriteIni(kSection, "Restricted IP 1", "127.0.0.1", copy.file("badip.txt"));
     QTcpSocket peer;
     peer.connectToHost(QHostAddress::LocalHost, copy.port());
     ASSERT_TRUE(peer.waitForConnected(2000));
+    pump(100);
+    ASSERT_EQ(f().winsock(0).State(), Winsock::sckListening);
     f().cmdHiddenNotReady_Click();
     EXPECT_TRUE(f().NotReadySent);
     pump(100);

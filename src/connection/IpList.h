@@ -1,0 +1,84 @@
+#pragma once
+// The black list (badip.txt) and the white list (safeip.txt) of callers:
+// wildcard entries in ini form, tested against the caller's dotted
+// address at each call, and the logic of the two dialogs that keep them.
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace vonnel {
+
+class FrmMain;
+
+// The Like operator: "*" any run, "?" any one character, "#" any one
+// digit, "[abc]", "[a-z]", "[!...]" a character set; all else literally.
+bool vbLike(const QString& text, const QString& pattern);
+
+enum class IpListKind { Blocked, Permitted };
+
+class IpList {
+public:
+    static constexpr int kMaxEntries = 20;  // what a call reads at most
+
+    IpList(FrmMain& frm, IpListKind kind);
+
+    QString fileName() const;    // "badip.txt" / "safeip.txt"
+    QString path() const;        // in the application folder, found case-blind
+    QString entryStem() const;   // "Restricted IP " / "Safe IP "
+    QString enableKey() const;   // "Detect Bad IP" / "Detect Safe IP"
+    bool exists() const;
+
+    // The entries as a call reads them: Limit, then entry 1 ... Limit.
+    // No value when Limit goes beyond the twenty places a call has.
+    std::optional<QStringList> readForCall() const;
+    // The first entry that the address matches, in list order.
+    static bool anyMatches(const QStringList& entries, const QString& address);
+
+private:
+    FrmMain& m_frm;
+    IpListKind m_kind;
+};
+
+// frmIPBlocking and frmIPPermit: one logic, two files.
+class IpListDialog : public QObject {
+    Q_OBJECT
+public:
+    IpListDialog(FrmMain& frm, IpListKind kind, QObject* parent = nullptr);
+
+    // Controls as the window shows them.
+    QString caption;
+    QString checkCaption;
+    QString hint;          // "e.g. 192.168.0.* = 192.168.0.0/24"
+    QString lblMsg;        // the black list's own label; empty for the white list
+    QString textToolTip;
+    bool chkChecked = false;
+    QStringList list;
+    int listIndex = -1;
+    QString text;
+    bool listEnabled = false, textEnabled = false;
+    bool cmdAddEnabled = false, cmdRemoveEnabled = false, okEnabled = true;
+    bool unloaded = false;
+
+    void Form_Load();
+    void chk_Click(bool checked);
+    void txt_Change(const QString& newText);
+    // A line break typed in the text field adds the entry.
+    void txt_KeyPress(QChar key);
+    void cmdAdd_Click();
+    void lst_Click(int index);
+    void cmdRemove_Click();
+    void OKButton_Click();
+    void CancelButton_Click();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    FrmMain& m_frm;
+    IpList m_file;
+    IpListKind m_kind;
+};
+
+}  // namespace vonnel

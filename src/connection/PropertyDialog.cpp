@@ -1,0 +1,155 @@
+#include "connection/PropertyDialog.h"
+
+#include "core/IniStore.h"
+#include "platform/Desktop.h"
+#include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "shell/Views.h"
+
+#include <QSysInfo>
+
+namespace vonnel {
+
+PropertyDialog::PropertyDialog(FrmMain& frm, QObject* parent) : QObject(parent), m_frm(frm) {}
+
+void PropertyDialog::Form_Load()
+{
+    FrmMain& f = m_frm;
+    Winsock& ws = f.winsock(0);
+    txtComputerName = QSysInfo::machineHostName();
+    txtLocalHost = ws.LocalHostName();
+    txtLocalIP = ws.LocalIP();
+    txtLocalPort = QString::number(f.settingInt(QStringLiteral("LocalPort")));
+    txtRemotePort = QString::number(f.settingInt(QStringLiteral("RemotePort")));
+    txtLocalPort5 = QString::number(iniInt(txtLocalPort) + 5);
+    txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
+    lblLocalPort = QString::number(ws.LocalPort());
+    lblRemotePort = QString::number(ws.RemotePort());
+    Q_EMIT changed();
+}
+
+bool PropertyDialog::cmdCancelEnabled() const
+{
+    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
+}
+
+void PropertyDialog::cmdRestore_Click()
+{
+    txtLocalPort = QStringLiteral("2500");
+    txtLocalPort5 = QStringLiteral("2505");
+    txtRemotePort = QStringLiteral("2500");
+    txtRemotePort5 = QStringLiteral("2505");
+    Q_EMIT changed();
+}
+
+void PropertyDialog::cmdApply_Click()
+{
+    FrmMain& f = m_frm;
+    if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty()) {
+        f.prompter().msgBox(f.translate(QStringLiteral("Local Port and Remote Port must be filled in")));
+        cmdRestore_Click();
+    }
+    f.Init();
+    Winsock& ws = f.winsock(0);
+    if (ws.State() != Winsock::sckClosed)
+        ws.Close();
+    ws.setRemotePort(quint16(iniInt(txtRemotePort)));
+
+    // The asked port, else the next free one of the five after it.
+    const int asked = iniInt(txtLocalPort);
+    int error = 0;
+    for (int counter = 0;; ++counter) {
+        if (counter > 5) {
+            f.prompter().msgBox(QStringLiteral("Local Port Setting Error: ") +
+                                    QString::number(error) + QLatin1Char(' ') + ws.lastErrorText(),
+                                MsgStyle::Exclamation, FrmMain::kTitle);
+            ws.Close();
+            Q_EMIT changed();
+            return;
+        }
+        if (ws.State() != Winsock::sckClosed)
+            ws.Close();
+        ws.setLocalPort(quint16(asked + counter));
+        f.idleDelay0();
+        error = ws.Listen();
+        if (error == 0)
+            break;
+    }
+    f.checkStatus();
+
+    f.views().unload(QStringLiteral("frmPopMsg"));
+    txtLocalHost = ws.LocalHostName();
+    txtLocalIP = ws.LocalIP();
+    lblLocalPort = QString::number(ws.LocalPort());
+    lblRemotePort = QString::number(ws.RemotePort());
+
+    if (int(ws.LocalPort()) != asked) {
+        f.prompter().msgBox(f.translate(QStringLiteral("Local Port")) + QLatin1Char(' ') +
+                                QString::number(asked) + QLatin1Char(' ') +
+                                f.translate(QStringLiteral("is used by another application,")) +
+                                QStringLiteral("\r\n") +
+                                f.translate(QStringLiteral("it will automatically change to")) +
+                                QLatin1Char(' ') + QString::number(ws.LocalPort()),
+                            MsgStyle::OkOnly, QStringLiteral("Port Setting"));
+        txtLocalPort = QString::number(ws.LocalPort());
+    }
+    txtLocalPort5 = QString::number(iniInt(txtLocalPort) + 5);
+    txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
+    f.writeSetting(QStringLiteral("LocalPort"), QString::number(iniInt(txtLocalPort)));
+    f.writeSetting(QStringLiteral("RemotePort"), QString::number(iniInt(txtRemotePort)));
+    Q_EMIT changed();
+}
+
+void PropertyDialog::cmdOK_Click()
+{
+    lblSysMsg.clear();
+    // During a session the ports are not touched.
+    if (m_frm.winsock(0).State() != Winsock::sckConnected) {
+        if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty())
+            cmdRestore_Click();
+        cmdApply_Click();
+    }
+    unloaded = true;
+    Q_EMIT changed();
+}
+
+void PropertyDialog::cmdCancel_Click()
+{
+    unloaded = true;
+    Q_EMIT changed();
+}
+
+QString PropertyDialog::HostsPath() const
+{
+    const QString configured = m_frm.setting(QStringLiteral("HostsPath"));
+    if (!configured.isEmpty())
+        return configured;
+#ifdef Q_OS_WIN
+    return qEnvironmentVariable("SystemRoot", QStringLiteral("C:\\Windows")) +
+           QStringLiteral("\\System32\\drivers\\etc\\hosts");
+#else
+    return QStringLiteral("/etc/hosts");
+#endif
+}
+
+void PropertyDialog::cmdHostConfig_Click()
+{
+    m_frm.desktop().openFile(HostsPath());
+}
+
+void PropertyDialog::cmdBadIPLst_Click()
+{
+    m_frm.views().runModal(QStringLiteral("frmIPBlocking"));
+}
+
+void PropertyDialog::cmdSafeLst_Click()
+{
+    m_frm.views().runModal(QStringLiteral("frmIPPermit"));
+}
+
+void PropertyDialog::cmdHelp_Click()
+{
+    m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("property.htm"));
+}
+
+}  // namespace vonnel

@@ -1,0 +1,44 @@
+#pragma once
+// frmProperty: the local identity, the two ports with the tops of their
+// retry ranges, the hosts file and the two caller lists.
+
+#include <QObject>
+#include <QString>
+
+namespace vonnel {
+
+class FrmMain;
+
+class PropertyDialog : public QObject {
+    Q_OBJECT
+public:
+    explicit PropertyDialog(FrmMain& frm, QObject* parent = nullptr);
+
+    QString txtComputerName, txtLocalHost, txtLocalIP;
+    QString txtLocalPort, txtLocalPort5, txtRemotePort, txtRemotePort5;
+    QString lblLocalPort, lblRemotePort;
+    QString lblSysMsg;
+    bool unloaded = false;
+
+    void Form_Load();
+    void cmdRestore_Click();
+    void cmdApply_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+    void cmdHostConfig_Click();
+    void cmdBadIPLst_Click();
+    void cmdSafeLst_Click();
+    void cmdHelp_Click();
+    bool cmdCancelEnabled() const;
+
+    // The hosts file: the system's own, unless the key HostsPath names one.
+    QString HostsPath() const;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    FrmMain& m_frm;
+};
+
+}  // namespace vonnel

@@ -1,0 +1,535 @@
+// Calls between copies and against raw peers: the start on both sides,
+// the decision on callers, the retries, and every way a session ends.
+
+#include "connection/Connection.h"
+#include "connection/LoginDialog.h"
+#include "connection/PropertyDialog.h"
+#include "core/IniStore.h"
+#include "platform/Pinger.h"
+#include "support/Session.h"
+#include "support/TestCopy.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+
+namespace {
+
+const QByteArray kVersion = QStringLiteral("!ver. Vonnel %1.%2.%3 ver!")
+                                .arg(FrmMain::kMajor)
+                                .arg(FrmMain::kMinor)
+                                .arg(FrmMain::kRevision)
+                                .toLatin1();
+
+class ScriptedPinger : public Pinger {
+public:
+    bool echo(const QString& address, int) override
+    {
+        asked << address;
+        return answer;
+    }
+    bool answer = true;
+    QStringList asked;
+};
+
+QString sessionLog(TestCopy& c)
+{
+    QFile f(c.file("vonnel.log"));
+    if (!f.open(QIODevice::ReadOnly))
+        return QString();
+    return QString::fromLatin1(f.readAll());
+}
+
+// A copy set up to call: short waits, a scripted ping.
+struct Caller {
+    explicit Caller(quint16 port = 0)
+        : copy(port, {{"Incomming Connection Timeout", "1"}, {"No Recover Socket Error", "1"}})
+    {
+        started = copy.start();
+        copy.frm().setPinger(&pinger);
+        QObject::connect(&copy.frm(), &FrmMain::ringRequested,
+                         [this](const QString& f) { rings << f; });
+    }
+    ~Caller() { copy.frm().setPinger(nullptr); }
+
+    // The connect dialog with address and port, its OK pressed. The
+    // dialog stays open (as the modal would) until endConnect.
+    LoginDialog* call(const QString& address, quint16 port)
+    {
+        LoginDialog* d = copy.frm().connection().beginConnect();
+        if (!d)
+            return nullptr;
+        d->cmbIPadr = address;
+        d->txtConnectPort = QString::number(port);
+        d->cmdOK_Click();
+        return d;
+    }
+    void endCall() { copy.frm().connection().endConnect(); }
+
+    TestCopy copy;
+    ScriptedPinger pinger;
+    QStringList rings;
+    bool started = false;
+};
+
+struct Callee {
+    explicit Callee(quint16 port = 0, const QList<QPair<QString, QString>>& settings = {})
+        : copy(port, settings)
+    {
+        copy.set("Auto Accept Connection", "1");
+        copy.set("No Recover Socket Error", "1");
+        started = copy.start();
+        QObject::connect(&copy.frm(), &FrmMain::ringRequested,
+                         [this](const QString& f) { rings << f; });
+    }
+    TestCopy copy;
+    QStringList rings;
+    bool started = false;
+};
+
+TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
+{
+    Caller a;
+    ASSERT_TRUE(a.started);
+    QTcpServer server;
+    const quint16 port = freePort();
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, port));
+    QTcpSocket* peer = nullptr;
+    QObject::connect(&server, &QTcpServer::newConnection,
+                     [&] { peer = server.nextPendingConnection(); });
+
+    // The peer takes the call and stays silent for a while.
+    bool upBeforeData = true;
+    QByteArray sentBeforeData;
+    int stateWhileWaiting = -1;
+    QTimer::singleShot(700, [&] {
+        stateWhileWaiting = a.copy.frm().winsock(0).State();
+        upBeforeData = a.copy.frm().RemoteResponded ||
+                       a.copy.frm().caption().startsWith("Vonnel - ");
+        if (peer) {
+            sentBeforeData = peer->readAll();
+            peer->write("!ver. Other 1.0.0 ver!");
+        }
+    });
+    LoginDialog* d = a.call("127.0.0.1", port);
+    ASSERT_TRUE(d);
+    ASSERT_TRUE(peer);
+    EXPECT_EQ(stateWhileWaiting, Winsock::sckConnected);
+    EXPECT_FALSE(upBeforeData);
+    EXPECT_TRUE(sentBeforeData.isEmpty());
+    EXPECT_TRUE(d->unloaded);
+    EXPECT_EQ(a.pinger.asked, QStringList{"127.0.0.1"});
+    a.endCall();
+
+    FrmMain& f = a.copy.frm();
+    EXPECT_TRUE(f.ConnectionStartedHere);
+    EXPECT_EQ(f.stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_EQ(f.caption(), "Vonnel - 127.0.0.1 [localhost]");
+    EXPECT_TRUE(f.controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f.controls.enabled("mnuConnect"));
+    EXPECT_EQ(a.rings, QStringList{"connect.wav"});
+    EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
+    EXPECT_EQ(readAtLeast(*peer, kVersion.size()), kVersion);
+
+    // The caller ends it: "^SD", the code-7 byte, then the close.
+    bool closed = false;
+    QObject::connect(peer, &QTcpSocket::disconnected, [&] { closed = true; });
+    f.connection().mnuDisconnect_Click();
+    QByteArray tail;
+    waitUntil([&] {
+        tail += peer->readAll();
+        return closed;
+    });
+    tail += peer->readAll();
+    EXPECT_TRUE(closed);
+    EXPECT_EQ(tail, QByteArray("^SD\x07"));
+    EXPECT_FALSE(f.ConnectionStartedHere);
+    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.stStatusbar.text(2), "Ready");
+}
+
+TEST(Sessions, SilentPeerKeepsTheCallerWaitingUntilAbort)
+{
+    Caller a;
+    ASSERT_TRUE(a.started);
+    QTcpServer server;
+    const quint16 port = freePort();
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, port));
+    QTcpSocket* peer = nullptr;
+    QObject::connect(&server, &QTcpServer::newConnection,
+                     [&] { peer = server.nextPendingConnection(); });
+    // Longer than the connect wait: only Abort ends this one.
+    QTimer::singleShot(2500, [&] {
+        if (LoginDialog* d = a.copy.frm().connection().login())
+            d->cmdAbortConnect_Click();
+    });
+    LoginDialog* d = a.call("127.0.0.1", port);
+    ASSERT_TRUE(d);
+    EXPECT_TRUE(d->unloaded);
+    a.endCall();
+    FrmMain& f = a.copy.frm();
+    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+    EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+    ASSERT_TRUE(peer);
+    // No version frame: the session never came up. The abort of a
+    // connected socket still marks its close with the code-7 byte.
+    EXPECT_EQ(readFor(*peer, 100), QByteArray("\x07"));
+    EXPECT_FALSE(sessionLog(a.copy).contains("Connection with"));
+}
+
+TEST(Sessions, TwoCopiesCallDisconnectAndCallAgain)
+{
+    Callee b;
+    Caller a;
+    ASSERT_TRUE(b.started && a.started);
+    LoginDialog* d = a.call("127.0.0.1", b.copy.port());
+    ASSERT_TRUE(d);
+    a.endCall();
+    FrmMain& fa = a.copy.frm();
+    FrmMain& fb = b.copy.frm();
+    ASSERT_TRUE(waitUntil([&] { return fb.IsConnected() && fa.IsConnected(); }));
+    EXPECT_EQ(fa.stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_EQ(fb.stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_TRUE(fb.txtServer.enabled());
+    EXPECT_TRUE(fb.txtClient(0).enabled());
+    EXPECT_EQ(b.rings, QStringList({"request.wav", "connect.wav"}));
+    EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
+    // Request and acceptance may share their second; either way one stands.
+    const QString logB = sessionLog(b.copy);
+    EXPECT_TRUE(logB.contains("=> Connection with 127.0.0.1") ||
+                logB.contains("=> Incomming connection request from 127.0.0.1"));
+
+    fb.txtClient(0).setText("hello");
+    fa.connection().mnuDisconnect_Click();
+    ASSERT_TRUE(waitUntil([&] { return fb.winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_EQ(fb.txtClient(0).text(), "hello\r\n[Closed]");
+    EXPECT_FALSE(fb.txtClient(0).enabled());
+    EXPECT_EQ(fb.stStatusbar.text(2), "Ready");
+    EXPECT_TRUE(fb.controls.enabled("mnuConnect"));
+    EXPECT_EQ(fb.caption(), "Vonnel 3.0");
+    EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+    EXPECT_EQ(b.rings.last(), "close.wav");
+    EXPECT_EQ(fa.winsock(0).State(), Winsock::sckListening);
+
+    // Both listen again: a second call goes through.
+    ASSERT_TRUE(a.call("127.0.0.1", b.copy.port()));
+    a.endCall();
+    EXPECT_TRUE(waitUntil([&] { return fb.IsConnected() && fa.IsConnected(); }));
+}
+
+TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
+{
+    const quint16 base = freePort();
+    Callee b(quint16(base + 3));
+    Caller a;
+    ASSERT_TRUE(b.started && a.started);
+    LoginDialog* d = a.call("127.0.0.1", base);
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->txtConnectPort, QString::number(base + 3));
+    a.endCall();
+    EXPECT_TRUE(waitUntil([&] { return b.copy.frm().IsConnected(); }));
+    EXPECT_TRUE(a.copy.frm().IsConnected());
+    a.copy.frm().connection().mnuDisconnect_Click();
+
+    // Nobody answers on any of the six ports.
+    const quint16 none = freePort();
+    a.pinger.answer = false;
+    d = a.call("127.0.0.1", none);
+    ASSERT_TRUE(d);
+    EXPECT_FALSE(d->unloaded);  // the report stays up until closed
+    QStringList expected = {
+        "Please wait: Resolving network host...",
+        "127.0.0.1 not valid address (or offline)",
+        "Connecting .....",
+    };
+    for (int i = 1; i <= 5; ++i)
+        expected << "Connecting: retry with Remote Port " + QString::number(none + i);
+    expected << "Fail to connect to <127.0.0.1 : Port " + QString::number(none) + " -- " +
+                    QString::number(none + 5) + ">"
+             << "Possible Error: Invalid Remote Port Address OR Remote user is not in Ready mode"
+             << "";
+    QStringList lines = d->txtStatus.split("\r\n");
+    ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus.toStdString();
+    // The first wait counts its seconds down in the line of the attempt.
+    EXPECT_TRUE(QRegularExpression("^Connecting( \\.\\.\\.\\.\\.|: \\d+ second)$")
+                    .match(lines.at(2))
+                    .hasMatch())
+        << lines.at(2).toStdString();
+    lines[2] = expected.at(2);
+    EXPECT_EQ(lines.join("\n").toStdString(), expected.join("\n").toStdString());
+    FrmMain& f = a.copy.frm();
+    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.winsock(0).LocalPort(), a.copy.port());
+    EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+    d->cmdAbortConnect_Click();  // "Close" after the failure
+    EXPECT_TRUE(d->unloaded);
+    a.endCall();
+    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+}
+
+TEST(Sessions, CallToItselfIsRefusedBeforeAnySocketOperation)
+{
+    Caller a;
+    ASSERT_TRUE(a.started);
+    int changes = 0;
+    QObject::connect(&a.copy.frm().winsock(0), &Winsock::stateChanged, [&] { ++changes; });
+    for (const QString& self : {QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}) {
+        LoginDialog* d = a.call(self, a.copy.port());
+        ASSERT_TRUE(d);
+        EXPECT_TRUE(d->unloaded);
+        a.endCall();
+    }
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(a.copy.prompter().count("Warning: Cannot connect to itself"), 2);
+    EXPECT_EQ(a.copy.prompter().records().first().title, "Connect Error");
+    EXPECT_TRUE(a.pinger.asked.isEmpty());
+    EXPECT_EQ(a.copy.frm().winsock(0).State(), Winsock::sckListening);
+}
+
+class Decisions : public ::testing::Test {
+protected:
+    void start(const QList<QPair<QString, QString>>& settings)
+    {
+        b = std::make_unique<Callee>(0, settings);
+        ASSERT_TRUE(b->started);
+    }
+    void list(const QString& file, const QString& stem, const QStringList& entries,
+              int limit = -1)
+    {
+        WriteIni(kSection, "Limit", QString::number(limit < 0 ? entries.size() : limit),
+                 b->copy.file(file));
+        for (int i = 0; i < entries.size(); ++i)
+            WriteIni(kSection, stem + QString::number(i + 1), entries.at(i), b->copy.file(file));
+    }
+    // A raw caller: what it got within a moment, and whether it was dropped.
+    QByteArray ring(bool* dropped = nullptr)
+    {
+        bool reached = false;
+        QObject::connect(&peer, &QTcpSocket::connected, [&] { reached = true; });
+        peer.connectToHost(QHostAddress::LocalHost, b->copy.port());
+        waitUntil([&] { return reached; });
+        const QByteArray got = readFor(peer, 400);
+        if (dropped)
+            *dropped = peer.state() != QAbstractSocket::ConnectedState;
+        return got;
+    }
+    FrmMain& f() { return b->copy.frm(); }
+    std::unique_ptr<Callee> b;
+    QTcpSocket peer;
+};
+
+TEST_F(Decisions, BlackListedCallerGetsNothingAndIsLogged)
+{
+    start({{"Detect Bad IP", "1"}, {"Auto Accept Connection", "0"}});
+    list("badip.txt", "Restricted IP ", {"10.*", "127.0.0.*"});
+    const QByteArray got = ring();
+    EXPECT_TRUE(got.isEmpty());
+    EXPECT_TRUE(b->copy.prompter().records().isEmpty());
+    EXPECT_TRUE(b->rings.isEmpty());
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().stStatusbar.text(2), "127.0.0.1 is blocked to be connected");
+    EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is blocked to be connected"));
+}
+
+TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
+{
+    start({{"Auto Accept Connection", "0"}});
+    b->copy.set("Auto Accept Connection", "0");
+    b->copy.prompter().addAnswers({"No"});
+    bool dropped = false;
+    const QByteArray got = ring(&dropped);
+    EXPECT_TRUE(got.isEmpty());
+    ASSERT_EQ(b->copy.prompter().records().size(), 1);
+    const PromptRecord& box = b->copy.prompter().records().first();
+    EXPECT_EQ(box.title, "Connection Request - Vonnel");
+    EXPECT_EQ(box.text, "Do you accept connection requested from: \r\n127.0.0.1 [localhost]");
+    EXPECT_EQ(b->rings, QStringList{"request.wav"});
+    EXPECT_TRUE(waitUntil([&] { return peer.state() != QAbstractSocket::ConnectedState; }));
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
+    EXPECT_TRUE(f().txtServer.enabled());
+    EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is rejected to make a connection"));
+}
+
+TEST_F(Decisions, ListLongerThanACallReadsFailsTheCall)
+{
+    start({{"Detect Bad IP", "1"}});
+    QStringList many;
+    for (int i = 1; i <= 21; ++i)
+        many << QStringLiteral("10.1.1.%1").arg(i);
+    list("badip.txt", "Restricted IP ", many);
+    const QByteArray got = ring();
+    EXPECT_TRUE(got.isEmpty());
+    ASSERT_EQ(b->copy.prompter().records().size(), 1);
+    EXPECT_TRUE(b->copy.prompter().records().first().text.startsWith(
+        "Winsock(0) Protocol ConnectionRequest Error\r"));
+    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
+    EXPECT_FALSE(f().IsConnected());
+}
+
+struct WhiteCase {
+    const char* entry;
+    const char* autoAccept;
+    bool prompted;
+};
+
+TEST(WhiteList, OnlyListedCallersGoByAutoAccept)
+{
+    // The list's sense is inverted on purpose: an unlisted caller is taken.
+    const WhiteCase cases[] = {
+        {"127.0.0.1", "0", true},
+        {"10.0.0.*", "0", false},
+        {"127.0.0.*", "1", false},
+    };
+    for (const WhiteCase& c : cases) {
+        Callee b(0, {{"Detect Safe IP", "1"}});
+        ASSERT_TRUE(b.started);
+        b.copy.set("Auto Accept Connection", c.autoAccept);
+        WriteIni(kSection, "Limit", "1", b.copy.file("safeIP.txt"));
+        WriteIni(kSection, "Safe IP 1", c.entry, b.copy.file("safeIP.txt"));
+        b.copy.prompter().addAnswers({"Yes"});
+        QTcpSocket peer;
+        peer.connectToHost(QHostAddress::LocalHost, b.copy.port());
+        EXPECT_EQ(readAtLeast(peer, kVersion.size()), kVersion) << c.entry;
+        EXPECT_EQ(b.copy.prompter().asked("Do you accept connection"), c.prompted) << c.entry;
+        EXPECT_TRUE(b.copy.frm().IsConnected());
+    }
+}
+
+TEST(Sessions, RawPeerHearsTheVersionAndTheKeyFrameFirst)
+{
+    Callee b(0, {{"Encrypted", "1"}});
+    ASSERT_TRUE(b.started);
+    QTcpSocket peer;
+    const QByteArray first = acceptRawPeer(b.copy, peer);
+    FrmMain& f = b.copy.frm();
+    ASSERT_TRUE(f.IsConnected());
+    const QByteArray key = toCp1252(f.sessionKey);
+    ASSERT_EQ(key.size(), 8);  // "hh:mm AM"
+    EXPECT_EQ(first, kVersion + "tt:=" + key + "=:tt");
+    EXPECT_EQ(f.stStatusbar.text(8), "E");
+    EXPECT_FALSE(f.ConnectionStartedHere);
+
+    // A second call during the session is refused with a box; the mark of
+    // a started call is set all the same.
+    f.connection().mnuConnect_Click();
+    EXPECT_TRUE(b.copy.prompter().asked("You have to disconnect before make another connection."));
+    EXPECT_TRUE(f.ConnectionStartedHere);
+    EXPECT_EQ(f.connection().login(), nullptr);
+    EXPECT_TRUE(f.IsConnected());
+
+    // The peer goes away: the callee closes, logs and listens again.
+    peer.disconnectFromHost();
+    ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_TRUE(f.txtClient(0).text().isEmpty());  // nothing to mark as closed
+    EXPECT_EQ(f.stStatusbar.text(8), "");
+    EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+}
+
+TEST(Sessions, ClosingTheProgramEndsTheSessionOnTheOtherSide)
+{
+    Callee b;
+    auto a = std::make_unique<Caller>();
+    ASSERT_TRUE(b.started && a->started);
+    ASSERT_TRUE(a->call("127.0.0.1", b.copy.port()));
+    a->endCall();
+    FrmMain& fb = b.copy.frm();
+    ASSERT_TRUE(waitUntil([&] { return fb.IsConnected(); }));
+    fb.txtClient(0).setText("bye");
+    EXPECT_TRUE(a->copy.frm().requestClose(false));
+    ASSERT_TRUE(waitUntil([&] { return fb.winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_EQ(fb.txtClient(0).text(), "bye\r\n[Closed]");
+    EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(Sessions, HarnessJoinStillTakesBothSidesUp)
+{
+    Callee b;
+    Caller a;
+    ASSERT_TRUE(b.started && a.started);
+    ASSERT_TRUE(connectCopies(a.copy, b.copy));
+    EXPECT_TRUE(a.copy.frm().RemoteResponded);
+    EXPECT_TRUE(b.copy.frm().IsConnected());
+    EXPECT_TRUE(a.copy.frm().caption().startsWith("Vonnel - 127.0.0.1"));
+    EXPECT_FALSE(b.copy.prompter().asked("Do you accept"));
+}
+
+}  // namespace
+
+namespace {
+
+// Remembers which dialogs were run and what the properties dialog said.
+class RecordingViews : public Views {
+public:
+    explicit RecordingViews(FrmMain& f) : m_frm(f) {}
+    bool runModal(const QString& form) override
+    {
+        shown << form;
+        if (PropertyDialog* p = m_frm.connection().property())
+            sysMsg = p->lblSysMsg;
+        return false;
+    }
+    QStringList shown;
+    QString sysMsg;
+
+private:
+    FrmMain& m_frm;
+};
+
+TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
+{
+    for (const char* noRecover : {"0", "1"}) {
+        Callee b;
+        ASSERT_TRUE(b.started);
+        b.copy.set("No Recover Socket Error", noRecover);
+        FrmMain& f = b.copy.frm();
+        Views* headless = &f.views();
+        RecordingViews views(f);
+        f.setViews(&views);
+        QTcpSocket peer;
+        acceptRawPeer(b.copy, peer);
+        ASSERT_TRUE(f.IsConnected());
+        f.txtClient(0).setText("typed");
+        b.rings.clear();
+
+        f.connection().Winsock_Error(0, 10054, "Connection reset by peer");
+        EXPECT_EQ(b.rings, QStringList{"error.wav"});
+        EXPECT_EQ(f.stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
+        EXPECT_EQ(f.caption(), "Vonnel");
+        EXPECT_EQ(f.txtClient(0).text(), "typed\r\n[Closed]");
+        EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+        EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
+        if (QString(noRecover) == "0") {
+            EXPECT_EQ(views.shown, QStringList{"frmProperty"});
+            EXPECT_EQ(views.sysMsg, "Socket/Network Error: Verify your setting or click OK to "
+                                    "recover it automatically.");
+        } else {
+            EXPECT_TRUE(views.shown.isEmpty());
+        }
+        EXPECT_EQ(f.connection().property(), nullptr);
+        f.setViews(headless);
+    }
+}
+
+TEST(Pings, UnansweredEchoEndsWithinItsTime)
+{
+    Pinger p;
+    EXPECT_FALSE(p.echo("not an address"));
+    QElapsedTimer t;
+    t.start();
+    EXPECT_FALSE(p.echo("192.0.2.1", 200));  // documentation network: nobody answers
+    EXPECT_LT(t.elapsed(), 1000);
+}
+
+}  // namespace
