@@ -1,5 +1,7 @@
 #include "connection/Connection.h"
 
+#include "access/Encryption.h"
+
 #include "connection/AddressServices.h"
 #include "connection/IpList.h"
 #include "connection/LoginDialog.h"
@@ -50,11 +52,6 @@ void Connection::spin()
 {
     m_frm.yieldEvents();
     QThread::usleep(50);
-}
-
-QString Connection::sessionMark() const
-{
-    return QLocale::c().toString(m_frm.clock().timeOfDay(), QStringLiteral("hh:mm AP"));
 }
 
 void Connection::showMain()
@@ -349,9 +346,7 @@ void Connection::winsock_Connect(int index)
         return;
     FrmMain& f = m_frm;
     Winsock& ws = f.winsock(0);
-    f.remoteEncrypted = false;
-    f.stStatusbar.setText(8, QString());
-    f.stStatusbar.setText(9, QString());
+    f.encryption().beginSession();
     const QString waiting = f.translate(QStringLiteral("Waiting for remote user's response"));
     const QString disconnected = f.translate(QStringLiteral("Error: Disconnected"));
 
@@ -400,11 +395,7 @@ void Connection::ConnectOK()
     f.PeerIP = f.winsock(0).RemoteHostIP();
     f.setting(QStringLiteral("Version Check"));  // compared on the receiving side
     ws.SendData(toCp1252(QStringLiteral("!ver. ") + f.VersionString + QStringLiteral(" ver!")));
-    f.sessionKey = sessionMark();
-    if (!f.sessionKey.isEmpty() && f.encryptOn) {
-        ws.SendData(toCp1252(QStringLiteral("tt:=") + f.sessionKey + QStringLiteral("=:tt")));
-        f.stStatusbar.setText(8, f.translate(QStringLiteral("E")));
-    }
+    f.encryption().sendKeyOnConnect();
     f.stStatusbar.setText(2, f.translate(QStringLiteral("Connected")));
     f.stStatusbar.setPicture(1, StatePicture::picReady);
     const QString ip = ws.RemoteHostIP();
@@ -535,9 +526,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     f.SessionStartTime = f.clock().timeOfDay();
     f.controls.setEnabled(QStringLiteral("mnuSave"), false);
     f.Ring = f.setting(QStringLiteral("Ring"));
-    f.remoteEncrypted = false;
-    f.stStatusbar.setText(8, QString());
-    f.stStatusbar.setText(9, QString());
+    f.encryption().beginSession();
 
     showMain();
     f.setCaption(FrmMain::kTitle + QStringLiteral(" - ") + f.PeerIP + QStringLiteral(" [") +
@@ -562,11 +551,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     // The version message is the first data: the caller waits for it.
     f.setting(QStringLiteral("Version Check"));
     ws.SendData(toCp1252(QStringLiteral("!ver. ") + f.VersionString + QStringLiteral(" ver!")));
-    if (f.encryptOn) {
-        if (f.sessionKey.isEmpty())
-            f.sessionKey = sessionMark();
-        f.xSendData(QStringLiteral("tt:=") + f.sessionKey + QStringLiteral("=:tt"));
-    }
+    f.encryption().sendKeyOnAccept();
     f.ConnectionStartedHere = false;
     f.checkStatus();
 

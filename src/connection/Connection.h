@@ -70,7 +70,6 @@ public:
 
 private:
     void showMain();
-    QString sessionMark() const;  // "hh:mm AMPM" of now
     void connectFailed(const QString& description);
 
     FrmMain& m_frm;

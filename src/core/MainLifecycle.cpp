@@ -6,6 +6,7 @@
 #include "access/PasswordStore.h"
 #include "connection/Connection.h"
 #include "core/CopyLock.h"
+#include "wire/LiveTyping.h"
 #include "core/IniStore.h"
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
@@ -172,6 +173,32 @@ void FrmMain::Init()
     tTimer2.setInterval(interval);
     tTimer2.start();
     Q_EMIT initialized();
+}
+
+void FrmMain::aftOptSet()
+{
+    overflowLimit = settingInt(QStringLiteral("Overflow"));
+    if (overflowLimit == 0)
+        overflowLimit = 50;
+    acceptIncompatible = settingFlag(QStringLiteral("Accept Incompatible Character"));
+    selfRepair = settingFlag(QStringLiteral("Character Self Repair"));
+    repairCountLimit = settingInt(QStringLiteral("Repair Count Limit"));
+    if (repairCountLimit == 0)
+        repairCountLimit = 50;
+    encryptOn = settingFlag(QStringLiteral("Encrypted"));
+    int interval = settingInt(QStringLiteral("Command Line Interval"));
+    if (interval < 1000) {
+        interval = 1000;
+        writeSetting(QStringLiteral("Command Line Interval"), QStringLiteral("1000"));
+    }
+    tTimer2.setInterval(interval);
+    Ring = setting(QStringLiteral("Ring"));
+    Ring1 = setting(QStringLiteral("Ring1"));
+    Ring2 = setting(QStringLiteral("Ring2"));
+    Ring3 = setting(QStringLiteral("Ring3"));
+    Ring4 = setting(QStringLiteral("Ring4"));
+    Ring5 = setting(QStringLiteral("Ring5"));
+    typing().sentSetting();
 }
 
 bool FrmMain::Form_QueryUnload(bool fromUser)

@@ -2,6 +2,7 @@
 
 #include "access/Encryption.h"
 #include "connection/Connection.h"
+#include "shell/CommandControl.h"
 #include "shell/SessionRecords.h"
 #include "transfer/Transfer.h"
 #include "wire/LiveTyping.h"
@@ -45,6 +46,15 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     m_transfer = std::make_unique<Transfer>(*this);
     m_encryption = std::make_unique<Encryption>(*this);
     m_records = std::make_unique<SessionRecords>(*this);
+
+    // Routines that live in one subsystem and are called from another.
+    connect(this, &FrmMain::sessionOpened, this, &FrmMain::aftOptSet);
+    connect(this, &FrmMain::sessionEnded, this, [this] {
+        typing().keySent = false;
+    });
+    typing().commands().connectToAddress = [this](const QString& host, const QString& port) {
+        connection().connectTo(host, port);
+    };
     m_caption = titleWithVersion();
 }
 

@@ -187,6 +187,8 @@ public:
     // --- start and end -------------------------------------------------------
     void Form_Load();
     void Init();
+    // Reloads the values kept from the settings and sends the format again.
+    void aftOptSet();
     bool Form_QueryUnload(bool fromUser);
     void Form_Unload();
     // Shuts the copy down in order: the query (unless forced), the unload.

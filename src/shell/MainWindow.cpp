@@ -3,6 +3,7 @@
 #include "connection/Connection.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
+#include "shell/dialogs/ConnectionDialogs.h"
 
 #include <QAction>
 #include <QApplication>
@@ -425,6 +426,10 @@ void MainWindow::onTriggered(const QString& name)
     const auto is = [&name](const char* n) { return name == QLatin1String(n); };
     if (is("mnuFileExit") || is("mnuFileClose")) {
         close();
+    } else if (is("mnuConnect") || name == toolbarButton(1)) {
+        m_frm.connection().mnuConnect_Click();
+    } else if (is("mnuFileProperties")) {
+        runModal(QStringLiteral("frmProperty"));
     } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
         m_frm.connection().mnuDisconnect_Click();
     } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
@@ -455,8 +460,10 @@ void MainWindow::onTriggered(const QString& name)
     }
 }
 
-bool MainWindow::runModal(const QString&)
+bool MainWindow::runModal(const QString& form)
 {
+    if (auto r = runConnectionDialog(m_frm, form, this))
+        return *r;
     return false;
 }
 
@@ -532,6 +539,8 @@ bool MainWindow::isVisible(const QString& form) const
 {
     if (form == QLatin1String("frmMain"))
         return QMainWindow::isVisible();
+    if (form == QLatin1String("frmLogin"))
+        return m_frm.connection().login() != nullptr;
     return false;
 }
 

@@ -5,6 +5,8 @@
 
 #include "wire/LiveTyping.h"
 
+#include "access/Encryption.h"
+
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
 #include "platform/Prompter.h"
@@ -91,10 +93,8 @@ void LiveTyping::firstTyping()
 {
     FrmMain& f = m_frm;
     const bool connected = f.winsock(0).State() == Winsock::sckConnected;
-    if (connected && !f.sessionKey.isEmpty() && f.encryptOn && !keySent) {
-        f.sendRaw(QStringLiteral("tt:=") + f.sessionKey + QStringLiteral("=:tt"));
-        keySent = true;
-    }
+    if (connected)
+        f.encryption().sendFirstKey(keySent);
     if (f.txtServer.length() == 0 && connected) {
         sentSetting();
         if (sendSpeakerSetting)
