@@ -79,6 +79,7 @@ void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)
     if (text.isEmpty())
         return;
     f.txtClient(0).setEnabled(true);
+    m_keyPosition = 0;
 
     // At most min(Overflow + 1, 100) passes; what is left after them is lost.
     int pass = 0;

@@ -118,7 +118,8 @@ private:
 
     FrmMain& m_frm;
     BoardState m_board;
-    // Positions keep their previous value when a frame carries no number.
+    // The position of the last typed character frame of this arrival; a
+    // frame that carries no number leaves it as it was.
     int m_keyPosition = 0;
 };
 
