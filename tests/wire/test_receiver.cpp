@@ -400,3 +400,26 @@ TEST(ReceiveTwoCopies, RepairBetweenTwoCopiesRestoresThePane)
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(Receive, VersionFrameIsCheckedOnlyWhenAskedFor)
+{
+    copy.set("Version Check", "0");
+    arrive("!ver. Vonnel 2.0.0 ver!<Paste> a</Paste>");
+    EXPECT_EQ(pane(), "a");
+    EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
+
+    copy.set("Version Check", "1");
+    arrive("!ver. " + f().VersionString + " ver!<Paste> b</Paste>");
+    EXPECT_EQ(pane(), "ab");
+    EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
+    EXPECT_TRUE(f().IsConnected());
+
+    arrive("!ver. Vonnel 2.0.0 ver!");
+    EXPECT_TRUE(copy.prompter().asked("Version Conflict"));
+    EXPECT_TRUE(copy.prompter().asked("Remote user's version - Vonnel 2.0.0"));
+    EXPECT_FALSE(f().IsConnected()) << "a conflicting version ends the session";
+}
+
+}  // namespace
