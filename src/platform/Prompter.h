@@ -39,6 +39,9 @@ struct FileRequest {
     QString filter;        // "Text (*.txt)|*.txt|All (*.*)|*.*" or Qt form
     QString proposedName;  // bare name, or empty
     QString folder;
+    // Out: the 1-based index of the filter the user left selected (1 when
+    // the dialog doesn't say). Optional.
+    int* filterIndex = nullptr;
 };
 
 class Prompter {

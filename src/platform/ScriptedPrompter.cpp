@@ -1,5 +1,7 @@
 #include "platform/ScriptedPrompter.h"
 
+#include <QRegularExpression>
+
 #include <QFile>
 
 namespace vonnel {
@@ -88,9 +90,20 @@ QString ScriptedPrompter::file(const FileRequest& request)
 {
     const QString scripted = nextAnswer();
     const QString text = request.proposedName.isEmpty() ? request.filter : request.proposedName;
+    if (request.filterIndex)
+        *request.filterIndex = 1;
     if (scripted.startsWith(QLatin1String("file:"))) {
         record(QStringLiteral("file"), request.title, text, scripted);
         return scripted.mid(5);
+    }
+    // "file<n>:path" answers with the n-th filter selected.
+    static const QRegularExpression withFilter(QStringLiteral("^file(\\d+):"));
+    const QRegularExpressionMatch m = withFilter.match(scripted);
+    if (m.hasMatch()) {
+        if (request.filterIndex)
+            *request.filterIndex = m.captured(1).toInt();
+        record(QStringLiteral("file"), request.title, text, scripted);
+        return scripted.mid(m.capturedLength(0));
     }
     record(QStringLiteral("file"), request.title, text, QStringLiteral("cancel"));
     return QString();

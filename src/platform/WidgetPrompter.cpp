@@ -86,7 +86,14 @@ QString WidgetPrompter::file(const FileRequest& request)
         QString start = request.folder;
         if (!request.proposedName.isEmpty())
             start = (start.isEmpty() ? QString() : start + QLatin1Char('/')) + request.proposedName;
-        return QFileDialog::getSaveFileName(m_parent, request.title, start, filter);
+        QString chosen;
+        const QString name =
+            QFileDialog::getSaveFileName(m_parent, request.title, start, filter, &chosen);
+        if (request.filterIndex) {
+            const qsizetype i = filter.split(QStringLiteral(";;")).indexOf(chosen);
+            *request.filterIndex = i < 0 ? 1 : int(i) + 1;
+        }
+        return name;
     }
     return QFileDialog::getOpenFileName(m_parent, request.title, request.folder, filter);
 }

@@ -1,9 +1,131 @@
 #include "shell/SessionRecords.h"
 
+#include "core/IniStore.h"
+#include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHostInfo>
 
 namespace vonnel {
 
-SessionRecords::SessionRecords(FrmMain& frm) : QObject(&frm), m_frm(frm) {}
+namespace {
+
+const QString kCrLf = QStringLiteral("\r\n");
+const QString kStars = QStringLiteral("*") + QString(15, QLatin1Char('=')) + QStringLiteral("*");
+
+QString timeText(const QTime& t)
+{
+    return t.isValid() ? t.toString(QStringLiteral("h:mm:ss AP")) : QString();
+}
+
+}  // namespace
+
+SessionRecords::SessionRecords(FrmMain& frm) : QObject(&frm), m_frm(frm)
+{
+    connect(&frm, &FrmMain::sessionEnded, this, &SessionRecords::SmartSave);
+}
+
+QString SessionRecords::headerLine() const
+{
+    return QStringLiteral("Vonnel Free ") +
+           m_frm.clock().today().toString(QStringLiteral("M/d/yyyy")) + QLatin1Char(' ') +
+           timeText(m_frm.SessionStartTime) + QStringLiteral(" - ") +
+           timeText(m_frm.SessionEndTime);
+}
+
+QString SessionRecords::messageFormat() const
+{
+    return headerLine() + kCrLf + kCrLf + m_frm.txtTextMsg.text();
+}
+
+QString SessionRecords::chatFormat() const
+{
+    FrmMain& f = m_frm;
+    const QString localName = QHostInfo::localHostName();
+    return headerLine() + kCrLf + kStars + QLatin1Char(' ') + localName + QLatin1Char(' ') +
+           kStars + kCrLf + localName.toUpper() + QStringLiteral(": ") + f.txtServer.text() +
+           kCrLf + kCrLf + kStars + kCrLf + f.txtClient().text();
+}
+
+QString SessionRecords::smartSavePath() const
+{
+    QString folder = m_frm.setting(QStringLiteral("SmartSave Folder")).trimmed();
+    if (folder.isEmpty())
+        folder = m_frm.AppPath();
+    // An application folder that already ends in a separator gives a
+    // doubled one; that is harmless.
+    return folder + QLatin1Char('/') +
+           m_frm.clock().now().toString(QStringLiteral("MMddhhmm")) + QStringLiteral(".txt");
+}
+
+bool SessionRecords::writeRecord(const QString& path, const QString& text, QString* error) const
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        *error = file.errorString();
+        return false;
+    }
+    const QByteArray bytes = toCp1252(text);
+    if (file.write(bytes) != bytes.size()) {
+        *error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+void SessionRecords::SmartSave()
+{
+    FrmMain& f = m_frm;
+    const int count = f.settingInt(QStringLiteral("Connection Count")) + 1;
+    f.writeSetting(QStringLiteral("Connection Count"), QString::number(count));
+    if (f.settingFlag(QStringLiteral("No SmartSave")))
+        return;
+    QString error;
+    if (!writeRecord(smartSavePath(), messageFormat(), &error)) {
+        f.prompter().msgBox(QStringLiteral("Save Chat Session Error: ") + error,
+                            MsgStyle::Exclamation);
+        Q_EMIT f.closeOpenFiles();
+    }
+}
+
+void SessionRecords::mnuSave_Click()
+{
+    FrmMain& f = m_frm;
+    int filterIndex = 1;
+    FileRequest request;
+    request.save = true;
+    request.title = f.translate(QStringLiteral("Save As"), QStringLiteral("Save As"));
+    request.filter = QStringLiteral(
+        "All Files (*.*)|*.*|Message Format (*.txt)|*.txt|Chat Format (*.txt)|*.txt");
+    request.filterIndex = &filterIndex;
+    QString path = f.prompter().file(request);
+    if (path.isEmpty())
+        return;
+    if (filterIndex == 2 && QFileInfo(path).suffix().isEmpty())
+        path += QStringLiteral(".txt");
+    if (QFileInfo::exists(path)) {
+        const Answer a = f.prompter().msgBox(
+            path + QLatin1Char(' ') + f.translate(QStringLiteral("is already exist.")) +
+                f.translate(QStringLiteral("Do you want to overwrite it?")),
+            MsgStyle::YesNo | MsgStyle::Question);
+        if (a == Answer::No)
+            return;
+    }
+    QString text;
+    if (filterIndex == 2)
+        text = messageFormat();
+    else if (filterIndex == 3)
+        text = chatFormat();
+    else
+        return;  // All Files writes nothing
+    QString error;
+    if (!writeRecord(path, text, &error)) {
+        f.prompter().msgBox(QStringLiteral("Save Chat Record Error: ") + error,
+                            MsgStyle::Exclamation);
+        Q_EMIT f.closeOpenFiles();
+    }
+}
 
 }  // namespace vonnel

@@ -2,6 +2,7 @@
 // Session records: the text of a session saved at its end and by hand.
 
 #include <QObject>
+#include <QString>
 
 namespace vonnel {
 
@@ -12,7 +13,23 @@ class SessionRecords : public QObject {
 public:
     explicit SessionRecords(FrmMain& frm);
 
+    // Runs when a session ends: counts it and, unless saving is off, writes
+    // the message form into the SmartSave folder as "mmddhhmm.txt".
+    void SmartSave();
+    // Save As: the message form (filter 2) or the chat form (filter 3).
+    void mnuSave_Click();
+
+    // The header line, without its line end.
+    QString headerLine() const;
+    // The two forms of a record, as written.
+    QString messageFormat() const;
+    QString chatFormat() const;
+    // Where SmartSave writes now.
+    QString smartSavePath() const;
+
 private:
+    bool writeRecord(const QString& path, const QString& text, QString* error) const;
+
     FrmMain& m_frm;
 };
 

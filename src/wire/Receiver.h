@@ -1,7 +1,17 @@
 #pragma once
-// The receive entry: every arrival is taken apart in passes and each message handed to its handler.
+// The receive entry: every arrival is taken apart in passes and each message
+// handed to its handler. The order of the tests is part of the protocol.
+//
+// Features that are not part of the live text (file transfer, board, rings,
+// speech, links, the format exchange) are reached through the hooks and
+// signals below; where nobody listens their messages are still consumed
+// exactly as the full handler would consume them.
 
+#include <QByteArray>
 #include <QObject>
+#include <QString>
+#include <QStringList>
+#include <functional>
 
 namespace vonnel {
 
@@ -12,8 +22,105 @@ class Receiver : public QObject {
 public:
     explicit Receiver(FrmMain& frm);
 
+    // The socket's receive event: takes the bytes off the socket and hands
+    // them to handleArrival.
+    void Winsock_DataArrival(int index, qint64 bytesTotal);
+    // Everything the receive event does once the bytes are read: the status
+    // panels, the dispatch passes, the clean-up. Returns at once for an
+    // index above 0 or while the copy unloads.
+    void handleArrival(int index, QByteArray bytes, qint64 bytesTotal = -1);
+
+    // Handles the "^" code at the start of data and returns what remains.
+    QString cControlCheck(QString& data);
+    // Adds text at the end of the remote pane and refreshes the lengths panel.
+    void cFinishCheck(const QString& text);
+    // Board messages: consumes them in the board's order of tests and
+    // reports each through boardMessage.
+    QString cDrawcheck(QString& data);
+
+    // File messages and data frames ("%%..." and "<*> "). Takes the rest of
+    // the arrival and the arrival's bytes, returns what the loop goes on
+    // with. The transfer subsystem installs its dispatcher here; until then
+    // the default only consumes, message by message, what the dispatcher
+    // would take off the text (see consumeFileMessage).
+    std::function<QString(QString& data, QByteArray& bytes)> cSendFileCheck;
+    // What the default above does: the rest after one file message, data
+    // unchanged when the message is not one of the twelve.
+    static QString consumeFileMessage(const QString& data);
+
+    // Whether the typing side has already sent its key frame this session
+    // (the answer to "^reFresh" sends the key only while it has not). The
+    // typing subsystem installs it; the default says no.
+    std::function<bool()> keySent;
+
+    // The self-repair: counts the request and asks the peer for a resend.
+    void repair();
+    bool repairMayRun() const;
+
+    // Repairs asked for since the program started; nothing resets it.
+    int repairCount = 0;
+    // Text cleared from the remote pane in this session.
+    QString remoteHistory;
+    // The ring file being fetched from the peer; "n/a" when none.
+    QString ringWanted = QStringLiteral("n/a");
+    // The answer to the last "^reFresh" has gone out.
+    bool refreshAnswered = false;
+
+    // The remote board's drawing parameters, kept between messages.
+    struct BoardState {
+        QString foreColor, backColor;
+        int startX = 0, startY = 0, endX = 0, endY = 0, thickness = 0;
+        QString fontName;
+        int fontSize = 0;
+        bool bold = false, italic = false, underline = false, strikethrough = false;
+    };
+    const BoardState& board() const { return m_board; }
+
+Q_SIGNALS:
+    // "^ff" ... "^>": the format message, through its closing marker.
+    void formatReceived(const QString& format);
+    // The "^reFresh" answer has reached the step where the format and the
+    // speech settings go out.
+    void refreshAnswerNeedsSettings();
+    // "^g" name "^G^": a ring from the peer.
+    void ringReceived(const QString& name);
+    // "^rW": the peer lacks the ring file.
+    void ringFileRequested();
+    // "^s>" size name: the peer is about to send ringWanted with this size.
+    void ringFileAnnounced(const QString& name, qint64 size);
+    // "<URL> ": an address the peer saw, deciphered.
+    void webCheck(const QString& address);
+    // "<SPKSET> ": the peer's speech settings.
+    void speakerSettingReceived(const QString& fields);
+    // "<SPK> ": a line to speak, deciphered.
+    void speakReceived(const QString& line);
+    // A board message, by its head ("&&fc", "&&st", ...), with its fields
+    // (points as "x,y"; a chat line or label already deciphered).
+    void boardMessage(const QString& head, const QStringList& fields);
+    // A version conflict was shown: the update page is to be offered.
+    void updateRequested();
+    // A named sound is to be played ("Ring2" when the peer shuts down).
+    void playRing(const QString& key);
+    // The peer's key frame was taken in.
+    void remoteKeyTaken(const QString& key);
+
 private:
+    // One dispatch pass. Returns false when the passes are to end at once.
+    bool runPass(int index, QString& text, QByteArray& bytes);
+    bool takeRemoteKey(QString& text);
+    void takeRecordLine(const QString& line);
+    QString decipher(const QString& inner) const;
+    void answerRefresh();
+    void remoteShutDown();
+    void refreshLengths();
+    void boardError(const QString& data);
+    QString remoteName() const;
+
     FrmMain& m_frm;
+    BoardState m_board;
+    // The position of the last typed character frame of this arrival; a
+    // frame that carries no number leaves it as it was.
+    int m_keyPosition = 0;
 };
 
 }  // namespace vonnel

@@ -1,0 +1,425 @@
+// The receive path: one arrival in, the remote pane and the bytes written
+// back out. Arrivals go through handleArrival on a copy that holds a raw
+// peer as its session, so whatever the copy answers can be read off it.
+
+#include "access/CipherText.h"
+#include "core/IniStore.h"
+#include "support/Session.h"
+#include "wire/Receiver.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+// Records each emission of a signal as the list of its arguments.
+struct Spy {
+    QList<QVariantList> calls;
+    template <typename Obj, typename... Args>
+    Spy(Obj* obj, void (Obj::*sig)(Args...))
+    {
+        QObject::connect(obj, sig, [this](Args... args) {
+            calls.append(QVariantList{QVariant::fromValue(std::decay_t<Args>(args))...});
+        });
+    }
+    int count() const { return int(calls.size()); }
+    const QVariantList& operator[](int i) const { return calls.at(i); }
+};
+
+class Receive : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(copy.start());
+        acceptRawPeer(copy, peer);
+        ASSERT_TRUE(f().IsConnected());
+        f().selfRepair = false;
+        f().acceptIncompatible = false;
+        f().overflowLimit = 50;
+        readFor(peer, 50);
+    }
+    FrmMain& f() { return copy.frm(); }
+    Receiver& r() { return f().receiver(); }
+    void arrive(const QString& text) { r().handleArrival(0, toCp1252(text)); }
+    QString pane() { return f().txtClient(0).text(); }
+
+    TestCopy copy;
+    QTcpSocket peer;
+};
+
+struct PaneCase {
+    const char* name;
+    QString before;
+    QString arrival;
+    QString after;
+    bool repair = false;
+    bool acceptIncompatible = false;
+    int overflow = 50;
+};
+
+TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
+{
+    const QList<PaneCase> cases = {
+        {"two keys in one arrival", "", "<KEY> a <:KEY>1</KEY><KEY> b <:KEY>2</KEY>", "ab"},
+        {"key fits an empty pane", "", "<KEY> a <:KEY>1</KEY>", "a"},
+        {"key at the wrong place is dropped", "abc", "<KEY> x <:KEY>3</KEY>", "abc"},
+        {"key with no number keeps the last one", "", "<KEY> a <:KEY>1</KEY><KEY> b <:KEY></KEY>", "a"},
+        {"deletion cuts back", "abc", "^BK1#BK", "a"},
+        {"deletion to a longer length, repair off", "abc", "^BK3#BK", "abc"},
+        {"deletion on an empty pane", "", "^BK0#BK", "", true},
+        {"space fills up with blanks", "ab", "^SPC5#SPC", "ab   "},
+        {"return fills up two at a time", "ab", "^RETURN5#RETURN", "ab\r\n\r\n"},
+        {"return at the same length", "ab", "^RETURN2#RETURN", "ab"},
+        {"a long pane is not cut by a space", "0123456789", "^SPC3#SPC", "0123456789"},
+        {"clear then fill in one run", "xyz", "^Clr^RETURN5#RETURN", "\r\n\r\n\r\n"},
+        {"old line break code", "a", "^Cr", "a\r\n"},
+        {"a run of tabs", "", "^TAB^TAB^TAB", "\t\t\t"},
+        {"paste has no position", "abc", "<Paste> hi</Paste>", "abchi"},
+        {"escaped percent", "", "%%%", "%%"},
+        {"escaped percent, lone rest shown", "", "%%%", "%%%", false, true},
+        {"escaped ampersand", "", "&&&", "&&"},
+        {"escaped caret", "", "^^", "^"},
+        {"one character, not accepted", "", "x", ""},
+        {"one character, accepted", "", "x", "x", false, true},
+        {"a lone caret, accepted", "", "^", "^", false, true},
+        {"unknown code stalls the rest", "", "^Q<Paste> a</Paste>", ""},
+        {"unknown text is dropped", "", "hello there", ""},
+        {"shut-down followed by text is not one", "", "^SD<Paste> a</Paste>", ""},
+        {"control code then paste", "", "^TAB<Paste> x</Paste>", "\tx"},
+        {"overflow of 1 gives two passes",
+         "", "<KEY> a <:KEY>1</KEY><KEY> b <:KEY>2</KEY><KEY> c <:KEY>3</KEY>", "ab", false, false, 1},
+        {"paste with its end lost", "", "<Paste> abc", ""},
+        {"file message is consumed", "", "%%Pause Sending%%<Paste> a</Paste>", "a"},
+        {"acknowledgement is consumed", "", "%%Data Received-2000%%<Paste> b</Paste>", "b"},
+        {"a data frame takes the whole read", "", "<*> xx </*><Paste> c</Paste>", ""},
+        {"board messages are consumed", "", "&&fc255$&&lt3$<Paste> d</Paste>", "d"},
+        {"board strokes are consumed", "", "&&st1,2$3,4$%&&et5,6$%<Paste> e</Paste>", "e"},
+        {"ring is consumed", "", "^gbell.wav^G^<Paste> f</Paste>", "f"},
+    };
+    for (const PaneCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        f().txtClient(0).setText(c.before);
+        f().selfRepair = c.repair;
+        f().acceptIncompatible = c.acceptIncompatible;
+        f().overflowLimit = c.overflow;
+        arrive(c.arrival);
+        EXPECT_EQ(pane(), c.after);
+        EXPECT_TRUE(f().IsConnected());
+    }
+    EXPECT_TRUE(readFor(peer, 100).isEmpty()) << "none of these asks the peer for anything";
+}
+
+TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
+{
+    f().txtClient(0).setText("first");
+    arrive("^Clr");
+    f().txtClient(0).setText("second");
+    arrive("^Clr");
+    EXPECT_EQ(pane(), "");
+    EXPECT_EQ(r().remoteHistory, "\r\nfirst\r\nsecond");
+}
+
+TEST_F(Receive, RepairAsksForAResendAndDropsTheRest)
+{
+    f().selfRepair = true;
+    f().repairCountLimit = 50;
+    const int before = r().repairCount;
+    f().txtClient(0).setText("abc");
+    arrive("^BK3#BK<Paste> zz</Paste>");
+    EXPECT_EQ(pane(), "abc");
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    EXPECT_EQ(r().repairCount, before + 1);
+
+    // A lagging space asks too; a return keeps the rest of the arrival.
+    f().txtClient(0).setText("a");
+    arrive("^SPC3#SPC<Paste> zz</Paste>");
+    EXPECT_EQ(pane(), "a");
+    arrive("^RETURN3#RETURN<Paste> zz</Paste>");
+    EXPECT_EQ(pane(), "azz");
+    EXPECT_EQ(readAtLeast(peer, 16), "^reFresh^reFresh");
+    EXPECT_EQ(r().repairCount, before + 3);
+}
+
+TEST_F(Receive, RepairStopsOnceTheCountIsUsedUp)
+{
+    f().selfRepair = true;
+    f().repairCountLimit = 1;
+    r().repairCount = 2;  // above the limit: as if repair were off
+    f().txtClient(0).setText("ab");
+    arrive("^SPC5#SPC");
+    EXPECT_EQ(pane(), "ab   ");
+    EXPECT_TRUE(readFor(peer, 100).isEmpty());
+    r().repairCount = 1;  // at the limit it may still run
+    arrive("^SPC9#SPC");
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+}
+
+TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
+{
+    Spy settings(&r(), &Receiver::refreshAnswerNeedsSettings);
+    f().txtServer.setText("hello world");
+    arrive("^reFresh");
+    EXPECT_EQ(readAtLeast(peer, 31), "^Clr<Paste> hello world</Paste>");
+    EXPECT_EQ(settings.count(), 1);
+    EXPECT_TRUE(r().refreshAnswered);
+
+    // Under encryption the key goes first, and the text is enciphered.
+    f().encryptOn = true;
+    f().sessionKey = "03:25 PM";
+    arrive("^reFresh");
+    const QByteArray cipher = genEPass("hello world", "03:25 PM");
+    EXPECT_EQ(readAtLeast(peer, 16 + 4 + 16 + cipher.size()),
+              "tt:=03:25 PM=:tt^Clr<Paste> " + cipher + "</Paste>");
+    // Once the typing side sent its key, it is not sent again.
+    r().keySent = [] { return true; };
+    arrive("^reFresh");
+    EXPECT_EQ(readAtLeast(peer, 20 + cipher.size()), "^Clr<Paste> " + cipher + "</Paste>");
+}
+
+TEST_F(Receive, TheFirstKeyFrameIsTakenAndALaterOneStalls)
+{
+    Spy keys(&r(), &Receiver::remoteKeyTaken);
+    const QString key = "03:25 PM";
+    const QString hi = fromCp1252(genEPass("hi", toCp1252(key)));
+    arrive("tt:=" + key + "=:tt<Paste> " + hi + "</Paste>");
+    EXPECT_TRUE(f().remoteEncrypted);
+    EXPECT_EQ(f().remoteKey, key);
+    EXPECT_EQ(f().stStatusbar.text(9), "E");
+    EXPECT_EQ(pane(), "hi");
+
+    arrive("tt:=01:00 AM=:tt<Paste> " + hi + "</Paste>");
+    EXPECT_EQ(f().remoteKey, key);
+    EXPECT_EQ(pane(), "hi") << "what follows a second key frame is lost";
+    EXPECT_EQ(keys.count(), 1);
+
+    // Later arrivals are not touched; typed characters are deciphered too.
+    const QString c = fromCp1252(genEPass("!", toCp1252(key)));
+    arrive("<KEY> " + c + " <:KEY>3</KEY>");
+    EXPECT_EQ(pane(), "hi!");
+}
+
+TEST_F(Receive, RecordLinesCarryNameAndTime)
+{
+    f().PeerHostName = "buddy";
+    arrive("<MSG> hello there </MSG>");
+    arrive("<MSG> no end");
+    const QStringList lines = f().txtTextMsg.text().split("\r\n");
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_TRUE(lines[0].startsWith("BUDDY ")) << lines[0].toStdString();
+    EXPECT_TRUE(lines[0].endsWith(": hello there"));
+    EXPECT_TRUE(lines[1].startsWith("BUDDY "));
+    EXPECT_TRUE(lines[1].endsWith(": ")) << "the line is empty, the record line is still there";
+}
+
+TEST_F(Receive, FeatureMessagesReachTheirSignals)
+{
+    Spy rings(&r(), &Receiver::ringReceived);
+    Spy format(&r(), &Receiver::formatReceived);
+    Spy urls(&r(), &Receiver::webCheck);
+    Spy speak(&r(), &Receiver::speakReceived);
+    Spy spkset(&r(), &Receiver::speakerSettingReceived);
+    Spy fetch(&r(), &Receiver::ringFileRequested);
+    Spy board(&r(), &Receiver::boardMessage);
+
+    arrive("^gbell.wav^G^^rW");
+    ASSERT_EQ(rings.count(), 1);
+    EXPECT_EQ(rings[0][0].toString(), "bell.wav");
+    EXPECT_EQ(fetch.count(), 1);
+
+    const QString fmt = "^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>";
+    f().txtClient(0).setText("ab");
+    arrive(fmt + "^SPC3#SPC");
+    ASSERT_EQ(format.count(), 1);
+    EXPECT_EQ(format[0][0].toString(), fmt);
+    EXPECT_EQ(pane(), "ab ");
+
+    arrive("<URL> www.example.com </URL><SPKSET> 1$2 </SPKSET><SPK> say this </SPK>");
+    ASSERT_EQ(urls.count(), 1);
+    EXPECT_EQ(urls[0][0].toString(), "www.example.com");
+    ASSERT_EQ(spkset.count(), 1);
+    EXPECT_EQ(spkset[0][0].toString(), "1$2");
+    ASSERT_EQ(speak.count(), 1);
+    EXPECT_EQ(speak[0][0].toString(), "say this");
+
+    arrive("&&font Arial$10.5$True$False$False$True$&&sp3,4$&&ep-5,6$&&<#> hi there <#>&&");
+    EXPECT_EQ(r().board().fontName, " Arial");
+    EXPECT_EQ(r().board().fontSize, 10);
+    EXPECT_TRUE(r().board().bold);
+    EXPECT_TRUE(r().board().strikethrough);
+    EXPECT_EQ(r().board().startX, 3);
+    EXPECT_EQ(r().board().endX, -5);
+    EXPECT_EQ(r().board().endY, 6);
+    ASSERT_EQ(board.count(), 4);
+    EXPECT_EQ(board[3][0].toString(), "&&<#> ");
+    EXPECT_EQ(board[3][1].toStringList(), QStringList{"hi there"});
+}
+
+TEST_F(Receive, BoardRequestCountsOnlyWhenItIsTheWholeRead)
+{
+    Spy board(&r(), &Receiver::boardMessage);
+    arrive("&& Scrivet Request &&<Paste> a</Paste>");
+    EXPECT_EQ(board.count(), 0);
+    arrive("&& Scrivet Request &&");
+    ASSERT_EQ(board.count(), 1);
+    EXPECT_EQ(board[0][0].toString(), "&& Scrivet Request &&");
+    // A chat line with no end fails its cut: the error is shown, the rest lost.
+    arrive("&&<#> no end<Paste> a</Paste>");
+    EXPECT_TRUE(copy.prompter().asked("DrawCheck Protocol Error"));
+    EXPECT_EQ(pane(), "");
+}
+
+TEST_F(Receive, FileMessagesGoToTheInstalledDispatcher)
+{
+    QStringList seen;
+    QByteArray seenBytes;
+    r().cSendFileCheck = [&](QString& data, QByteArray& bytes) {
+        seen << data;
+        seenBytes = bytes;
+        return Receiver::consumeFileMessage(data);
+    };
+    arrive("<Paste> a</Paste>%%FS Request Rejected%%<*> \x01\x02 </*>");
+    ASSERT_EQ(seen.size(), 2);
+    EXPECT_EQ(seen[0], QString("%%FS Request Rejected%%<*> \x01\x02 </*>"));
+    EXPECT_EQ(seen[1], QString("<*> \x01\x02 </*>"));
+    EXPECT_EQ(seenBytes.size(), 51) << "the bytes of the whole read go along";
+    EXPECT_EQ(pane(), "a");
+}
+
+TEST_F(Receive, DefaultFileConsumption)
+{
+    const QList<QPair<QString, QString>> cases = {
+        {"%%File Sending Request%%C:\\a.txt>4100*fs*rest", "rest"},
+        {"%%File Sending Request%%no end", "ile Sending Request%%no end"},
+        {"%%FS Request OK%%C:\\a.txt*fs*rest", "rest"},
+        {"%%FS Request Rejected%%rest", "rest"},
+        {"%%Sending Cancel%%rest", ""},
+        {"%%Continue Sending File%%rest", "rest"},
+        {"%%Continue Receiving File%%rest", "rest"},
+        {"%%Data Received-1.000038E+07%%rest", "rest"},
+        {"%%Data Received-", ""},
+        {"%%Open Pause Window%%rest", "rest"},
+        {"%%Unload%%rest", "rest"},
+        {"%%Error%%rest", ""},
+        {"%%Unknown%%rest", "%%Unknown%%rest"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Receiver::consumeFileMessage(c.first), c.second) << c.first.toStdString();
+}
+
+TEST_F(Receive, NoArrivalGrowsThePaneWithoutBound)
+{
+    f().txtClient(0).setText("ab");
+    arrive("^SPC2147483647#SPC");
+    EXPECT_LE(pane().size(), 1 << 20);
+    EXPECT_GT(pane().size(), 2);
+    f().txtClient(0).clear();
+    arrive("^RETURN99999999999#RETURN");  // beyond 32 bits: not a number
+    EXPECT_EQ(pane(), "");
+    arrive("^RETURN2147483647#RETURN");
+    EXPECT_LE(pane().size(), (1 << 20) + 1);
+}
+
+TEST_F(Receive, HostileArrivalsLeaveTheCopyAnswering)
+{
+    // 20,000 space frames in one arrival: the passes are bounded.
+    QString spaces;
+    for (int i = 0; i < 20000; ++i)
+        spaces += "^SPC1#SPC";
+    QElapsedTimer t;
+    t.start();
+    arrive(spaces);
+    EXPECT_LT(t.elapsed(), 3000);
+    EXPECT_EQ(pane(), " ");
+
+    // A megabyte of noise, through the socket.
+    QByteArray noise(1 << 20, '\0');
+    QRandomGenerator gen(42);
+    for (char& c : noise)
+        c = char(gen.bounded(256));
+    copy.prompter().clearRecords();
+    t.restart();
+    peer.write(noise);
+    peer.flush();
+    pump(1500);
+    EXPECT_LT(t.elapsed(), 20000);
+    ASSERT_TRUE(f().IsConnected());
+    EXPECT_LE(f().txtClient(0).length(), 1 << 21);
+
+    // Still answering.
+    readFor(peer, 50);
+    f().txtServer.setText("alive");
+    f().encryptOn = false;
+    peer.write("^reFresh");
+    EXPECT_TRUE(readAtLeast(peer, 25).endsWith("^Clr<Paste> alive</Paste>"));
+}
+
+TEST_F(Receive, ArrivalsThroughTheSocketReachThePane)
+{
+    f().RemoteResponded = false;
+    peer.write("<KEY> a <:KEY>1</KEY>");
+    ASSERT_TRUE(waitUntil([&] { return pane() == "a"; }));
+    EXPECT_TRUE(f().RemoteResponded);
+    EXPECT_EQ(f().stStatusbar.text(3), "0 - 1");
+    EXPECT_EQ(f().stStatusbar.panel(1).picture, StatePicture::picReady);
+    EXPECT_EQ(f().arrivedLength, 21);
+}
+
+// A frame lost on the way is healed: the receiver asks for a resend and
+// the answer rebuilds its pane.
+TEST_F(Receive, ADroppedFrameIsHealedByTheRepair)
+{
+    f().selfRepair = true;
+    f().repairCountLimit = 50;
+    peer.write("<KEY> a <:KEY>1</KEY>");
+    ASSERT_TRUE(waitUntil([&] { return pane() == "a"; }));
+    // "<KEY> b <:KEY>2</KEY>" is lost; the space tells the pane is behind.
+    peer.write("^SPC3#SPC");
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    peer.write("^Clr<Paste> ab </Paste>");
+    ASSERT_TRUE(waitUntil([&] { return pane() == "ab "; }));
+    EXPECT_EQ(r().remoteHistory, "\r\na");
+}
+
+TEST(ReceiveTwoCopies, RepairBetweenTwoCopiesRestoresThePane)
+{
+    TestCopy a, b;
+    ASSERT_TRUE(a.start());
+    ASSERT_TRUE(b.start());
+    ASSERT_TRUE(connectCopies(a, b));
+    b.frm().selfRepair = true;
+    b.frm().repairCountLimit = 50;
+    a.frm().txtServer.setText("hello world");
+    b.frm().txtClient(0).setText("hel");  // the rest of the word got lost
+    a.frm().xSendData("^SPC6#SPC");
+    EXPECT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text() == "hello world"; }))
+        << b.frm().txtClient(0).text().toStdString();
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(Receive, VersionFrameIsCheckedOnlyWhenAskedFor)
+{
+    copy.set("Version Check", "0");
+    arrive("!ver. Vonnel 2.0.0 ver!<Paste> a</Paste>");
+    EXPECT_EQ(pane(), "a");
+    EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
+
+    copy.set("Version Check", "1");
+    arrive("!ver. " + f().VersionString + " ver!<Paste> b</Paste>");
+    EXPECT_EQ(pane(), "ab");
+    EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
+    EXPECT_TRUE(f().IsConnected());
+
+    arrive("!ver. Vonnel 2.0.0 ver!");
+    EXPECT_TRUE(copy.prompter().asked("Version Conflict"));
+    EXPECT_TRUE(copy.prompter().asked("Remote user's version - Vonnel 2.0.0"));
+    EXPECT_FALSE(f().IsConnected()) << "a conflicting version ends the session";
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+// Session records: the remote shut-down ends the session on this side and
+// leaves its record; the Save As forms.
+
+#include "core/IniStore.h"
+#include "shell/SessionRecords.h"
+#include "support/Session.h"
+#include "wire/Receiver.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+QString readText(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    return fromCp1252(file.readAll());
+}
+
+QStringList records(const QString& folder)
+{
+    QStringList out;
+    for (const QString& n : QDir(folder).entryList({"*.txt"}, QDir::Files))
+        if (QRegularExpression("^\\d{8}\\.txt$").match(n).hasMatch())
+            out << n;
+    return out;
+}
+
+TEST(SessionRecord, PeerShutDownEndsTheSessionAndWritesTheRecord)
+{
+    TestCopy copy(0, {{"SmartSave Folder", ""}, {"No SmartSave", "0"}, {"Connection Count", "4"}});
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    FrmMain& f = copy.frm();
+    ASSERT_TRUE(f.IsConnected());
+    f.PeerHostName = "buddy";
+
+    peer.write("<MSG> first line </MSG>");
+    ASSERT_TRUE(waitUntil([&] { return f.txtTextMsg.text().contains("first line"); }));
+    peer.write("<MSG> second line </MSG>");
+    ASSERT_TRUE(waitUntil([&] { return f.txtTextMsg.text().contains("second line"); }));
+    const QDateTime before = QDateTime::currentDateTime();
+    peer.write("^SD");
+    ASSERT_TRUE(waitUntil([&] { return !f.IsConnected(); }));
+    const QDateTime after = QDateTime::currentDateTime();
+
+    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+    EXPECT_FALSE(f.RemoteResponded);
+    EXPECT_TRUE(f.txtClient(0).text().endsWith("\r\n[  Closed  ]"));
+    EXPECT_FALSE(f.txtClient(0).enabled());
+    EXPECT_TRUE(f.controls.enabled("mnuSave"));
+    EXPECT_TRUE(waitUntil([&] { return peer.state() != QAbstractSocket::ConnectedState; }));
+    EXPECT_EQ(copy.get("Connection Count"), "5");
+
+    const QStringList found = records(copy.appPath());
+    ASSERT_EQ(found.size(), 1);
+    const QStringList expected = {before.toString("MMddhhmm") + ".txt",
+                                  after.toString("MMddhhmm") + ".txt"};
+    EXPECT_TRUE(expected.contains(found[0])) << found[0].toStdString();
+    const QString text = readText(copy.file(found[0]));
+    EXPECT_TRUE(text.startsWith("Vonnel Free ")) << text.toStdString();
+    const QStringList lines = text.split("\r\n");
+    ASSERT_GE(lines.size(), 4);
+    EXPECT_EQ(lines[1], "");
+    EXPECT_TRUE(lines[2].startsWith("BUDDY ") && lines[2].endsWith(": first line"));
+    EXPECT_TRUE(lines[3].startsWith("BUDDY ") && lines[3].endsWith(": second line"));
+}
+
+TEST(SessionRecord, SmartSaveHonoursTheSwitchAndTheFolder)
+{
+    TestCopy copy(0, {{"No SmartSave", "1"}, {"Connection Count", "0"}});
+    ASSERT_TRUE(copy.start());
+    FrmMain& f = copy.frm();
+    f.txtTextMsg.setText("LINE\r\n");
+    f.records().SmartSave();
+    EXPECT_EQ(copy.get("Connection Count"), "1") << "counted even when saving is off";
+    EXPECT_TRUE(records(copy.appPath()).isEmpty());
+
+    QDir(copy.appPath()).mkdir("rec");
+    copy.set("No SmartSave", "0");
+    copy.set("SmartSave Folder", "  " + copy.appPath() + "rec  ");
+    f.records().SmartSave();
+    EXPECT_EQ(copy.get("Connection Count"), "2");
+    const QStringList found = records(copy.appPath() + "rec");
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_TRUE(readText(copy.appPath() + "rec/" + found[0]).endsWith("\r\n\r\nLINE\r\n"));
+
+    // A folder that can't be written loses only the record.
+    copy.set("SmartSave Folder", copy.appPath() + "missing/deeper");
+    f.records().SmartSave();
+    EXPECT_TRUE(copy.prompter().asked("Save Chat Session Error: "));
+}
+
+TEST(SessionRecord, SaveAsWritesTheChosenForm)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    FrmMain& f = copy.frm();
+    f.txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
+    f.txtServer.setText("local text");
+    f.txtClient(0).setText("remote text");
+
+    const QString msg = copy.appPath() + "msg";
+    copy.prompter().addAnswers({"file2:" + msg});
+    f.records().mnuSave_Click();
+    const QString m = readText(msg + ".txt");
+    EXPECT_TRUE(m.startsWith("Vonnel Free "));
+    EXPECT_TRUE(m.endsWith("\r\n\r\nME 1:00:00 PM: hi\r\n"));
+
+    const QString chat = copy.appPath() + "chat.txt";
+    copy.prompter().addAnswers({"file3:" + chat});
+    f.records().mnuSave_Click();
+    const QString c = readText(chat);
+    const QString stars = "*===============*";
+    EXPECT_EQ(c.count(stars), 3);
+    EXPECT_TRUE(c.contains("local text\r\n\r\n" + stars + "\r\nremote text"));
+
+    const QString all = copy.appPath() + "all.txt";
+    copy.prompter().addAnswers({"file1:" + all});
+    f.records().mnuSave_Click();
+    EXPECT_FALSE(QFile::exists(all));
+
+    // An existing file is kept when the user says No.
+    copy.prompter().addAnswers({"file2:" + msg + ".txt", "No"});
+    f.txtTextMsg.setText("changed");
+    f.records().mnuSave_Click();
+    EXPECT_TRUE(copy.prompter().asked("is already exist."));
+    EXPECT_EQ(readText(msg + ".txt"), m);
+}
+
+}  // namespace
