@@ -52,6 +52,9 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(this, &FrmMain::sessionEnded, this, [this] {
         typing().keySent = false;
     });
+    receiver().keySent = [this] { return typing().keySent; };
+    connect(&receiver(), &Receiver::formatReceived, &typing(), &LiveTyping::receiveFormat);
+    connect(&receiver(), &Receiver::refreshAnswerNeedsSettings, &typing(), &LiveTyping::sentSetting);
     typing().commands().connectToAddress = [this](const QString& host, const QString& port) {
         connection().connectTo(host, port);
     };

@@ -1,5 +1,7 @@
 #include "wire/Receiver.h"
 
+#include "access/Encryption.h"
+
 #include "access/CipherText.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
@@ -124,7 +126,7 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
     }
 
     if (text.startsWith(QLatin1String("tt:=")))
-        takeRemoteKey(text);
+        f.encryption().takeRemoteKey(text);
 
     f.txtClient(index).caretToEnd();
 
@@ -139,7 +141,7 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
         const QString inner = getBetween(text, QStringLiteral("<e#"), QStringLiteral("#e>"));
         text = stripThrough(text, QStringLiteral("#e>"));
         // Taken apart with the peer's key whatever the encryption state.
-        cFinishCheck(fromCp1252(getEPass(toCp1252(inner), toCp1252(f.remoteKey))));
+        cFinishCheck(f.encryption().decipherOld(inner));
     }
 
     if (text.startsWith(QLatin1String("<KEY> "))) {
@@ -374,8 +376,7 @@ void Receiver::repair()
 void Receiver::answerRefresh()
 {
     FrmMain& f = m_frm;
-    if (!f.sessionKey.isEmpty() && f.encryptOn && !keySent())
-        f.sendRaw(QStringLiteral("tt:=") + f.sessionKey + QStringLiteral("=:tt"));
+    f.encryption().sendKeyForRefresh(keySent());
     f.sendRaw(QStringLiteral("^Clr"));
     Q_EMIT refreshAnswerNeedsSettings();
     f.xSendData(QStringLiteral("<Paste> ") + f.txtServer.text() + QStringLiteral("</Paste>"));
@@ -419,27 +420,9 @@ void Receiver::remoteShutDown()
 
 // --- keys, records, deciphering ------------------------------------------------------
 
-bool Receiver::takeRemoteKey(QString& text)
-{
-    FrmMain& f = m_frm;
-    // The peer's key frame is taken once per session; a later one stays
-    // where it is and stalls the rest of the arrival.
-    if (f.remoteEncrypted)
-        return false;
-    const QString key = getBetween(text, QStringLiteral("tt:="), QStringLiteral("=:tt"));
-    f.remoteKey = key;
-    f.stStatusbar.setText(9, f.translate(QStringLiteral("E"), QStringLiteral("E")));
-    f.remoteEncrypted = true;
-    text = removeFirst(text, QStringLiteral("tt:=") + key + QStringLiteral("=:tt"));
-    Q_EMIT remoteKeyTaken(key);
-    return true;
-}
-
 QString Receiver::decipher(const QString& inner) const
 {
-    if (!m_frm.remoteEncrypted)
-        return inner;
-    return fromCp1252(getEPass(toCp1252(inner), toCp1252(m_frm.remoteKey)));
+    return m_frm.encryption().decipher(inner);
 }
 
 QString Receiver::remoteName() const

@@ -102,12 +102,10 @@ Q_SIGNALS:
     // A named sound is to be played ("Ring2" when the peer shuts down).
     void playRing(const QString& key);
     // The peer's key frame was taken in.
-    void remoteKeyTaken(const QString& key);
 
 private:
     // One dispatch pass. Returns false when the passes are to end at once.
     bool runPass(int index, QString& text, QByteArray& bytes);
-    bool takeRemoteKey(QString& text);
     void takeRecordLine(const QString& line);
     QString decipher(const QString& inner) const;
     void answerRefresh();

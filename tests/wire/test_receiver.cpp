@@ -40,6 +40,8 @@ protected:
         f().selfRepair = false;
         f().acceptIncompatible = false;
         f().overflowLimit = 50;
+        // The pane's look that the refresh answer sends has tests of its own.
+        QObject::disconnect(&r(), &Receiver::refreshAnswerNeedsSettings, nullptr, nullptr);
         readFor(peer, 50);
     }
     FrmMain& f() { return copy.frm(); }
@@ -158,6 +160,21 @@ TEST_F(Receive, RepairStopsOnceTheCountIsUsedUp)
     EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
 }
 
+TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    readFor(peer, 50);
+    copy.frm().txtServer.setText("hi");
+    copy.frm().receiver().handleArrival(0, "^reFresh");
+    QByteArray got;
+    waitUntil([&] { got += peer.readAll(); return got.endsWith("</Paste>"); });
+    EXPECT_TRUE(got.startsWith("^Clr^ff")) << got.constData();
+    EXPECT_TRUE(got.endsWith("^><Paste> hi</Paste>")) << got.constData();
+}
+
 TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
 {
     Spy settings(&r(), &Receiver::refreshAnswerNeedsSettings);
@@ -182,7 +199,6 @@ TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
 
 TEST_F(Receive, TheFirstKeyFrameIsTakenAndALaterOneStalls)
 {
-    Spy keys(&r(), &Receiver::remoteKeyTaken);
     const QString key = "03:25 PM";
     const QString hi = fromCp1252(genEPass("hi", toCp1252(key)));
     arrive("tt:=" + key + "=:tt<Paste> " + hi + "</Paste>");
@@ -194,7 +210,6 @@ TEST_F(Receive, TheFirstKeyFrameIsTakenAndALaterOneStalls)
     arrive("tt:=01:00 AM=:tt<Paste> " + hi + "</Paste>");
     EXPECT_EQ(f().remoteKey, key);
     EXPECT_EQ(pane(), "hi") << "what follows a second key frame is lost";
-    EXPECT_EQ(keys.count(), 1);
 
     // Later arrivals are not touched; typed characters are deciphered too.
     const QString c = fromCp1252(genEPass("!", toCp1252(key)));

@@ -1,0 +1,104 @@
+// Two copies joined over loopback: what one side types, the other shows.
+
+#include "support/Session.h"
+#include "wire/LiveTyping.h"
+#include "wire/Receiver.h"
+
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+class LiveText : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(a.start());
+        ASSERT_TRUE(b.start());
+        ASSERT_TRUE(connectCopies(a, b));
+    }
+    // True once b's remote pane reads what a's local pane holds.
+    bool samePanes(int ms = 3000)
+    {
+        return waitUntil([&] {
+            return b.frm().txtClient(0).text() == a.frm().txtServer.text();
+        }, ms);
+    }
+    TestCopy a;
+    TestCopy b;
+};
+
+TEST_F(LiveText, TypingReturnBackspacePasteAndClearKeepThePanesEqual)
+{
+    LiveTyping& t = a.frm().typing();
+    t.typeText("hello world");
+    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
+    EXPECT_EQ(b.frm().txtClient(0).text(), "hello world");
+
+    t.typeText("\r");
+    t.typeText("second");
+    t.typeText("\b");
+    ASSERT_TRUE(samePanes());
+    EXPECT_EQ(b.frm().txtClient(0).text(), "hello world\r\nsecon");
+    // The line went into the other side's record.
+    EXPECT_TRUE(b.frm().txtTextMsg.text().contains(": hello world"));
+
+    a.clipboard().setText(" pasted text");
+    t.mnuEditPaste_Click();
+    ASSERT_TRUE(samePanes());
+    EXPECT_TRUE(b.frm().txtClient(0).text().endsWith("secon pasted text"));
+
+    t.mnuClrScr_Click();
+    ASSERT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text().isEmpty(); }));
+    t.typeText("again");
+    ASSERT_TRUE(samePanes());
+    EXPECT_EQ(b.frm().txtClient(0).text(), "again");
+}
+
+TEST_F(LiveText, BothSidesTypeAtOnce)
+{
+    a.frm().typing().typeText("from a");
+    b.frm().typing().typeText("from b");
+    EXPECT_TRUE(samePanes());
+    EXPECT_TRUE(waitUntil([&] { return a.frm().txtClient(0).text() == "from b"; }));
+}
+
+TEST_F(LiveText, ADroppedFrameIsHealedByTheRepair)
+{
+    b.frm().selfRepair = true;
+    b.frm().repairCountLimit = 50;
+    a.frm().typing().typeText("abc");
+    ASSERT_TRUE(samePanes());
+    // The next character is lost on the way: b's pane falls behind.
+    b.frm().txtClient(0).chopTo(2);
+    a.frm().typing().typeText(" d");
+    // The space's position no longer fits; b asks for the whole text again.
+    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
+    EXPECT_EQ(b.frm().txtClient(0).text(), "abc d");
+    EXPECT_GE(b.frm().receiver().repairCount, 1);
+}
+
+TEST_F(LiveText, RefreshBringsBackTheWholeText)
+{
+    a.frm().typing().typeText("keep this");
+    ASSERT_TRUE(samePanes());
+    b.frm().txtClient(0).setText("garbled");
+    b.frm().xSendData("^reFresh");
+    ASSERT_TRUE(samePanes());
+    EXPECT_EQ(b.frm().txtClient(0).text(), "keep this");
+}
+
+TEST_F(LiveText, EncryptionOnOneSideReadsInClearOnTheOther)
+{
+    a.set("Encrypted", "1");
+    a.frm().encryptOn = true;
+    a.frm().sessionKey = "10:15 AM";
+    a.frm().typing().typeText("secret words");
+    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
+    EXPECT_TRUE(b.frm().remoteEncrypted);
+    EXPECT_EQ(b.frm().remoteKey, "10:15 AM");
+}
+
+}  // namespace
