@@ -53,6 +53,12 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         typing().keySent = false;
     });
     receiver().keySent = [this] { return typing().keySent; };
+    receiver().cSendFileCheck = [this](QString& data, QByteArray& bytes) {
+        return transfer().cSendFileCheck(data, bytes);
+    };
+    receiver().joinArrival = [this](const QByteArray& bytes, QList<QByteArray>& parts) {
+        return transfer().joinArrival(bytes, parts);
+    };
     connect(&receiver(), &Receiver::formatReceived, &typing(), &LiveTyping::receiveFormat);
     connect(&receiver(), &Receiver::refreshAnswerNeedsSettings, &typing(), &LiveTyping::sentSetting);
     typing().commands().connectToAddress = [this](const QString& host, const QString& port) {

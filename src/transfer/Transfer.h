@@ -1,7 +1,24 @@
 #pragma once
-// File transfer: one file at a time, stop-and-wait, with pause, hold and cancel.
+// File transfer: one file at a time each way, stop-and-wait on the session
+// socket, with pause, hold and cancel.
+//
+// The sender writes one data frame ("<*> ", payload, " </*>") and then
+// nothing until the receiver acknowledges with the length of its file;
+// that length is the only authority on where the next frame starts. The
+// flow is driven by the acknowledgements: each one is handled in the
+// socket's receive event and sends at most one frame, so the window and
+// the chat stay live between frames.
+//
+// A board picture and a ring sound take the same road; which one a frame
+// belongs to is the receiver's own state (the board window's visibility).
 
+#include "transfer/ProgressModel.h"
+
+#include <QByteArray>
+#include <QFile>
 #include <QObject>
+#include <QString>
+#include <memory>
 
 namespace vonnel {
 
@@ -11,9 +28,143 @@ class Transfer : public QObject {
     Q_OBJECT
 public:
     explicit Transfer(FrmMain& frm);
+    ~Transfer() override;
+
+    // --- the dispatcher ----------------------------------------------------
+    // Handles the one file message or data frame at the start of data and
+    // returns the rest the receive loop goes on with. bytes are the bytes
+    // of the whole read.
+    QString cSendFileCheck(QString& data, QByteArray& bytes);
+
+    // Joining of torn frames. A data frame that does not end within its read
+    // is kept here, and the following reads are added to it until its end
+    // marker comes. Returns false when nothing is held (the read goes to the
+    // receive loop as it is); otherwise parts gets what is now ready for the
+    // loop, in order: the whole frame, and whatever came behind its end.
+    bool joinArrival(const QByteArray& bytes, QList<QByteArray>& parts);
+    bool holdingFrame() const { return !m_pendingFrame.isEmpty(); }
+    // A frame is never held beyond this many bytes; past it the bytes go to
+    // the literal rule (the last five bytes taken as the end marker).
+    static constexpr qsizetype kMaxHeldFrame = 4 * 1024 * 1024;
+
+    // --- sending side -------------------------------------------------------
+    void mnuSendFile_Click();
+    void sendFileRequest(const QString& name, qint64 size);
+    void beginSendFile(QString path);
+    void ContSendFile(qint64 position);
+
+    // --- receiving side ------------------------------------------------------
+    void getSaveFileName(QString offer);
+    void beginGetFile();
+    void updateProgress(const QString& what);
+    // A ring sound the peer is about to send (the ring's own issue calls
+    // this): the name must be bare; it is received into the application
+    // folder with no question. Returns false when the name is refused.
+    bool receiveRingFile(const QString& name, qint64 size);
+
+    // --- pause, hold, cancel ---------------------------------------------------
+    void pauseSendFile(bool state) { transferPaused = state; }
+    void cancelSendFiles();
+    void savePauseSetting(const QString& progressText, const QString& direction, int percent,
+                          const QString& fileName, const QString& fileSize);
+    void restorePauseWindow();
+
+    // --- the progress window ------------------------------------------------------
+    ProgressModel& progress() { return m_progress; }
+    const ProgressModel& progress() const { return m_progress; }
+    void cmdPause_Click();
+    void cmdCancel_Click();
+    void chkCloseProgress_Click(bool checked);
+    // Unloads the window by its own close routine (also the window's close box).
+    void unloadProgress();
+
+    // Closes every open file of a transfer.
+    void closeAllFiles();
+
+    // --- state ------------------------------------------------------------------
+    QString sendFilePath;
+    int sendFileHandle = 0;
+    qint64 sendFileSize = 0;
+    qint64 sendFileSent = 0;
+    int picSendHandle = 0;
+    qint64 picSendSent = 0;
+    QString recvFilePath;
+    int recvFileHandle = 0;
+    qint64 recvFileSize = 0;
+    int picRecvHandle = 0;
+    qint64 picRecvSize = 0;
+    bool transferCancelled = false;
+    bool picCancelled = false;
+    bool transferPaused = false;
+    // What mnuDraw goes back to when a transfer ends (the board sets it).
+    bool drawMenuAllowed = true;
+    int fileHandleCounter = 0;
+    int recvHandleCounter = 0;
+    int fileHandleRetries = 0;
+    // The ring file in passage on the sending side; "n/a" when none. (The
+    // receiving side's is the receiver's ringWanted.)
+    QString ringSent = QStringLiteral("n/a");
+
+    // The window's texts at the moment of a hold.
+    QString holdProgressText;
+    QString holdDirection;
+    int holdPercent = 0;
+    QString holdFileName;
+    QString holdFileSize;
+    qint64 holdPosition = 0;
+
+    // Whether the files of the transfer are open now (for tests and views).
+    bool sendFileOpen() const { return m_sendFile.isOpen(); }
+    bool recvFileOpen() const { return m_recvFile.isOpen(); }
+
+Q_SIGNALS:
+    // One beep of the system bell.
+    void beep();
+    // The board's "sending" label (lblSending) takes this text.
+    void drawSendingLabel(const QString& text);
+    // The board's close button may be used again (or not).
+    void closeDrawEnabled(bool enabled);
+    // A data frame is being copied; the copy yields to the event loop once
+    // here, so buttons pressed now act as if pressed in the middle of it.
+    void copyingFrame(qint64 bytes);
 
 private:
+    bool drawVisible() const;
+    bool connected() const;
+    QString lookup(const char* text) const;
+    QString lookup(const char* key, const char* fallback) const;
+    void loadProgress();
+    void showProgress();
+    void setCancelButton(const char* tag);
+    void setPauseButton(const char* tag);
+    void windowBack();
+    QString receiveFrame(QByteArray frame, const QByteArray& rest);
+    QString acknowledgement(QString& data);
+    QString acceptOffer(QString& data, qsizetype headLength, const QString& head, QString& text);
+    QString protocolFault(const QString& description, const QString& message, const QString& data);
+    void saveError(const QFile& target);
+    bool readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out);
+    void sendFrame(const QByteArray& payload);
+    void clearHeldFrame();
+
     FrmMain& m_frm;
+    ProgressModel m_progress;
+    QFile m_sendFile;
+    QFile m_picSendFile;
+    QFile m_recvFile;
+    QFile m_picRecvFile;
+    // An offer of a user file is out and not yet answered.
+    bool m_offered = false;
+    // A data frame whose end has not come yet.
+    QByteArray m_pendingFrame;
+    qsizetype m_pendingScanned = 0;
 };
+
+// Where the data frame in c (starting "<*> ") ends, when it ends before the
+// last byte: the position of a " </*>" that has behind it the start of one
+// of the messages of the receive loop. -1 when there is none yet. from is
+// where to start looking; undecided is set to the first end marker whose
+// rest is still too short to tell.
+qsizetype findInnerFrameEnd(const QByteArray& c, qsizetype from, qsizetype* undecided = nullptr);
 
 }  // namespace vonnel

@@ -59,7 +59,20 @@ void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)
         return;
     if (bytesTotal < 0)
         bytesTotal = bytes.size();
+    QList<QByteArray> parts;
+    if (joinArrival && joinArrival(bytes, parts)) {
+        for (QByteArray& part : parts)
+            dispatchArrival(index, std::move(part), bytesTotal);
+        return;
+    }
+    dispatchArrival(index, std::move(bytes), bytesTotal);
+}
 
+void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
+{
+    FrmMain& f = m_frm;
+    if (f.unloading)
+        return;
     f.controls.setEnabled(toolbarButton(kRefreshButton), true);
     f.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
     double testDelay = f.settingNumber(QStringLiteral("Test"));

@@ -47,6 +47,11 @@ public:
     // What the default above does: the rest after one file message, data
     // unchanged when the message is not one of the twelve.
     static QString consumeFileMessage(const QString& data);
+    // Reads that belong to a data frame still open from an earlier read.
+    // When it takes the bytes (returns true), parts holds what is ready for
+    // the passes, each handled as an arrival of its own; until the frame is
+    // whole nothing is. Not installed: every read goes to the passes.
+    std::function<bool(const QByteArray& bytes, QList<QByteArray>& parts)> joinArrival;
 
     // Whether the typing side has already sent its key frame this session
     // (the answer to "^reFresh" sends the key only while it has not). The
@@ -104,6 +109,8 @@ Q_SIGNALS:
     // The peer's key frame was taken in.
 
 private:
+    // The status panels, the passes and the clean-up for one arrival.
+    void dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal);
     // One dispatch pass. Returns false when the passes are to end at once.
     bool runPass(int index, QString& text, QByteArray& bytes);
     void takeRecordLine(const QString& line);

@@ -1,0 +1,21 @@
+#include "transfer/ProgressModel.h"
+
+namespace vonnel {
+
+void ProgressModel::reset()
+{
+    minimized = false;
+    caption.clear();
+    txtSendRec.clear();
+    cmdPause = ProgressButton{};
+    cmdCancel = ProgressButton{};
+    chkCloseProgress = false;
+    chkCloseProgressVisible = true;
+    lblProgress = ProgressLabel{};
+    lblFinished.clear();
+    lblFilesize.clear();
+    lblFilename.clear();
+    prbProgress = 0;
+}
+
+}  // namespace vonnel

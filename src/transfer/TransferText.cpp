@@ -1,0 +1,144 @@
+#include "transfer/TransferText.h"
+
+#include <QLocale>
+#include <cmath>
+#include <cstdio>
+
+namespace vonnel {
+
+QString singleText(qint64 count)
+{
+    const float f = float(count);
+    if (std::fabs(f) < 1e7f)
+        return QString::number(qint64(f));
+    // Seven significant digits, trailing zeros of the mantissa dropped,
+    // "E+" and at least two exponent digits.
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.6E", double(f));
+    QString s = QString::fromLatin1(buf);
+    const qsizetype e = s.indexOf(QLatin1Char('E'));
+    QString mantissa = s.left(e);
+    const QString exponent = s.mid(e);
+    while (mantissa.endsWith(QLatin1Char('0')))
+        mantissa.chop(1);
+    if (mantissa.endsWith(QLatin1Char('.')))
+        mantissa.chop(1);
+    return mantissa + exponent;
+}
+
+std::optional<qint64> parseAckCount(const QString& text)
+{
+    const QString t = text.trimmed();
+    if (t.isEmpty())
+        return std::nullopt;
+    bool ok = false;
+    const double v = QLocale::c().toDouble(t, &ok);
+    if (!ok || !std::isfinite(v))
+        return std::nullopt;
+    const double r = std::round(v);
+    if (r < -2147483648.0 || r > 2147483647.0)
+        return std::nullopt;
+    return qint64(r);
+}
+
+QString groupedNumber(qint64 n)
+{
+    static const QLocale us(QLocale::English, QLocale::UnitedStates);
+    return us.toString(n);
+}
+
+QString questionSizeText(qint64 size)
+{
+    if (size >= 1000)
+        return groupedNumber(qRound64(double(size) / 1024.0)) + QStringLiteral(" KB");
+    return groupedNumber(size) + QStringLiteral(" B");
+}
+
+QString labelSizeText(qint64 size)
+{
+    if (size > 1000)
+        return groupedNumber(qRound64(double(size) / 1024.0)) + QStringLiteral(" KB");
+    return groupedNumber(size) + QStringLiteral(" B");
+}
+
+namespace {
+bool isSeparator(QChar c)
+{
+    return c == QLatin1Char('\\') || c == QLatin1Char('/');
+}
+}  // namespace
+
+QString shortenedPath(const QString& path)
+{
+    int separators = 0;
+    qsizetype last = -1;
+    for (qsizetype i = 0; i < path.size(); ++i)
+        if (isSeparator(path.at(i))) {
+            ++separators;
+            last = i;
+        }
+    if (separators > 1 && path.size() >= 41)
+        return path.left(3) + QStringLiteral("...") + path.mid(last);
+    return path;
+}
+
+QString wirePath(const QString& localPath)
+{
+    QString s = localPath;
+    s.replace(QLatin1Char('/'), QLatin1Char('\\'));
+    return s;
+}
+
+OfferName deriveOfferName(const QString& offer)
+{
+    OfferName o;
+    // The last backslash, looked for from the second-to-last character down
+    // to the second; without one the position ends at the first character,
+    // which is then lost.
+    const qsizetype len = offer.size();
+    qsizetype i = len - 1;  // 1-based position under test
+    for (; i >= 2; --i)
+        if (offer.at(i - 1) == QLatin1Char('\\'))
+            break;
+    if (i < 2)
+        i = 1;
+    o.bare = offer.right(qMax<qsizetype>(0, len - i));
+
+    const qsizetype gt = o.bare.indexOf(QLatin1Char('>'));
+    o.sizeText = gt < 0 ? QString() : o.bare.mid(gt + 1);
+    o.size = parseAckCount(o.sizeText);
+
+    QString stripped = o.bare;
+    QString offerStripped = offer;
+    if (!o.sizeText.isEmpty()) {
+        stripped.remove(o.sizeText);
+        offerStripped.remove(o.sizeText);
+    }
+    o.name = stripped.left(qMax<qsizetype>(0, stripped.size() - 1));
+    o.okPath = offer.left(qMax<qsizetype>(0, offerStripped.size() - 1));
+    return o;
+}
+
+QString proposedSaveName(const QString& derivedName)
+{
+    QString name = derivedName;
+    const qsizetype slash = name.lastIndexOf(QLatin1Char('/'));
+    if (slash >= 0)
+        name = name.mid(slash + 1);
+    if (name == QLatin1String(".") || name == QLatin1String(".."))
+        return QString();
+    return name;
+}
+
+bool isBareFileName(const QString& name)
+{
+    if (name.isEmpty() || name == QLatin1String(".") || name.contains(QLatin1String("..")))
+        return false;
+    if (name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\')))
+        return false;
+    if (name.size() >= 2 && name.at(1) == QLatin1Char(':'))
+        return false;
+    return !name.contains(QChar(0));
+}
+
+}  // namespace vonnel

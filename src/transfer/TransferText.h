@@ -1,0 +1,59 @@
+#pragma once
+// The small texts of a transfer: the count of an acknowledgement, the name
+// and reply derived from an offer, the size and path labels of the
+// progress window, and the wire form of a local path.
+
+#include <QString>
+#include <optional>
+
+namespace vonnel {
+
+// The count of a partial acknowledgement: it goes through a 32-bit float
+// and that float's default text, at most 7 significant digits and
+// scientific from 10,000,000 on ("1.000038E+07"). The final frame's count
+// is sent plain.
+QString singleText(qint64 count);
+
+// The count of an acknowledgement in either form, rounded to an integer.
+// Nothing for a text that is not a number or does not fit 32 bits.
+std::optional<qint64> parseAckCount(const QString& text);
+
+// A number as the transfer's dialogs and labels show it: decimal with ","
+// between thousands, no decimals.
+QString groupedNumber(qint64 n);
+// The accept question's size: "n KB" (size / 1024) from 1000 bytes on,
+// else "n B".
+QString questionSizeText(qint64 size);
+// The progress window's size: "n KB" above 1000 bytes, else "n B".
+QString labelSizeText(qint64 size);
+
+// The path as lblFilename shows it: a path with more than one separator
+// and at least 41 characters becomes its first three characters, "..."
+// and everything from the last separator on. "/" and "\" both separate.
+QString shortenedPath(const QString& path);
+
+// A local path in the form the wire carries: every "/" written as "\", so
+// that any receiver finds the name behind the last backslash.
+QString wirePath(const QString& localPath);
+
+// What the receiving side makes of an offer ("path>size", without "pic").
+struct OfferName {
+    QString bare;      // right of the last backslash (the first character
+                       // lost when there is none): name + ">" + size
+    QString sizeText;  // behind the first ">" of bare
+    std::optional<qint64> size;  // sizeText read as a 32-bit number
+    QString name;      // bare without every copy of sizeText, less its last character
+    QString okPath;    // what the accept message carries back
+};
+OfferName deriveOfferName(const QString& offer);
+
+// The name proposed in the Save dialog: what follows the last "/" of the
+// derived name, and nothing at all for a name that would lead out of the
+// folder ("." or "..").
+QString proposedSaveName(const QString& derivedName);
+
+// A name the program would write by itself (a ring sound): no separator,
+// no "..", no drive, not empty.
+bool isBareFileName(const QString& name);
+
+}  // namespace vonnel
