@@ -37,10 +37,14 @@ const QList<QByteArray>& loopHeads()
     return heads;
 }
 
-// "*" + name + "*" as a pattern match: the name anywhere in the text, with
-// the pattern's own wild cards in the name taking part.
-bool likeAnywhere(const QString& text, const QString& name)
+// "*" + name + "*" as a pattern match: the name anywhere in the path, with
+// the pattern's own wild cards in the name taking part. The path is taken
+// in its wire form, so that "/" can only match inside a name, as on the
+// system the rule was made for ("n/a" never matches a folder "n" and a
+// file "a...").
+bool likeAnywhere(const QString& path, const QString& name)
 {
+    const QString text = wirePath(path);
     if (name.isEmpty())
         return true;
     QString rx;

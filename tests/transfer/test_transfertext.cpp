@@ -1,0 +1,172 @@
+// The small texts of a transfer: acknowledgement counts, the name and reply
+// derived from an offer, the labels, and where a frame ends inside a read.
+
+#include "transfer/Transfer.h"
+#include "transfer/TransferText.h"
+
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+
+namespace {
+
+struct CountCase {
+    qint64 count;
+    const char* text;
+};
+
+TEST(AckCount, SinglePrecisionTextForm)
+{
+    const CountCase cases[] = {
+        {0, "0"},
+        {2000, "2000"},
+        {4100, "4100"},
+        {9999999, "9999999"},
+        {10000000, "1E+07"},
+        {10000384, "1.000038E+07"},
+        {10002000, "1.0002E+07"},
+        {16777217, "1.677722E+07"},  // beyond a float's exact integers
+        {99999999, "1E+08"},         // rounds up into the next power
+        {123456789, "1.234568E+08"},
+        {2000000000, "2E+09"},
+        {2147483647, "2.147484E+09"},
+    };
+    for (const CountCase& c : cases)
+        EXPECT_EQ(singleText(c.count), QLatin1String(c.text)) << c.count;
+}
+
+TEST(AckCount, ParserTakesBothFormsAndRounds)
+{
+    const struct {
+        const char* text;
+        std::optional<qint64> count;
+    } cases[] = {
+        {"4100", 4100},
+        {"1.000038E+07", 10000380},
+        {"1E+07", 10000000},
+        {"2.5", 3},
+        {" 2000 ", 2000},
+        {"2.147483E+09", 2147483000},
+        {"2.147484E+09", std::nullopt},  // beyond 32 bits
+        {"", std::nullopt},
+        {"12ab", std::nullopt},
+        {"E+07", std::nullopt},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(parseAckCount(QLatin1String(c.text)), c.count) << c.text;
+}
+
+TEST(AckCount, MultiplesOfAThousandSurviveTheTripButFramesOf1024DoNot)
+{
+    for (qint64 n : {2000LL, 3200000LL, 10002000LL, 123456000LL, 2000000000LL, 2147483000LL})
+        EXPECT_EQ(parseAckCount(singleText(n)), n) << n;
+    // 9766 frames of 1024 bytes: the sender is sent back four bytes.
+    EXPECT_EQ(parseAckCount(singleText(9766LL * 1024)), 10000380);
+    // Below ten million every count is exact.
+    EXPECT_EQ(parseAckCount(singleText(9765LL * 1024)), 9765LL * 1024);
+}
+
+struct OfferCase {
+    const char* offer;
+    const char* bare;
+    const char* sizeText;
+    const char* name;
+    const char* okPath;
+};
+
+TEST(OfferName, NameSizeAndReplyAreDerivedAsTheProtocolHasThem)
+{
+    const OfferCase cases[] = {
+        {"C:\\docs\\a.txt>4100", "a.txt>4100", "4100", "a.txt", "C:\\docs\\a.txt"},
+        // Every copy of the size string goes, from the name and the reply.
+        {"C:\\x\\report2000.txt>2000", "report2000.txt>2000", "2000", "report.txt",
+         "C:\\x\\report2000"},
+        {"C:\\x\\a2000b2000.txt>2000", "a2000b2000.txt>2000", "2000", "ab.txt", "C:\\x\\a2000b"},
+        // No backslash: the first character is lost.
+        {"name.txt>10", "ame.txt>10", "10", "ame.txt", "name.txt"},
+        // A path in this platform's own form, as a receiver gets it.
+        {"\\home\\u\\b.bin>7", "b.bin>7", "7", "b.bin", "\\home\\u\\b.bin"},
+        // A backslash in first place only is never looked at.
+        {"\\c.txt>5", "c.txt>5", "5", "c.txt", "\\c.txt"},
+    };
+    for (const OfferCase& c : cases) {
+        const OfferName o = deriveOfferName(QLatin1String(c.offer));
+        EXPECT_EQ(o.bare, QLatin1String(c.bare)) << c.offer;
+        EXPECT_EQ(o.sizeText, QLatin1String(c.sizeText)) << c.offer;
+        EXPECT_EQ(o.name, QLatin1String(c.name)) << c.offer;
+        EXPECT_EQ(o.okPath, QLatin1String(c.okPath)) << c.offer;
+    }
+    EXPECT_FALSE(deriveOfferName(QStringLiteral("C:\\a.txt>big")).size.has_value());
+    EXPECT_EQ(deriveOfferName(QStringLiteral("C:\\a.txt>4100")).size, 4100);
+}
+
+TEST(OfferName, ProposedNamesStayInsideTheChosenFolder)
+{
+    const struct {
+        const char* derived;
+        const char* proposed;
+    } cases[] = {
+        {"a.txt", "a.txt"},
+        {":/x/../../etc/passwd", "passwd"},
+        {"../../evil", "evil"},
+        {"dir/", ""},
+        {"..", ""},
+        {".", ""},
+        {"a/..", ""},
+        {"..hidden", "..hidden"},  // a name that only begins with dots is a name
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(proposedSaveName(QLatin1String(c.derived)), QLatin1String(c.proposed)) << c.derived;
+    for (const char* name : {"ring.wav", "a b.wav"})
+        EXPECT_TRUE(isBareFileName(QLatin1String(name))) << name;
+    for (const char* name : {"", ".", "..", "../ring.wav", "a/b.wav", "a\\b.wav", "C:ring.wav",
+                             "/etc/passwd", "x..y"})
+        EXPECT_FALSE(isBareFileName(QLatin1String(name))) << name;
+}
+
+TEST(Labels, SizesAndShortenedPaths)
+{
+    // The question counts 1000 bytes as a kilobyte, the window does not.
+    EXPECT_EQ(questionSizeText(1000), "1 KB");
+    EXPECT_EQ(labelSizeText(1000), "1,000 B");
+    EXPECT_EQ(labelSizeText(1001), "1 KB");
+    EXPECT_EQ(questionSizeText(999), "999 B");
+    EXPECT_EQ(questionSizeText(4100), "4 KB");
+    EXPECT_EQ(labelSizeText(10485760), "10,240 KB");
+    EXPECT_EQ(questionSizeText(1536000), "1,500 KB");
+
+    const QString forty = QStringLiteral("C:\\abcdefghij\\abcdefghij\\abcdefghijk.txt");
+    ASSERT_EQ(forty.size(), 40);
+    EXPECT_EQ(shortenedPath(forty), forty);
+    const QString fortyOne = forty + QLatin1Char('x');
+    EXPECT_EQ(shortenedPath(fortyOne), "C:\\...\\abcdefghijk.txtx");
+    const QString oneSeparator = QStringLiteral("C:\\") + QString(50, QLatin1Char('n'));
+    EXPECT_EQ(shortenedPath(oneSeparator), oneSeparator);
+    EXPECT_EQ(shortenedPath(QStringLiteral("/home/someone/Documents/reports/2024/summary.pdf")),
+              "/ho.../summary.pdf");
+    EXPECT_EQ(wirePath(QStringLiteral("/home/u/a.txt")), "\\home\\u\\a.txt");
+}
+
+TEST(FrameEnd, AnEndMarkerCountsOnlyWithAMessageBehindIt)
+{
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        qsizetype end;
+        qsizetype undecided;
+    } cases[] = {
+        {"typing behind the frame", "<*> abc </*><KEY> x <:KEY>1</KEY>", 7, -1},
+        {"acknowledgement behind", "<*> abc </*>%%Data Received-3%%", 7, -1},
+        {"marker inside the payload", "<*> a </*>zz b </*>^SPC3#SPC", 14, -1},
+        {"marker at the very end only", "<*> abc </*>", -1, -1},
+        {"rest too short to tell", "<*> abc </*><KE", -1, 7},
+        {"rest that is no message", "<*> abc </*>garbage", -1, -1},
+    };
+    for (const auto& c : cases) {
+        qsizetype undecided = -2;
+        EXPECT_EQ(findInnerFrameEnd(c.bytes, 4, &undecided), c.end) << c.name;
+        EXPECT_EQ(undecided, c.undecided) << c.name;
+    }
+}
+
+}  // namespace
