@@ -254,8 +254,9 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
             frame.truncate(end + kFrameEnd.size());
             return receiveFrame(std::move(frame), rest);
         }
-        if (frame.size() <= kMaxHeldFrame) {
-            // Torn: the rest of the frame is in the next read(s).
+        if (frame.size() <= kMaxHeldFrame && (m_recvFile.isOpen() || m_picRecvFile.isOpen())) {
+            // Torn: the rest of the frame is in the next read(s). Only a
+            // transfer in progress has frames to wait for.
             m_pendingFrame = frame;
             m_pendingScanned = 4;
             return QString();

@@ -373,6 +373,32 @@ TEST_F(RawPeer, NamesFromThePeerNeverLeadOutOfTheChosenFolder)
     EXPECT_EQ(t().recvFilePath, copy.file("ring.wav"));
 }
 
+// A data frame with nothing being received is written nowhere; the write
+// fails and the peer is told to cancel. What follows its end marker goes
+// back to the receive loop when it is a message, else the frame takes the
+// whole read; a torn one is not waited for.
+TEST_F(RawPeer, StrayFramesAreRefusedAndWhatFollowsThemIsRead)
+{
+    const struct {
+        const char* arrival;
+        const char* pane;
+    } cases[] = {
+        {"<*> xx </*><Paste> c</Paste>", "c"},
+        {"<*> xx </*>zz<Paste> c</Paste>", ""},
+        {"<*> xx", ""},
+    };
+    for (const auto& c : cases) {
+        f().txtClient(0).clear();
+        f().receiver().handleArrival(0, QByteArray(c.arrival));
+        EXPECT_EQ(f().txtClient(0).text(), QLatin1String(c.pane)) << c.arrival;
+        EXPECT_EQ(expectBytes(18), "%%Sending Cancel%%") << c.arrival;
+        EXPECT_FALSE(t().holdingFrame()) << c.arrival;
+    }
+    // The next arrival is read as it stands.
+    f().receiver().handleArrival(0, QByteArray("<Paste> d</Paste>"));
+    EXPECT_EQ(f().txtClient(0).text(), "d");
+}
+
 // Every file message followed by a typed character in the same read: what
 // the dispatcher leaves goes round the receive loop again, or nothing does.
 TEST_F(RawPeer, EachMessageLeavesTheRestItShould)

@@ -97,7 +97,6 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
         {"paste with its end lost", "", "<Paste> abc", ""},
         {"file message is consumed", "", "%%Pause Sending%%<Paste> a</Paste>", "a"},
         {"acknowledgement is consumed", "", "%%Data Received-2000%%<Paste> b</Paste>", "b"},
-        {"a data frame takes the whole read", "", "<*> xx </*><Paste> c</Paste>", ""},
         {"board messages are consumed", "", "&&fc255$&&lt3$<Paste> d</Paste>", "d"},
         {"board strokes are consumed", "", "&&st1,2$3,4$%&&et5,6$%<Paste> e</Paste>", "e"},
         {"ring is consumed", "", "^gbell.wav^G^<Paste> f</Paste>", "f"},

@@ -1,0 +1,189 @@
+// File transfer throughput: two copies joined over loopback in this process
+// send a file from one to the other at a given Byte Per Send; beside it, in
+// the same run and on the same event loop, a raw TCP stop-and-wait loop with
+// the same frame and acknowledgement sizes (three writes of "<*> ",
+// payload, " </*>", then an acknowledgement of the same length as the
+// program's). Prints MB/s of both and their ratio.
+//
+// Usage: vonnel_transfer [megabytes] [bytes per send ...]   (default 200 2000 8000)
+
+#include "support/Session.h"
+#include "support/TestCopy.h"
+#include "transfer/Transfer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <cstdio>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+bool spin(const std::function<bool()>& done, int timeoutMs)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done()) {
+        if (t.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+    return true;
+}
+
+// The acknowledgement the program sends after a frame that took the file
+// to length n of size total.
+QByteArray ackFor(qint64 n, qint64 total)
+{
+    return "%%Data Received-" + QByteArray::number(n < total ? n : total) + "%%";
+}
+
+// Seconds for a stop-and-wait run of total bytes in frames of the given
+// payload, or a negative value when it stalled.
+double rawLoop(qint64 total, int perSend)
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost, 0);
+    QTcpSocket sender;
+    sender.connectToHost(QHostAddress::LocalHost, server.serverPort());
+    QTcpSocket* receiver = nullptr;
+    spin([&] {
+        if (!receiver)
+            receiver = server.nextPendingConnection();
+        return receiver && sender.state() == QAbstractSocket::ConnectedState;
+    }, 5000);
+    if (!receiver)
+        return -1;
+    sender.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    receiver->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+
+    const QByteArray payload(perSend, 'p');
+    qint64 position = 0;
+    qint64 frameBytes = 0, ackBytes = 0, frameWanted = 0, ackWanted = 0;
+    bool done = false;
+    auto sendFrame = [&] {
+        const qint64 n = qMin<qint64>(perSend, total - position);
+        sender.write("<*> ");
+        sender.write(payload.constData(), n);
+        sender.write(" </*>");
+        frameWanted = n + 9;
+        frameBytes = 0;
+        position += n;
+    };
+    QObject::connect(receiver, &QTcpSocket::readyRead, [&] {
+        frameBytes += receiver->readAll().size();
+        if (frameBytes >= frameWanted) {
+            const QByteArray ack = ackFor(position, total);
+            ackWanted = ack.size();
+            ackBytes = 0;
+            receiver->write(ack);
+        }
+    });
+    QObject::connect(&sender, &QTcpSocket::readyRead, [&] {
+        ackBytes += sender.readAll().size();
+        if (ackBytes < ackWanted)
+            return;
+        if (position >= total)
+            done = true;
+        else
+            sendFrame();
+    });
+    QElapsedTimer clock;
+    clock.start();
+    sendFrame();
+    if (!spin([&] { return done; }, 600000))
+        return -1;
+    return double(clock.nsecsElapsed()) / 1e9;
+}
+
+// Seconds for the program to carry the file from a to b, or a negative value.
+double programRun(const QString& source, qint64 total, int perSend, bool* identical)
+{
+    TestCopy a, b;
+    for (TestCopy* c : {&a, &b}) {
+        c->set(QStringLiteral("Byte Per Send"), QString::number(perSend));
+        c->set(QStringLiteral("Close Progress"), QStringLiteral("1"));
+    }
+    if (!a.start() || !b.start() || !connectCopies(a, b))
+        return -1;
+    const QString target = b.file(QStringLiteral("received.bin"));
+    a.prompter().addAnswers({QStringLiteral("file:") + source});
+    b.prompter().addAnswers({QStringLiteral("yes"), QStringLiteral("file:") + target});
+    Transfer& tb = b.frm().transfer();
+    QElapsedTimer clock;
+    clock.start();
+    a.frm().transfer().mnuSendFile_Click();
+    const bool ok = spin([&] { return tb.progress().cmdCancel.tag == QLatin1String("Finish"); },
+                         600000);
+    const double seconds = double(clock.nsecsElapsed()) / 1e9;
+    *identical = ok && QFileInfo(target).size() == total;
+    if (*identical) {
+        QFile x(source), y(target);
+        x.open(QIODevice::ReadOnly);
+        y.open(QIODevice::ReadOnly);
+        while (*identical && !x.atEnd())
+            *identical = x.read(1 << 20) == y.read(1 << 20);
+    }
+    QFile::remove(target);
+    return ok ? seconds : -1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const qint64 megabytes = argc > 1 ? qMax(1, atoi(argv[1])) : 200;
+    QList<int> sizes;
+    for (int i = 2; i < argc; ++i)
+        sizes << qMax(1, atoi(argv[i]));
+    if (sizes.isEmpty())
+        sizes = {2000, 8000};
+
+    const qint64 total = megabytes * 1024 * 1024;
+    QTemporaryDir dir;
+    const QString source = dir.filePath(QStringLiteral("source.bin"));
+    {
+        QFile f(source);
+        if (!f.open(QIODevice::WriteOnly))
+            return 1;
+        QRandomGenerator gen(7);
+        QByteArray block(1 << 20, Qt::Uninitialized);
+        for (qint64 left = total; left > 0; left -= block.size()) {
+            gen.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
+            f.write(block.constData(), qMin<qint64>(left, block.size()));
+        }
+    }
+
+    std::printf("file: %lld MB over loopback, both copies and the raw loop on one event loop\n",
+                static_cast<long long>(megabytes));
+    std::printf("%14s %12s %12s %8s %10s\n", "Byte Per Send", "program MB/s", "raw MB/s", "ratio",
+                "identical");
+    int status = 0;
+    for (int perSend : sizes) {
+        bool identical = false;
+        const double program = programRun(source, total, perSend, &identical);
+        const double raw = rawLoop(total, perSend);
+        if (program <= 0 || raw <= 0) {
+            std::printf("%14d %12s %12s\n", perSend, program <= 0 ? "stalled" : "-",
+                        raw <= 0 ? "stalled" : "-");
+            status = 1;
+            continue;
+        }
+        const double mbProgram = double(megabytes) / program;
+        const double mbRaw = double(megabytes) / raw;
+        std::printf("%14d %12.1f %12.1f %7.0f%% %10s\n", perSend, mbProgram, mbRaw,
+                    100.0 * mbProgram / mbRaw, identical ? "yes" : "NO");
+        std::fflush(stdout);
+        if (!identical)
+            status = 1;
+    }
+    return status;
+}

@@ -1,0 +1,14 @@
+#!/bin/sh
+# Builds and runs the file transfer benchmark: MB/s of two copies at each
+# Byte Per Send beside a raw TCP stop-and-wait loop, and their ratio.
+# Usage: bench/transfer.sh [megabytes] [build folder] [bytes per send ...]
+set -e
+here=$(cd "$(dirname "$0")/.." && pwd)
+mb=${1:-200}
+build=${2:-$here/build}
+[ $# -gt 2 ] && shift 2 || set --
+if [ ! -f "$build/CMakeCache.txt" ]; then
+  cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release -DVONNEL_BUILD_TESTS=OFF >/dev/null
+fi
+cmake --build "$build" --target vonnel_transfer -j2 >/dev/null
+QT_QPA_PLATFORM=offscreen "$build/bench/vonnel_transfer" "$mb" "$@" 2>/dev/null
