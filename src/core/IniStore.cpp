@@ -1,5 +1,9 @@
 #include "core/IniStore.h"
 
+#ifdef Q_OS_LINUX
+#include <sys/inotify.h>
+#endif
+
 #include "platform/Prompter.h"
 
 #include <QDir>
@@ -199,7 +203,48 @@ QString ReadIni(const QString& section, const QString& key, const QString& file)
 {
     // Read on every call, straight off the bytes: the settings are read at
     // the point of use, keystrokes included, so this has to be cheap.
-    const QByteArray data = readWholeFile(file);
+    return ReadIniBytes(readWholeFile(file), section, key);
+}
+
+IniFileWatch::~IniFileWatch()
+{
+#ifdef Q_OS_LINUX
+    if (m_fd >= 0)
+        ::close(m_fd);
+#endif
+}
+
+std::optional<QByteArray> IniFileWatch::bytes()
+{
+#ifdef Q_OS_LINUX
+    if (m_fd == -2)
+        m_fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (m_fd < 0)
+        return std::nullopt;
+    if (m_valid) {
+        // Any event since the last read: the file changed (or went).
+        alignas(struct inotify_event) char buf[4096];
+        while (::read(m_fd, buf, sizeof buf) > 0)
+            m_valid = false;
+        if (m_valid)
+            return m_data;
+    }
+    // Watched before it is read, so no write can slip between the two.
+    const QByteArray name = QFile::encodeName(m_path);
+    if (inotify_add_watch(m_fd, name.constData(),
+                          IN_MODIFY | IN_ATTRIB | IN_CLOSE_WRITE | IN_MOVE_SELF |
+                              IN_DELETE_SELF) < 0)
+        return std::nullopt;
+    m_data = readWholeFile(m_path);
+    m_valid = true;
+    return m_data;
+#else
+    return std::nullopt;
+#endif
+}
+
+QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key)
+{
     const QString wantedKey = trimBlanks(key);
     bool inSection = false;
     qsizetype pos = 0;

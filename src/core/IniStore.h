@@ -1,6 +1,7 @@
 #pragma once
 // The configuration store: plain ini files read and written on every
-// access, with no cache, so a hand edit is seen by the next read.
+// access, so a hand edit is seen by the next read. (A copy's own settings
+// file is re-read only when the kernel says it changed: IniFileWatch.)
 
 #include <QString>
 #include <optional>
@@ -14,6 +15,32 @@ inline const QString kSection = QStringLiteral("Vonnel");
 // Reads one value: blanks round it removed, one pair of enclosing quotes
 // removed, cut to 254 characters. Missing file, section or key read as "".
 QString ReadIni(const QString& section, const QString& key, const QString& file);
+// The same read on bytes already taken off the file.
+QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key);
+
+// The bytes of one ini file for one copy, read again only after the file
+// has changed. Change is told by the kernel's file notifications, which are
+// queued at the moment of the write, so a write by anyone (this process, a
+// hand edit) is seen by the very next read, as with a plain read. Where
+// notifications are not to be had, every call reads the file.
+class IniFileWatch {
+public:
+    explicit IniFileWatch(QString path) : m_path(std::move(path)) {}
+    ~IniFileWatch();
+    IniFileWatch(const IniFileWatch&) = delete;
+    IniFileWatch& operator=(const IniFileWatch&) = delete;
+
+    // The file's bytes, or nothing when it cannot be watched (then the
+    // caller reads it as ReadIni does).
+    std::optional<QByteArray> bytes();
+
+private:
+    QString m_path;
+    int m_fd = -2;  // -2: not opened yet; -1: not to be had
+    QByteArray m_data;
+    bool m_valid = false;
+};
+
 // Writes one value in place, creating file, section and key as needed and
 // leaving every other line as it stands. Failures are silent.
 void WriteIni(const QString& section, const QString& key, const QString& value,

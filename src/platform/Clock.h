@@ -8,11 +8,28 @@ namespace vonnel {
 class Clock {
 public:
     virtual ~Clock() = default;
-    virtual QDateTime now() const { return QDateTime::currentDateTime(); }
+    // Local time. The zone's offset is looked up at most once a second: a
+    // lookup of the local zone touches the zone file each time, and the
+    // receive path asks for the time on every read.
+    virtual QDateTime now() const
+    {
+        const qint64 ms = QDateTime::currentMSecsSinceEpoch();
+        if (!m_offsetKnown || ms < m_offsetAt || ms - m_offsetAt >= 1000) {
+            m_offset = QDateTime::fromMSecsSinceEpoch(ms).offsetFromUtc();
+            m_offsetAt = ms;
+            m_offsetKnown = true;
+        }
+        return QDateTime::fromMSecsSinceEpoch(ms, Qt::OffsetFromUTC, m_offset);
+    }
     QTime timeOfDay() const { return now().time(); }
     QDate today() const { return now().date(); }
     // Seconds since midnight, with fractions, as the delay routine spins on.
     double timer() const { return now().time().msecsSinceStartOfDay() / 1000.0; }
+
+private:
+    mutable qint64 m_offsetAt = 0;
+    mutable int m_offset = 0;
+    mutable bool m_offsetKnown = false;
 };
 
 // A clock that stands still until moved; for tests.

@@ -154,6 +154,8 @@ int Winsock::Connect(const QString& host, quint16 port)
             setState(sckConnecting);
     });
     connect(s, &QTcpSocket::connected, this, [this, s] {
+        // Options set before the connection exists do not reach it.
+        s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         m_remoteIP = dottedAddress(s->peerAddress());
         setState(sckConnected);
         Q_EMIT Connect_(m_index);

@@ -27,6 +27,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     : QObject(parent),
       m_env(env),
       m_translator(std::make_unique<Translator>(env.appPath)),
+      m_iniWatch(std::make_unique<IniFileWatch>(env.appPath + QStringLiteral("vonnel.ini"))),
       m_logs(std::make_unique<Logs>(env.appPath, *env.clock))
 {
     for (int i = 0; i < 2; ++i) {
@@ -56,6 +57,9 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     receiver().cSendFileCheck = [this](QString& data, QByteArray& bytes) {
         return transfer().cSendFileCheck(data, bytes);
     };
+    receiver().frameArrival = [this](QByteArray& bytes) {
+        return transfer().dataFrame(bytes, 0);
+    };
     receiver().joinArrival = [this](const QByteArray& bytes, QList<QByteArray>& parts) {
         return transfer().joinArrival(bytes, parts);
     };
@@ -73,6 +77,8 @@ FrmMain::~FrmMain() = default;
 
 QString FrmMain::setting(const QString& key) const
 {
+    if (const std::optional<QByteArray> bytes = m_iniWatch->bytes())
+        return ReadIniBytes(*bytes, kSection, key);
     return ReadIni(kSection, key, iniPath());
 }
 

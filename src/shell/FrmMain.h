@@ -35,6 +35,7 @@ class Encryption;
 class SessionRecords;
 class CopyLock;
 class Pinger;
+class IniFileWatch;
 
 struct CopyEnvironment {
     QString appPath;  // ends in '/'
@@ -239,6 +240,8 @@ private:
 
     CopyEnvironment m_env;
     std::unique_ptr<Translator> m_translator;
+    // vonnel.ini's bytes, taken again only after the file has changed.
+    std::unique_ptr<IniFileWatch> m_iniWatch;
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Connection> m_connection;
     std::unique_ptr<Receiver> m_receiver;

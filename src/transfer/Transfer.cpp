@@ -238,30 +238,11 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         // "<*> " of the read is only taken when the two disagree, which a
         // "<*> " inside text ahead of the frame would otherwise cause.
         qsizetype s = bytes.size() - data.size();
-        if (s < 0 || s > bytes.size() - kFrameHead.size() || std::memcmp(bytes.constData() + s, kFrameHead.constData(), 4) != 0)
+        if (s < 0 || s > bytes.size() - kFrameHead.size() ||
+            std::memcmp(bytes.constData() + s, kFrameHead.constData(), 4) != 0)
             s = bytes.indexOf(kFrameHead);
-        if (s < 0)
-            return QString();
         data.clear();
-        QByteArray frame = bytes.mid(s);
-        if (frame.endsWith(kFrameEnd))
-            return receiveFrame(std::move(frame), QByteArray());
-        const qsizetype end = findInnerFrameEnd(frame, 4);
-        if (end >= 0) {
-            // The frame ends inside the read: what came behind it (the
-            // sender's typing, a message) goes back to the receive loop.
-            const QByteArray rest = frame.mid(end + kFrameEnd.size());
-            frame.truncate(end + kFrameEnd.size());
-            return receiveFrame(std::move(frame), rest);
-        }
-        if (frame.size() <= kMaxHeldFrame && (m_recvFile.isOpen() || m_picRecvFile.isOpen())) {
-            // Torn: the rest of the frame is in the next read(s). Only a
-            // transfer in progress has frames to wait for.
-            m_pendingFrame = frame;
-            m_pendingScanned = 4;
-            return QString();
-        }
-        return receiveFrame(std::move(frame), QByteArray());
+        return s < 0 ? QString() : dataFrame(bytes, s);
     }
     if (data.startsWith(QLatin1String("%%Data Received-")))
         return acknowledgement(data);
@@ -286,6 +267,29 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         return QString();
     }
     return data;
+}
+
+QString Transfer::dataFrame(const QByteArray& bytes, qsizetype s)
+{
+    QByteArray frame = s == 0 ? bytes : bytes.mid(s);
+    if (frame.endsWith(kFrameEnd))
+        return receiveFrame(std::move(frame), QByteArray());
+    const qsizetype end = findInnerFrameEnd(frame, 4);
+    if (end >= 0) {
+        // The frame ends inside the read: what came behind it (the sender's
+        // typing, a message) goes back to the receive loop.
+        const QByteArray rest = frame.mid(end + kFrameEnd.size());
+        frame.truncate(end + kFrameEnd.size());
+        return receiveFrame(std::move(frame), rest);
+    }
+    if (frame.size() <= kMaxHeldFrame && (m_recvFile.isOpen() || m_picRecvFile.isOpen())) {
+        // Torn: the rest of the frame is in the next read(s). Only a
+        // transfer in progress has frames to wait for.
+        m_pendingFrame = frame;
+        m_pendingScanned = 4;
+        return QString();
+    }
+    return receiveFrame(std::move(frame), QByteArray());
 }
 
 bool Transfer::joinArrival(const QByteArray& bytes, QList<QByteArray>& parts)
@@ -351,9 +355,14 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     // the end marker, whatever those five are.
     const qsizetype payloadLength = qMax<qsizetype>(0, frame.size() - 4 - 5);
 
-    // One yield per frame, for the window's buttons; socket events wait.
+    // The copy is where the window's buttons may act in the middle of a
+    // frame. It yields to the event loop (socket events wait) at most every
+    // few milliseconds: between frames the loop runs anyway.
     Q_EMIT copyingFrame(payloadLength);
-    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    if (!m_sinceYield.isValid() || m_sinceYield.elapsed() >= kYieldEveryMs) {
+        m_sinceYield.start();
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    }
     if (f.ProgramExiting || f.unloading)
         return QString();
 
@@ -473,15 +482,23 @@ void Transfer::sendFileRequest(const QString& name, qint64 size)
 
 void Transfer::sendFrame(const QByteArray& payload)
 {
-    // Three writes, in this order, with nothing between them.
-    m_frm.sendRawBytes(kFrameHead);
-    m_frm.sendRawBytes(payload);
-    m_frm.sendRawBytes(kFrameEnd);
+    // Head, payload and end marker, in this order with nothing between
+    // them, handed to the socket as one buffer: the peer sees the same
+    // bytes as from three writes, and the frame leaves in one piece rather
+    // than as a lone head that the rest then waits behind.
+    QByteArray frame;
+    frame.reserve(kFrameHead.size() + payload.size() + kFrameEnd.size());
+    frame += kFrameHead;
+    frame += payload;
+    frame += kFrameEnd;
+    m_frm.sendRawBytes(frame);
 }
 
 bool Transfer::readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out)
 {
-    if (!file.isOpen() || !file.seek(at))
+    // Frames follow each other: the file usually stands where the next
+    // chunk begins already.
+    if (!file.isOpen() || (file.pos() != at && !file.seek(at)))
         return false;
     out = file.read(size);
     return out.size() == size;

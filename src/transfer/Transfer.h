@@ -15,6 +15,7 @@
 #include "transfer/ProgressModel.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QObject>
 #include <QString>
@@ -35,6 +36,11 @@ public:
     // returns the rest the receive loop goes on with. bytes are the bytes
     // of the whole read.
     QString cSendFileCheck(QString& data, QByteArray& bytes);
+
+    // The data frame that starts at position s of a read: written to the
+    // file of the transfer and acknowledged, or held when its end has not
+    // come yet. Returns, as text, whatever followed its end.
+    QString dataFrame(const QByteArray& bytes, qsizetype s);
 
     // Joining of torn frames. A data frame that does not end within its read
     // is kept here, and the following reads are added to it until its end
@@ -158,6 +164,9 @@ private:
     // A data frame whose end has not come yet.
     QByteArray m_pendingFrame;
     qsizetype m_pendingScanned = 0;
+    // Time since the copy of a frame last yielded to the event loop.
+    QElapsedTimer m_sinceYield;
+    static constexpr int kYieldEveryMs = 20;
 };
 
 // Where the data frame in c (starting "<*> ") ends, when it ends before the

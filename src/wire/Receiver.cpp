@@ -89,16 +89,26 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     f.stStatusbar.setText(10, FrmMain::byteCountText(bytesTotal));
 
     f.RemoteResponded = true;
-    QString text = fromCp1252(bytes);
-    f.arrivedLength = text.size();
-    if (text.isEmpty())
+    f.arrivedLength = bytes.size();
+    if (bytes.isEmpty())
         return;
     f.txtClient(0).setEnabled(true);
     m_keyPosition = 0;
 
+    QString text;
+    if (frameArrival && bytes.startsWith("<*> ")) {
+        // A data frame at the head of the read: no test ahead of the file
+        // dispatcher matches it and its payload is taken from the bytes,
+        // so only what may follow its end is made text.
+        f.txtClient(index).caretToEnd();
+        text = frameArrival(bytes);
+    } else {
+        text = fromCp1252(bytes);
+    }
+
     // At most min(Overflow + 1, 100) passes; what is left after them is lost.
     int pass = 0;
-    do {
+    if (!text.isEmpty()) do {
         if (!runPass(index, text, bytes))
             break;
         if (text.isEmpty())

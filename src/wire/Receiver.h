@@ -47,6 +47,10 @@ public:
     // What the default above does: the rest after one file message, data
     // unchanged when the message is not one of the twelve.
     static QString consumeFileMessage(const QString& data);
+    // A read that begins with a data frame: handles the frame straight from
+    // the bytes and returns, as text, what followed its end. Not installed:
+    // the read goes through the passes to cSendFileCheck like any other.
+    std::function<QString(QByteArray& bytes)> frameArrival;
     // Reads that belong to a data frame still open from an earlier read.
     // When it takes the bytes (returns true), parts holds what is ready for
     // the passes, each handled as an arrival of its own; until the frame is

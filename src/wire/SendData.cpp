@@ -57,7 +57,7 @@ void FrmMain::xSendData(QString data)
         Q_EMIT drawStatus(1, QString(), StatePicture::picSend);
 
     if (!encryptOn) {
-        if (settingFlag(QStringLiteral("Disable Sound")) && data.startsWith(QLatin1String("^g"))) {
+        if (data.startsWith(QLatin1String("^g")) && settingFlag(QStringLiteral("Disable Sound"))) {
             const qsizetype end = data.indexOf(QLatin1String("^G^"));
             data = end < 0 ? QString() : data.mid(end + 3);
             if (!data.isEmpty())
