@@ -6,6 +6,7 @@
 // Prints MB/s of both and their ratio.
 //
 // Usage: vonnel_transfer [megabytes] [bytes per send ...]   (default 200 2000 8000)
+// VONNEL_BENCH_ROUNDS sets the number of rounds (default 3).
 
 #include "support/Session.h"
 #include "support/TestCopy.h"
@@ -165,15 +166,28 @@ int main(int argc, char** argv)
         }
     }
 
-    std::printf("file: %lld MB over loopback, both copies and the raw loop on one event loop\n",
-                static_cast<long long>(megabytes));
+    const int rounds = qMax(1, qEnvironmentVariableIntValue("VONNEL_BENCH_ROUNDS") ?: 3);
+    std::printf("file: %lld MB over loopback, both copies and the raw loop on one event loop;\n"
+                "best of %d alternating rounds of each\n",
+                static_cast<long long>(megabytes), rounds);
     std::printf("%14s %12s %12s %8s %10s\n", "Byte Per Send", "program MB/s", "raw MB/s", "ratio",
                 "identical");
     int status = 0;
     for (int perSend : sizes) {
-        bool identical = false;
-        const double program = programRun(source, total, perSend, &identical);
-        const double raw = rawLoop(total, perSend);
+        // The machine may be busy with other work: the two runs alternate,
+        // and each keeps its fastest round.
+        bool identical = true;
+        double program = -1, raw = -1;
+        for (int r = 0; r < rounds; ++r) {
+            bool same = false;
+            const double p = programRun(source, total, perSend, &same);
+            identical = identical && same;
+            if (p > 0 && (program < 0 || p < program))
+                program = p;
+            const double q = rawLoop(total, perSend);
+            if (q > 0 && (raw < 0 || q < raw))
+                raw = q;
+        }
         if (program <= 0 || raw <= 0) {
             std::printf("%14d %12s %12s\n", perSend, program <= 0 ? "stalled" : "-",
                         raw <= 0 ? "stalled" : "-");

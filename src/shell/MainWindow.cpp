@@ -3,7 +3,10 @@
 #include "connection/Connection.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
+#include "platform/Bell.h"
 #include "shell/dialogs/ConnectionDialogs.h"
+#include "shell/dialogs/ProgressDialog.h"
+#include "transfer/Transfer.h"
 
 #include <QAction>
 #include <QApplication>
@@ -33,6 +36,8 @@ namespace vonnel {
 
 namespace {
 constexpr int kTwipsPerPixel = 15;
+// The toolbar's Send File button; it has no number of its own.
+const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
 
 QIcon dotIcon(const QColor& fill, const QColor& rim)
 {
@@ -132,6 +137,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
                                                    : Qt::WindowNoState);
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
+    m_progress = installProgressDialog(frm, this);
+    connect(&frm.transfer(), &Transfer::beep, this, [] { systemBeep(); });
     setWindowTitle(frm.caption());
     for (int n = 1; n <= StatusBar::kPanels; ++n)
         refreshPanel(n);
@@ -276,6 +283,14 @@ void MainWindow::buildToolbar()
         if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
             bar->addSeparator();
     }
+    // Send File sits at the end and follows mnuSendFile.
+    bar->addSeparator();
+    QAction* send = bar->addAction(st->standardIcon(QStyle::SP_FileDialogStart),
+                                   m_frm.translate(QStringLiteral("Send File")));
+    send->setObjectName(kSendFileButton);
+    send->setToolTip(m_frm.translate(QStringLiteral("Send File")));
+    connect(send, &QAction::triggered, this, [this] { Q_EMIT triggered(kSendFileButton); });
+    m_actions.insert(kSendFileButton, send);
 }
 
 void MainWindow::buildStatusBar()
@@ -374,6 +389,9 @@ void MainWindow::refreshControl(const QString& name)
     if (!a)
         return;
     const ControlState& s = m_frm.controls.state(name);
+    if (name == QLatin1String("mnuSendFile"))
+        if (QAction* b = m_actions.value(kSendFileButton))
+            b->setEnabled(s.enabled);
     a->setEnabled(s.enabled);
     a->setVisible(s.visible);
     if (a->isCheckable())
@@ -457,6 +475,8 @@ void MainWindow::onTriggered(const QString& name)
         show();
     } else if (is("mnuMin")) {
         showMinimized();
+    } else if (is("mnuSendFile") || name == kSendFileButton) {
+        m_frm.transfer().mnuSendFile_Click();
     }
 }
 
@@ -541,6 +561,8 @@ bool MainWindow::isVisible(const QString& form) const
         return QMainWindow::isVisible();
     if (form == QLatin1String("frmLogin"))
         return m_frm.connection().login() != nullptr;
+    if (form == QLatin1String("frmProgress"))
+        return m_frm.transfer().progress().loaded;
     return false;
 }
 

@@ -18,6 +18,7 @@ class QMenu;
 namespace vonnel {
 
 class FrmMain;
+class ProgressDialog;
 class TextPane;
 enum class StatePicture;
 
@@ -37,6 +38,7 @@ public:
     QPlainTextEdit* serverPane() const { return m_server; }
     QPlainTextEdit* clientPane() const { return m_client; }
     QAction* action(const QString& name) const { return m_actions.value(name); }
+    ProgressDialog* progressWindow() const { return m_progress; }
 
 Q_SIGNALS:
     // A user action on a named control (menu entry or toolbar button).
@@ -71,6 +73,7 @@ private:
     QSystemTrayIcon* m_tray = nullptr;
     QMenu* m_trayMenu = nullptr;
     QWidget* m_splash = nullptr;
+    ProgressDialog* m_progress = nullptr;
 };
 
 }  // namespace vonnel
