@@ -293,6 +293,27 @@ TEST_F(RawPeer, PausedAndCancelledSendersDropAcknowledgements)
     EXPECT_TRUE(readFor(peer, 200).isEmpty());
 }
 
+TEST_F(RawPeer, AboveThirtyTwoHundredBytesPerFrameThisSideCannotPause)
+{
+    const QByteArray data = randomBytes(10000, 6);
+    const QString path = copy.file("out/g.bin");
+    ASSERT_TRUE(writeFile(path, data));
+    copy.set("Byte Per Send", "3201");
+    copy.prompter().addAnswers({"file:" + path});
+    t().mnuSendFile_Click();
+    readFor(peer, 100);
+    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    EXPECT_EQ(expectBytes(3210), frame(data.left(3201)));
+    EXPECT_FALSE(w().cmdPause.enabled);
+    t().cmdPause_Click();
+    EXPECT_FALSE(t().transferPaused);
+    EXPECT_TRUE(readFor(peer, 150).isEmpty());
+    // The peer still can.
+    send("%%Pause Sending%%");
+    ASSERT_TRUE(waitUntil([&] { return t().transferPaused; }));
+    EXPECT_EQ(w().cmdPause.tag, "Continue");
+}
+
 TEST_F(RawPeer, AcceptanceMustNameTheOfferedPath)
 {
     const QString path = copy.file("out/f.txt");
