@@ -237,6 +237,7 @@ std::optional<QByteArray> IniFileWatch::bytes()
         return std::nullopt;
     m_data = readWholeFile(m_path);
     m_valid = true;
+    ++m_generation;
     return m_data;
 #else
     return std::nullopt;

@@ -33,9 +33,12 @@ public:
     // The file's bytes, or nothing when it cannot be watched (then the
     // caller reads it as ReadIni does).
     std::optional<QByteArray> bytes();
+    // Goes up each time the bytes are taken off the file anew.
+    quint64 generation() const { return m_generation; }
 
 private:
     QString m_path;
+    quint64 m_generation = 0;
     int m_fd = -2;  // -2: not opened yet; -1: not to be had
     QByteArray m_data;
     bool m_valid = false;

@@ -77,9 +77,18 @@ FrmMain::~FrmMain() = default;
 
 QString FrmMain::setting(const QString& key) const
 {
-    if (const std::optional<QByteArray> bytes = m_iniWatch->bytes())
-        return ReadIniBytes(*bytes, kSection, key);
-    return ReadIni(kSection, key, iniPath());
+    const std::optional<QByteArray> bytes = m_iniWatch->bytes();
+    if (!bytes)
+        return ReadIni(kSection, key, iniPath());
+    // Values found in these very bytes are kept until the file changes.
+    if (m_settingsGeneration != m_iniWatch->generation()) {
+        m_settingValues.clear();
+        m_settingsGeneration = m_iniWatch->generation();
+    }
+    auto it = m_settingValues.constFind(key);
+    if (it == m_settingValues.constEnd())
+        it = m_settingValues.insert(key, ReadIniBytes(*bytes, kSection, key));
+    return *it;
 }
 
 void FrmMain::writeSetting(const QString& key, const QString& value) const

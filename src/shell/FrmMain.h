@@ -13,6 +13,7 @@
 #include "shell/TextPane.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 #include <array>
@@ -242,6 +243,8 @@ private:
     std::unique_ptr<Translator> m_translator;
     // vonnel.ini's bytes, taken again only after the file has changed.
     std::unique_ptr<IniFileWatch> m_iniWatch;
+    mutable QHash<QString, QString> m_settingValues;
+    mutable quint64 m_settingsGeneration = 0;
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Connection> m_connection;
     std::unique_ptr<Receiver> m_receiver;
