@@ -40,19 +40,6 @@ Figures figures(std::vector<double> us)
     return f;
 }
 
-// Runs events until the condition holds; false after the time limit.
-bool spin(const std::function<bool()>& done, int timeoutMs = 2000)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done()) {
-        if (t.elapsed() > timeoutMs)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-    return true;
-}
-
 std::vector<double> rawOneWay(int n, int frameSize)
 {
     std::vector<double> out;

@@ -29,18 +29,6 @@ using namespace vonnel::test;
 
 namespace {
 
-bool spin(const std::function<bool()>& done, int timeoutMs)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done()) {
-        if (t.elapsed() > timeoutMs)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents);
-    }
-    return true;
-}
-
 // The acknowledgement the program sends after a frame that took the file
 // to length n of size total.
 QByteArray ackFor(qint64 n, qint64 total)

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTcpServer>
 #include <QThread>
 
@@ -50,6 +51,28 @@ bool waitUntil(const std::function<bool()>& condition, int timeoutMs)
         QThread::msleep(1);
     }
     return true;
+}
+
+bool spin(const std::function<bool()>& condition, int timeoutMs)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!condition()) {
+        if (t.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+    return true;
+}
+
+QByteArray randomBytes(qsizetype n, quint32 seed)
+{
+    QRandomGenerator gen(seed);
+    QByteArray b(n, Qt::Uninitialized);
+    gen.fillRange(reinterpret_cast<quint32*>(b.data()), n / 4);
+    for (qsizetype i = (n / 4) * 4; i < n; ++i)
+        b[i] = char(gen.generate());
+    return b;
 }
 
 void pump(int ms)

@@ -23,6 +23,12 @@ quint16 freePort();
 bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 5000);
 // Runs events for a while.
 void pump(int ms);
+// As waitUntil, without sleeping between turns: for the benchmarks, where
+// a millisecond's nap would be the thing measured.
+bool spin(const std::function<bool()>& condition, int timeoutMs = 2000);
+
+// n bytes of repeatable noise.
+QByteArray randomBytes(qsizetype n, quint32 seed);
 
 class TestCopy {
 public:

@@ -16,17 +16,6 @@ using namespace vonnel::test;
 
 namespace {
 
-QByteArray randomBytes(qsizetype n, quint32 seed)
-{
-    QRandomGenerator gen(seed);
-    QByteArray b(n, Qt::Uninitialized);
-    auto* words = reinterpret_cast<quint32*>(b.data());
-    gen.fillRange(words, n / 4);
-    for (qsizetype i = (n / 4) * 4; i < n; ++i)
-        b[i] = char(gen.generate());
-    return b;
-}
-
 QByteArray readFile(const QString& path)
 {
     QFile f(path);

@@ -17,15 +17,6 @@ using namespace vonnel::test;
 
 namespace {
 
-QByteArray randomBytes(qsizetype n, quint32 seed)
-{
-    QRandomGenerator gen(seed);
-    QByteArray b(n, Qt::Uninitialized);
-    for (qsizetype i = 0; i < n; ++i)
-        b[i] = char(gen.generate() & 0xff);
-    return b;
-}
-
 QByteArray frame(const QByteArray& payload)
 {
     return QByteArrayLiteral("<*> ") + payload + QByteArrayLiteral(" </*>");
