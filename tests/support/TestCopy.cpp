@@ -75,6 +75,12 @@ QByteArray randomBytes(qsizetype n, quint32 seed)
     return b;
 }
 
+QByteArray readFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
 void pump(int ms)
 {
     QElapsedTimer t;

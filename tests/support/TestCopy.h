@@ -29,6 +29,8 @@ bool spin(const std::function<bool()>& condition, int timeoutMs = 2000);
 
 // n bytes of repeatable noise.
 QByteArray randomBytes(qsizetype n, quint32 seed);
+// A file's bytes; empty when it cannot be read.
+QByteArray readFile(const QString& path);
 
 class TestCopy {
 public:

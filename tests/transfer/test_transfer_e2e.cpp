@@ -16,12 +16,6 @@ using namespace vonnel::test;
 
 namespace {
 
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 class TwoCopies : public ::testing::Test {
 protected:
     void SetUp() override

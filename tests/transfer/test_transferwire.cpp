@@ -22,12 +22,6 @@ QByteArray frame(const QByteArray& payload)
     return QByteArrayLiteral("<*> ") + payload + QByteArrayLiteral(" </*>");
 }
 
-QByteArray readFile(const QString& path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 bool writeFile(const QString& path, const QByteArray& bytes)
 {
     QDir().mkpath(QFileInfo(path).path());
