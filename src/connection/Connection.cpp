@@ -624,6 +624,7 @@ void Connection::Winsock_Error(int index, int, const QString&)
     f.stStatusbar.setPicture(1, StatePicture::picOff);
     f.stStatusbar.setText(2, QString());
 
+    const bool sessionFailed = login() == nullptr;
     if (LoginDialog* d = login()) {
         // The attempt failed.
         if (d->lastStatusLine() == QLatin1String("Waiting for response..."))
@@ -644,6 +645,13 @@ void Connection::Winsock_Error(int index, int, const QString&)
             "Socket/Network Error: Verify your setting or click OK to recover it automatically."));
         f.views().runModal(QStringLiteral("frmProperty"));
         unloadProperty();
+    }
+    // A session lost to a reset or a dead link must not leave the copy
+    // deaf to the next caller: unless the recovery put the socket back
+    // already, it listens again on its port.
+    if (sessionFailed && f.winsock(f.sIdx).State() != Winsock::sckListening) {
+        f.winsock(f.sIdx).Close();
+        ListenOnLocalPort();
     }
     TextPane& client = f.txtClient();
     if (!client.text().isEmpty())

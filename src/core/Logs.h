@@ -29,7 +29,16 @@ public:
     // The key of a connection line for a given moment.
     static QString stampKey(const QDateTime& when);
 
+    // error.log never grows past this many bytes: when an entry would take
+    // it over, the older half of its entries goes first.
+    static constexpr qint64 kErrorLogCap = 1024 * 1024;
+
 private:
+    // Every key of error.log is new (a running number), so an entry is
+    // added at the end of the file: the cost of an entry does not grow with
+    // the log, whatever a peer makes the program record.
+    void appendError(const QString& key, const QString& value);
+
     QString m_appPath;
     const Clock& m_clock;
     int m_eData = 0;

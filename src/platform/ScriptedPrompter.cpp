@@ -38,7 +38,14 @@ QString ScriptedPrompter::escapeField(const QString& s)
         case '\r': out += QLatin1String("\\r"); break;
         case '\n': out += QLatin1String("\\n"); break;
         case '\t': out += QLatin1String("\\t"); break;
-        default: out += c;
+        default:
+            // Other control bytes (a peer's text may hold any) must not
+            // reach a terminal or break the one-line-per-dialog contract.
+            if (c.unicode() < 32 || c.unicode() == 127)
+                out += QStringLiteral("\\x") +
+                       QString::number(c.unicode(), 16).rightJustified(2, QLatin1Char('0')).toUpper();
+            else
+                out += c;
         }
     }
     return out;

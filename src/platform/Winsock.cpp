@@ -1,5 +1,9 @@
 #include "platform/Winsock.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 #include <QHostInfo>
 #include <QNetworkInterface>
 #include <QTcpServer>
@@ -156,6 +160,7 @@ int Winsock::Connect(const QString& host, quint16 port)
     connect(s, &QTcpSocket::connected, this, [this, s] {
         // Options set before the connection exists do not reach it.
         s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        applyKeepAlive(s);
         m_remoteIP = dottedAddress(s->peerAddress());
         setState(sckConnected);
         Q_EMIT Connect_(m_index);
@@ -198,6 +203,8 @@ void Winsock::adopt(QTcpSocket* s)
         m_remoteIP = dottedAddress(s->peerAddress());
     s->setParent(this);
     s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    if (s->state() == QAbstractSocket::ConnectedState)
+        applyKeepAlive(s);
     m_unconfirmed = 0;
     connect(s, &QTcpSocket::readyRead, this, [this, s] {
         if (m_socket == s && s->bytesAvailable() > 0)
@@ -221,6 +228,29 @@ void Winsock::adopt(QTcpSocket* s)
         if (m_socket == s)
             onSocketError();
     });
+}
+
+void Winsock::applyKeepAlive(QTcpSocket* s)
+{
+    s->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
+    const int fd = int(s->socketDescriptor());
+    if (fd < 0)
+        return;
+    const int idle = m_keepAlive.idleSeconds;
+    const int interval = m_keepAlive.intervalSeconds;
+    const int probes = m_keepAlive.probes;
+    // Data left unacknowledged (a frame sent into a dead link) ends the
+    // connection after the same time as the probes would.
+    const unsigned int userTimeoutMs = unsigned(m_keepAlive.totalSeconds()) * 1000u;
+    ::setsockopt(fd, IPPROTO_TCP, TCP_KEEPIDLE, &idle, sizeof idle);
+    ::setsockopt(fd, IPPROTO_TCP, TCP_KEEPINTVL, &interval, sizeof interval);
+    ::setsockopt(fd, IPPROTO_TCP, TCP_KEEPCNT, &probes, sizeof probes);
+    ::setsockopt(fd, IPPROTO_TCP, TCP_USER_TIMEOUT, &userTimeoutMs, sizeof userTimeoutMs);
+}
+
+qintptr Winsock::connectionDescriptor() const
+{
+    return m_socket ? m_socket->socketDescriptor() : -1;
 }
 
 void Winsock::onSocketError()

@@ -63,6 +63,22 @@ public:
     qint64 bytesAvailable() const;
     void Close();
 
+    // A session whose peer vanishes without a word (a cable pulled, a
+    // machine gone) is noticed by probes the kernel sends while the link
+    // is idle, and by a limit on data left unacknowledged: after idle
+    // seconds of silence, probes every interval seconds, and probes
+    // unanswered in a row, the connection ends with an error.
+    struct KeepAlive {
+        int idleSeconds = 30;
+        int intervalSeconds = 5;
+        int probes = 5;
+        int totalSeconds() const { return idleSeconds + intervalSeconds * probes; }
+    };
+    void setKeepAlive(KeepAlive k) { m_keepAlive = k; }
+    KeepAlive keepAlive() const { return m_keepAlive; }
+    // The descriptor of the connection, or -1 (for checks of its options).
+    qintptr connectionDescriptor() const;
+
     int lastError() const { return m_lastError; }
     QString lastErrorText() const { return m_lastErrorText; }
 
@@ -81,6 +97,7 @@ private:
     void setState(int s);
     int fail(int number, const QString& text);
     void adopt(QTcpSocket* socket);
+    void applyKeepAlive(QTcpSocket* socket);
     void dropConnection();
     void onNewConnection();
     void onSocketError();
@@ -102,6 +119,7 @@ private:
     QHash<qintptr, QPointer<QTcpSocket>> m_pending;
     qintptr m_nextRequest = 1;
     qint64 m_unconfirmed = 0;
+    KeepAlive m_keepAlive;
 };
 
 int winsockErrorNumber(int qtSocketError);

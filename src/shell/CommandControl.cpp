@@ -5,6 +5,7 @@
 #include "platform/Clipboard.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+#include "transfer/Transfer.h"
 #include "wire/LiveTyping.h"
 
 #include <QFile>
@@ -114,6 +115,8 @@ void CommandControl::runCommand(const QString& text)
                 mnuMute_Click();
         } else if (word == QLatin1String("disconnect"))
             f.connection().mnuDisconnect_Click();
+        else if (word == QLatin1String("sendfile"))
+            f.transfer().mnuSendFile_Click();
         else if (word == QLatin1String("exit"))
             f.requestClose(true);
         return;

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTimer>
 
 namespace vonnel {
 
@@ -103,10 +104,13 @@ qsizetype findInnerFrameEnd(const QByteArray& c, qsizetype from, qsizetype* unde
 Transfer::Transfer(FrmMain& frm) : QObject(&frm), m_frm(frm), m_progress(this)
 {
     connect(&frm, &FrmMain::closeOpenFiles, this, &Transfer::closeAllFiles);
-    // A frame held across reads belongs to one connection only.
+    // Transfers belong to the session that started them: whichever way it
+    // ends, and when a new one begins, nothing of them is left.
     connect(&frm.winsock(0), &Winsock::stateChanged, this, [this](int, int state) {
-        if (state != Winsock::sckConnected)
-            clearHeldFrame();
+        const bool nowConnected = state == Winsock::sckConnected;
+        if (nowConnected != m_sessionUp || nowConnected)
+            endSession();
+        m_sessionUp = nowConnected;
     });
 }
 
@@ -138,6 +142,68 @@ void Transfer::closeAllFiles()
     m_picSendFile.close();
     m_recvFile.close();
     m_picRecvFile.close();
+}
+
+bool Transfer::anyUnderWay() const
+{
+    return m_offered || m_picOffered || m_sending || m_picSending || m_receiving ||
+           m_picReceiving;
+}
+
+void Transfer::endSession()
+{
+    FrmMain& f = m_frm;
+    const bool wasReceiving = m_receiving;
+    const bool wasSending = m_sending;
+    const bool onHold = f.TransferOnHold;
+    closeAllFiles();
+    clearHeldFrame();
+    m_offered = m_picOffered = false;
+    m_sending = m_picSending = m_receiving = m_picReceiving = false;
+    m_frameOut = false;
+    m_lastAck = 0;
+    sendFilePath.clear();
+    recvFilePath.clear();
+    sendFileSize = sendFileSent = picSendSent = 0;
+    recvFileSize = picRecvSize = 0;
+    transferPaused = transferCancelled = picCancelled = false;
+    holdPosition = 0;
+    holdProgressText.clear();
+    holdDirection.clear();
+    holdPercent = 0;
+    holdFileName.clear();
+    holdFileSize.clear();
+    if (onHold) {
+        f.TransferOnHold = false;
+        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+    }
+    if (!wasReceiving && !wasSending)
+        return;
+    if (!f.ProgramExiting) {
+        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+    }
+    if (!m_progress.loaded)
+        return;
+    ProgressModel& w = m_progress;
+    w.lblProgress.visible = true;
+    w.lblProgress.color = QColor(0, 0, 255);
+    w.lblProgress.text = wasReceiving
+                             ? lookup("Connection closed: the partial file is kept")
+                             : lookup("Connection closed: the file was not sent whole");
+    w.cmdPause.enabled = false;
+    const QString tail = lookup(" (Cancelled)");
+    if (!w.caption.contains(tail))
+        w.caption += tail;
+    w.refresh();
+}
+
+void Transfer::strayFrame(qsizetype bytes)
+{
+    // Nothing of this session is being received: the frame is dropped
+    // whole, with no file touched.
+    m_frm.logs().failure(QStringLiteral("SendFileCheck-Stray Frame"),
+                         QString::number(bytes) + QStringLiteral(" bytes dropped"));
 }
 
 void Transfer::clearHeldFrame()
@@ -191,7 +257,8 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         QString path;
         const QString rest = acceptOffer(data, 17, QStringLiteral("%%FS Request OK%%"), path);
         if (drawVisible()) {
-            beginSendFile(path);
+            if (m_picOffered)
+                beginSendFile(path);
         } else if (m_offered &&
                    path.contains(fromCp1252(toCp1252(wirePath(sendFilePath))))) {
             // Only an offer that is out is started: a late or unasked
@@ -202,7 +269,9 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
     }
     if (data.startsWith(QLatin1String("%%FS Request Rejected%%"))) {
         const QString rest = data.mid(23);
-        m_offered = false;
+        if (!m_offered && !m_picOffered)
+            return rest;  // nothing was offered: nothing to say
+        m_offered = m_picOffered = false;
         f.prompter().msgBox(lookup("File sending request Rejected"), MsgStyle::Exclamation,
                             lookup("Sending Request Response"));
         f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
@@ -210,6 +279,8 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Sending Cancel%%"))) {
+        if (!anyUnderWay())
+            return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
         f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
         f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
@@ -217,18 +288,24 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
     }
     if (data.startsWith(QLatin1String("%%Pause Sending%%"))) {
         const QString rest = data.mid(17);
+        if (!m_sending && !m_receiving)
+            return rest;
         transferPaused = true;
         updateProgress(QStringLiteral("Pause"));
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Continue Sending File%%"))) {
         const QString rest = data.mid(25);
+        if (!m_sending && !m_receiving)
+            return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Send"));
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Continue Receiving File%%"))) {
         const QString rest = data.mid(27);
+        if (!m_sending && !m_receiving)
+            return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Receive"));
         return rest;
@@ -248,11 +325,14 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         return acknowledgement(data);
     if (data.startsWith(QLatin1String("%%Open Pause Window%%"))) {
         const QString rest = data.mid(21);
-        restorePauseWindow();
+        if ((m_sending || m_receiving) && transferPaused)
+            restorePauseWindow();
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Unload%%"))) {
         const QString rest = data.mid(10);
+        if (!m_sending && !m_receiving)
+            return rest;
         pauseSendFile(true);
         savePauseSetting(m_progress.lblProgress.text, m_progress.txtSendRec, m_progress.prbProgress,
                          m_progress.lblFilename, m_progress.lblFilesize);
@@ -260,6 +340,8 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Error%%"))) {
+        if (!m_receiving && !m_picReceiving)
+            return QString();
         updateProgress(QStringLiteral("File sending fails"));
         Q_EMIT beep();
         m_progress.cmdPause.enabled = false;
@@ -282,7 +364,7 @@ QString Transfer::dataFrame(const QByteArray& bytes, qsizetype s)
         frame.truncate(end + kFrameEnd.size());
         return receiveFrame(std::move(frame), rest);
     }
-    if (frame.size() <= kMaxHeldFrame && (m_recvFile.isOpen() || m_picRecvFile.isOpen())) {
+    if (frame.size() <= kMaxHeldFrame && (m_receiving || m_picReceiving)) {
         // Torn: the rest of the frame is in the next read(s). Only a
         // transfer in progress has frames to wait for.
         m_pendingFrame = frame;
@@ -326,14 +408,20 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
 {
     FrmMain& f = m_frm;
     const QString rest = restBytes.isEmpty() ? QString() : fromCp1252(restBytes);
-    m_progress.caption = lookup("Receiving File");
-    m_progress.txtSendRec = QStringLiteral("Receiving File");
+    // The payload: from behind the head to the end less the five bytes of
+    // the end marker, whatever those five are.
+    const qsizetype payloadLength = qMax<qsizetype>(0, frame.size() - 4 - 5);
 
     // The target and the flags are taken now: the copy below yields, and a
     // cancel may come in meanwhile.
+    const bool board = drawVisible();
+    if (!(board ? m_picReceiving : m_receiving)) {
+        strayFrame(payloadLength);
+        return rest;
+    }
     QFile* target;
     qint64 expected;
-    if (drawVisible()) {
+    if (board) {
         if (picCancelled) {
             closeAllFiles();
             return rest;
@@ -341,8 +429,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         target = &m_picRecvFile;
         expected = picRecvSize;
     } else {
-        if (transferPaused)
-            return rest;
         if (transferCancelled) {
             closeAllFiles();
             return rest;
@@ -350,10 +436,8 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         target = &m_recvFile;
         expected = recvFileSize;
     }
-
-    // The payload: from behind the head to the end less the five bytes of
-    // the end marker, whatever those five are.
-    const qsizetype payloadLength = qMax<qsizetype>(0, frame.size() - 4 - 5);
+    m_progress.caption = lookup("Receiving File");
+    m_progress.txtSendRec = QStringLiteral("Receiving File");
 
     // The copy is where the window's buttons may act in the middle of a
     // frame. It yields to the event loop (socket events wait) at most every
@@ -373,7 +457,18 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         return rest;
     }
 
-    const qint64 n = target->size();
+    // A frame that comes while this transfer is paused was on its way when
+    // the pause was pressed: its bytes are where the sender's position
+    // already stands, so they are kept and acknowledged like any other (a
+    // paused sender takes the count as its position and sends nothing).
+    qint64 n = target->size();
+    if (!board && transferPaused && n >= expected) {
+        // The whole file is in: the pause has nothing left to hold, and
+        // the sender must hear that before its last count.
+        pauseSendFile(false);
+        f.xSendData(QStringLiteral("%%Continue Sending File%%"));
+        windowBack();
+    }
     if (n >= expected) {
         m_progress.lblProgress.text = QStringLiteral("100%");
         m_progress.prbProgress = 100;
@@ -386,6 +481,19 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         else
             updateProgress(QStringLiteral("Save Error"));
     } else {
+        const qint64 before = n;
+        n = acknowledgedLength(*target);
+        if (n < before && n <= m_lastAck) {
+            // Frames smaller than the rounding of the count at this length
+            // could never move the transfer on.
+            f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+            updateProgress(QStringLiteral("File sending cancelled"));
+            m_progress.lblProgress.text =
+                lookup("The sending side's frames are too small for a file of this size");
+            m_progress.refresh();
+            return rest;
+        }
+        m_lastAck = n;
         const int pct = percentOf(n, expected);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
@@ -395,12 +503,25 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     return rest;
 }
 
+qint64 Transfer::acknowledgedLength(QFile& target)
+{
+    // The count travels in a form that keeps seven digits: the file is cut
+    // back to a length the count carries exactly, and the sender sends the
+    // cut bytes again from there.
+    const qint64 n = target.size();
+    const qint64 exact = exactAckLength(n);
+    if (exact < n && !target.resize(exact))
+        return n;
+    return exact;
+}
+
 void Transfer::saveError(const QFile& target)
 {
     FrmMain& f = m_frm;
     const QString text = target.isOpen() ? target.errorString() : QStringLiteral("Bad file name or number");
     const int number = target.isOpen() ? int(target.error()) : 52;
     closeAllFiles();
+    m_receiving = m_picReceiving = false;
     ++recvHandleCounter;
     f.xSendData(QStringLiteral("%%Sending Cancel%%"));
     f.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
@@ -413,19 +534,25 @@ QString Transfer::acknowledgement(QString& data)
     const QString rest = p < 0 ? data.mid(16) : data.mid(p + 2);
     if (transferCancelled || picCancelled)
         return rest;
+    // Only a send of this session takes acknowledgements.
+    if (!(drawVisible() ? m_picSending : m_sending))
+        return p > 16 ? rest : data.mid(16);
     const QString number = p < 0 ? QString() : data.mid(16, p - 16);
     if (number.isEmpty()) {
         // The bare form: go on from the stored position. A closing "%%"
         // right behind it is the next message's opening.
         const QString bareRest = data.mid(16);
-        ContSendFile(0);
+        goOn();
         return bareRest;
     }
     const std::optional<qint64> count = parseAckCount(number);
     if (!count)
         return protocolFault(QStringLiteral("Type mismatch"), QStringLiteral("%%Data Received-"), data);
+    m_frameOut = false;
     if (drawVisible() || !transferPaused)
         ContSendFile(*count);
+    else
+        sendFileSent = *count;  // held, but the position follows the receiver's file
     return rest;
 }
 
@@ -459,7 +586,9 @@ void Transfer::mnuSendFile_Click()
         const QFileInfo info(path);
         if (info.exists() && info.isFile() && info.size() > 0) {
             length = info.size();
-            break;
+            if (!refusedForSize(length))
+                break;
+            continue;
         }
         f.prompter().msgBox(lookup("File does not exist or zero byte file."));
     }
@@ -472,12 +601,60 @@ void Transfer::mnuSendFile_Click()
     }
 }
 
+bool Transfer::refusedForSize(qint64 length)
+{
+    // The receiver's count reaches the sender as a 32-bit number with seven
+    // significant digits. A larger file could not be acknowledged, and
+    // frames smaller than the count's rounding would not move it on: such a
+    // file is refused here rather than broken half-way.
+    FrmMain& f = m_frm;
+    if (length > kMaxSendSize) {
+        f.prompter().msgBox(
+            lookup("This file is too large to send: the largest file that can be sent is") +
+                QLatin1Char(' ') + groupedNumber(kMaxSendSize) + QStringLiteral(" bytes."),
+            MsgStyle::Exclamation);
+        return true;
+    }
+    const qint64 step = ackStep(length);
+    if (step > f.bytesPerSend) {
+        f.prompter().msgBox(lookup("Byte Per Send is too small for this file: a file of this size "
+                                   "needs at least") +
+                                QLatin1Char(' ') + groupedNumber(step) +
+                                QStringLiteral(" bytes per send."),
+                            MsgStyle::Exclamation);
+        return true;
+    }
+    return false;
+}
+
 void Transfer::sendFileRequest(const QString& name, qint64 size)
 {
     if (!connected())
         return;
+    if (name.startsWith(QLatin1String("pic")))
+        m_picOffered = true;
     m_frm.sendRaw(QStringLiteral("%%File Sending Request%%") + wirePath(name) + QLatin1Char('>') +
                   QString::number(size) + QStringLiteral("*fs*"));
+}
+
+void Transfer::goOn(qint64 position)
+{
+    // Stop and wait: while a frame is out, its count is what sends the
+    // next one. Sending now as well would put two frames on the way, and
+    // the count of the first would then send the second again. A receiver
+    // that dropped the frame (one paused as the protocol first had it) never
+    // answers it: after a while the stored position is taken after all.
+    if (!m_frameOut) {
+        ContSendFile(position);
+        return;
+    }
+    const quint64 frame = m_framesSent;
+    QTimer::singleShot(kUnansweredFrameMs, this, [this, frame, position] {
+        if (m_frameOut && m_framesSent == frame && !transferPaused) {
+            m_frameOut = false;
+            ContSendFile(position);
+        }
+    });
 }
 
 void Transfer::sendFrame(const QByteArray& payload)
@@ -492,6 +669,8 @@ void Transfer::sendFrame(const QByteArray& payload)
     frame += payload;
     frame += kFrameEnd;
     m_frm.sendRawBytes(frame);
+    m_frameOut = true;
+    ++m_framesSent;
 }
 
 bool Transfer::readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out)
@@ -509,7 +688,6 @@ void Transfer::beginSendFile(QString path)
     FrmMain& f = m_frm;
     transferCancelled = false;
     picCancelled = false;
-    m_offered = false;
     holdPosition = 0;
     fileHandleCounter = fileHandleCounter + recvFileHandle + picRecvHandle + 1;
     const int counter = fileHandleCounter;
@@ -547,6 +725,8 @@ void Transfer::beginSendFile(QString path)
             return;
         }
     }
+    (board ? m_picOffered : m_offered) = false;
+    (board ? m_picSending : m_sending) = true;
     loadProgress();
 
     const bool picBranch = board && f.transferMode != QLatin1String("Vonnel");
@@ -591,6 +771,10 @@ void Transfer::ContSendFile(qint64 position)
     QString path;
     QFile* file;
     qint64* sent;
+    // Only a send of this session goes on; a file whose send ended is never
+    // opened again.
+    if (!(picBranch ? m_picSending : m_sending))
+        return;
     if (picBranch) {
         if (picCancelled)
             return;
@@ -649,6 +833,19 @@ void Transfer::ContSendFile(qint64 position)
     }
 
     // The last acknowledgement came: the transfer has ended.
+    (picBranch ? m_picSending : m_sending) = false;
+    if (p > length) {
+        // The receiver counts more bytes than the file has: its copy is
+        // not this file, and the send is not reported as a success.
+        setCancelButton("Error");
+        m_progress.cmdPause.enabled = false;
+        m_progress.lblProgress.visible = true;
+        m_progress.lblProgress.text = lookup("Save Error");
+        m_progress.refresh();
+        file->close();
+        *sent = 0;
+        return;
+    }
     setCancelButton("Finish");
     m_progress.cmdPause.enabled = false;
     m_progress.lblProgress.text = QStringLiteral("100%");
@@ -685,21 +882,23 @@ void Transfer::getSaveFileName(QString offer)
     if (offer.startsWith(QLatin1String("pic"))) {
         offer = offer.mid(3);
         picture = true;
-        QFile::remove(f.appFile(QStringLiteral("captscr.jpg")));
     }
     const OfferName o = deriveOfferName(offer);
     if (!o.size) {
         f.prompter().msgBox(QStringLiteral("File Receiving - getSaveFileName Error (Filename") +
                                 o.name + QStringLiteral(")\rType mismatch"),
                             MsgStyle::Exclamation, FrmMain::kTitle + QStringLiteral(" Error"));
+        // Answered, so the peer does not wait for ever.
+        f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
         return;
     }
     if (picture) {
-        picRecvSize = *o.size;
         // A picture is always the board's file; without the board there is
-        // nothing to receive it into.
+        // nothing to receive it into, and the file is left alone.
         if (!drawVisible())
             return;
+        picRecvSize = *o.size;
+        QFile::remove(f.appFile(QStringLiteral("captscr.jpg")));
     } else {
         recvFileSize = *o.size;
         const QString question = lookup("Would you like to accept it?") + kCrLf + kCrLf +
@@ -778,6 +977,8 @@ void Transfer::beginGetFile()
                             MsgStyle::Exclamation);
         return;
     }
+    (board ? m_picReceiving : m_receiving) = true;
+    m_lastAck = 0;
     loadProgress();
     m_progress.lblFilename = shortenedPath(path);
     m_progress.lblFilesize = labelSizeText(size);
@@ -804,6 +1005,8 @@ void Transfer::updateProgress(const QString& what)
         w.prbProgress = 100;
         setCancelButton("Finish");
         w.refresh();
+        (drawVisible() ? m_picReceiving : m_receiving) = false;
+        m_receivedPath = recvFilePath;
         Receiver& r = f.receiver();
         if (likeAnywhere(recvFilePath, r.ringWanted)) {
             unloadProgress();
@@ -831,6 +1034,7 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.text = QStringLiteral("100%");
         w.prbProgress = 100;
         setCancelButton("Error");
+        m_receiving = false;
         m_recvFile.close();
         f.TransferOnHold = false;
         w.refresh();
@@ -842,12 +1046,15 @@ void Transfer::updateProgress(const QString& what)
         if (drawVisible()) {
             picCancelled = true;
             (receiving ? m_picRecvFile : m_picSendFile).close();
+            (receiving ? m_picReceiving : m_picSending) = false;
         } else {
             transferCancelled = true;
             (receiving ? m_recvFile : m_sendFile).close();
+            (receiving ? m_receiving : m_sending) = false;
             transferPaused = false;
         }
         m_offered = false;
+        m_frameOut = false;
         f.TransferOnHold = false;
         const QString tail = lookup(" (Cancelled)");
         if (!w.caption.contains(tail))
@@ -877,7 +1084,7 @@ void Transfer::updateProgress(const QString& what)
         windowBack();
         w.cmdPause.enabled = true;
         w.refresh();
-        ContSendFile(holdPosition);
+        goOn(holdPosition);
     } else if (what == QLatin1String("Continue Receive")) {
         windowBack();
         w.cmdPause.enabled = true;
@@ -1031,7 +1238,7 @@ void Transfer::cmdPause_Click()
         windowBack();
         w.refresh();
     } else if (tag == QLatin1String("Open")) {
-        f.desktop().openFile(recvFilePath);
+        f.desktop().openFile(m_receivedPath);
     }
 }
 

@@ -87,6 +87,17 @@ public:
     // Closes every open file of a transfer.
     void closeAllFiles();
 
+    // The session ended (or a new one began): every transfer of it is
+    // over. Its files are closed and forgotten with their paths, positions
+    // and flags, a hold with them; a partial file stays on the disk and the
+    // progress window says so. Nothing a later caller sends can reach them.
+    void endSession();
+    // What this session has under way: an offer out, a send running, a
+    // file being received (a user file, or a ring sound).
+    bool fileOffered() const { return m_offered; }
+    bool fileSending() const { return m_sending; }
+    bool fileReceiving() const { return m_receiving; }
+
     // --- state ------------------------------------------------------------------
     QString sendFilePath;
     int sendFileHandle = 0;
@@ -149,6 +160,11 @@ private:
     QString acceptOffer(QString& data, qsizetype headLength, const QString& head, QString& text);
     QString protocolFault(const QString& description, const QString& message, const QString& data);
     void saveError(const QFile& target);
+    bool anyUnderWay() const;
+    void goOn(qint64 position = 0);
+    qint64 acknowledgedLength(QFile& target);
+    void strayFrame(qsizetype bytes);
+    bool refusedForSize(qint64 length);
     bool readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out);
     void sendFrame(const QByteArray& payload);
     void clearHeldFrame();
@@ -159,8 +175,24 @@ private:
     QFile m_picSendFile;
     QFile m_recvFile;
     QFile m_picRecvFile;
-    // An offer of a user file is out and not yet answered.
-    bool m_offered = false;
+    // What this session has under way, for each kind: only these let an
+    // acceptance, a data frame or an acknowledgement act.
+    bool m_offered = false;       // an offer of a user file is out
+    bool m_picOffered = false;    // an offer of the board's picture is out
+    bool m_sending = false;       // a user file (or ring) is being sent
+    bool m_picSending = false;
+    bool m_receiving = false;     // a user file (or ring) is being received
+    bool m_picReceiving = false;
+    // Whether the session socket was connected at its last change.
+    bool m_sessionUp = false;
+    // A frame of ours has not been acknowledged yet.
+    bool m_frameOut = false;
+    quint64 m_framesSent = 0;
+    static constexpr int kUnansweredFrameMs = 2000;
+    // The count of the last acknowledgement this side sent for a file.
+    qint64 m_lastAck = 0;
+    // The file the Open button of a finished receive opens.
+    QString m_receivedPath;
     // A data frame whose end has not come yet.
     QByteArray m_pendingFrame;
     qsizetype m_pendingScanned = 0;

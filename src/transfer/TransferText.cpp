@@ -26,7 +26,8 @@ QString singleText(qint64 count)
     return mantissa + exponent;
 }
 
-std::optional<qint64> parseAckCount(const QString& text)
+namespace {
+std::optional<qint64> readCount(const QString& text, double limit)
 {
     const QString t = text.trimmed();
     if (t.isEmpty())
@@ -36,9 +37,53 @@ std::optional<qint64> parseAckCount(const QString& text)
     if (!ok || !std::isfinite(v))
         return std::nullopt;
     const double r = std::round(v);
-    if (r < -2147483648.0 || r > 2147483647.0)
+    if (r < -limit - 1 || r > limit)
         return std::nullopt;
     return qint64(r);
+}
+}  // namespace
+
+std::optional<qint64> parseAckCount(const QString& text)
+{
+    return readCount(text, 2147483647.0);
+}
+
+qint64 ackStep(qint64 n)
+{
+    qint64 step = 1;
+    for (qint64 top = 10000000; n >= top && top <= (qint64(1) << 53); top *= 10)
+        step *= 10;
+    return step;
+}
+
+qint64 exactAckLength(qint64 n)
+{
+    if (n <= 0)
+        return 0;
+    const qint64 step = ackStep(n);
+    // Round down to the digits the text keeps, then step down while the
+    // single-precision value on the way would still move it; a few steps
+    // at the very most.
+    qint64 m = n - n % step;
+    for (int tries = 0; m > 0 && tries < 16; ++tries, m -= step)
+        if (readCount(singleText(m), 9007199254740992.0) == m)
+            return m;
+    return m > 0 ? m : 0;
+}
+
+std::optional<qint64> parseOfferSize(const QString& text)
+{
+    if (text.isEmpty() || text.size() > 16)
+        return std::nullopt;
+    qint64 v = 0;
+    for (QChar c : text) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return std::nullopt;
+        v = v * 10 + (c.unicode() - '0');
+    }
+    if (v >= (qint64(1) << 53))
+        return std::nullopt;
+    return v;
 }
 
 QString groupedNumber(qint64 n)
@@ -106,7 +151,7 @@ OfferName deriveOfferName(const QString& offer)
 
     const qsizetype gt = o.bare.indexOf(QLatin1Char('>'));
     o.sizeText = gt < 0 ? QString() : o.bare.mid(gt + 1);
-    o.size = parseAckCount(o.sizeText);
+    o.size = parseOfferSize(o.sizeText);
 
     QString stripped = o.bare;
     QString offerStripped = offer;

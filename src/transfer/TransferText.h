@@ -18,6 +18,22 @@ QString singleText(qint64 count);
 // Nothing for a text that is not a number or does not fit 32 bits.
 std::optional<qint64> parseAckCount(const QString& text);
 
+// The largest length not above n whose acknowledgement text reads back as
+// exactly that length. The receiver cuts its file back to it before it
+// acknowledges, so the position the sender goes on from is always the
+// file's true length: a count the text would round up would make the
+// sender skip bytes, one it would round down would make it send bytes the
+// file already holds.
+qint64 exactAckLength(qint64 n);
+// The distance between lengths that an acknowledgement can carry exactly
+// around n: 1 below 10,000,000, then 10, 100, 1000 for each decade.
+qint64 ackStep(qint64 n);
+// The largest file a sender offers: an acknowledgement's count is read as
+// a 32-bit number.
+inline constexpr qint64 kMaxSendSize = 2147483647;
+// The size of an offer: a whole, non-negative number below 2^53.
+std::optional<qint64> parseOfferSize(const QString& text);
+
 // A number as the transfer's dialogs and labels show it: decimal with ","
 // between thousands, no decimals.
 QString groupedNumber(qint64 n);
@@ -41,7 +57,7 @@ struct OfferName {
     QString bare;      // right of the last backslash (the first character
                        // lost when there is none): name + ">" + size
     QString sizeText;  // behind the first ">" of bare
-    std::optional<qint64> size;  // sizeText read as a 32-bit number
+    std::optional<qint64> size;  // sizeText read as a whole number below 2^53
     QString name;      // bare without every copy of sizeText, less its last character
     QString okPath;    // what the accept message carries back
 };

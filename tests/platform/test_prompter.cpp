@@ -23,6 +23,27 @@ QString readAll(FILE* f)
     return QString::fromUtf8(out);
 }
 
+TEST(ScriptedPrompter, EveryControlByteIsEscapedOnTheEchoLine)
+{
+    // A peer's text can hold any byte: none below 32, nor DEL, reaches the
+    // line as it is.
+    EXPECT_EQ(ScriptedPrompter::escapeField(QString::fromLatin1("a\0b\x1b[2J\x07\x7f\x1f\\\r\n\t", 14)),
+              "a\\x00b\\x1B[2J\\x07\\x7F\\x1F\\\\\\r\\n\\t");
+    FILE* echo = std::tmpfile();
+    ScriptedPrompter p({}, echo);
+    QString all;
+    for (int c = 0; c < 128; ++c)
+        all += QChar(c);
+    p.msgBox(all, MsgStyle::OkOnly, all);
+    const QString line = readAll(echo);
+    std::fclose(echo);
+    ASSERT_TRUE(line.endsWith('\n'));
+    EXPECT_EQ(line.count('\t'), 3);
+    EXPECT_EQ(line.count('\n'), 1);
+    for (QChar c : line.chopped(1))
+        EXPECT_TRUE(c == '\t' || (c.unicode() >= 32 && c.unicode() != 127)) << int(c.unicode());
+}
+
 TEST(ScriptedPrompter, AnswersInOrderFallsBackToDefaultAndEchoesEscapedLines)
 {
     FILE* echo = std::tmpfile();

@@ -116,6 +116,19 @@ TEST(CommandIni, CmdWordsReachTheirRoutines)
     EXPECT_EQ(mutes, 1);
     c.runCommand("Cmd Refresh");
     EXPECT_EQ(t.wire(), "^reFresh");
+    // Send File: its Open dialog is answered like any other.
+    const QString path = t.copy.file("batch.txt");
+    {
+        QFile f(path);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("from a batch file");
+    }
+    t.copy.prompter().addAnswers({"file:" + path});
+    c.runCommand("Cmd SendFile");
+    const QByteArray request = "%%File Sending Request%%" + path.toUtf8().replace('/', '\\') +
+                               ">17*fs*";
+    EXPECT_EQ(t.wire(request.size()), request);
+    EXPECT_EQ(t.copy.prompter().records().last().kind, "file");
 }
 
 TEST(CommandIni, AddressGoesToTheConnectKeysAndConnects)

@@ -4,6 +4,7 @@
 #include "transfer/Transfer.h"
 #include "transfer/TransferText.h"
 
+#include <QRandomGenerator>
 #include <gtest/gtest.h>
 
 using namespace vonnel;
@@ -64,6 +65,36 @@ TEST(AckCount, MultiplesOfAThousandSurviveTheTripButFramesOf1024DoNot)
     EXPECT_EQ(parseAckCount(singleText(9766LL * 1024)), 10000380);
     // Below ten million every count is exact.
     EXPECT_EQ(parseAckCount(singleText(9765LL * 1024)), 9765LL * 1024);
+}
+
+TEST(AckCount, TheReceiverCutsBackToALengthTheCountCarriesExactly)
+{
+    const struct {
+        qint64 n, exact, step;
+    } cases[] = {
+        {0, 0, 1},
+        {9999999, 9999999, 1},
+        {10000384, 10000380, 10},
+        {99999999, 99999990, 10},
+        {1000003200, 1000003000, 1000},
+        {1000002000, 1000002000, 1000},
+        {2147483647, 2147483000, 1000},
+        {12345678901, 12345670000, 10000},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(exactAckLength(c.n), c.exact) << c.n;
+        EXPECT_EQ(ackStep(c.n), c.step) << c.n;
+    }
+    // Over the whole range a sender reads back exactly the cut length,
+    // and never loses more than one step.
+    QRandomGenerator rng(7);
+    for (int i = 0; i < 20000; ++i) {
+        const qint64 n = qint64(rng.bounded(2147483647.0));
+        const qint64 m = exactAckLength(n);
+        ASSERT_EQ(parseAckCount(singleText(m)), m) << n;
+        ASSERT_LE(m, n);
+        ASSERT_LT(n - m, ackStep(n)) << n;
+    }
 }
 
 struct OfferCase {

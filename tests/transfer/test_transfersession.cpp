@@ -1,0 +1,353 @@
+// Transfers belong to the session that started them. Whichever way a
+// session ends, a later caller can neither read a file that was sent nor
+// write into one that was being received, and messages that belong to no
+// transfer of this session change nothing.
+
+#include "transfer/RawPeer.h"
+#include "transfer/TwoCopies.h"
+
+#include "connection/Connection.h"
+
+#include <QRandomGenerator>
+#include <QTimer>
+
+#include <sys/socket.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+// How a session with a raw peer ends.
+enum class End { PeerCloses, PeerResets, PeerShutsDown, CopyDisconnects };
+
+const char* endName(End e)
+{
+    switch (e) {
+    case End::PeerCloses: return "PeerCloses";
+    case End::PeerResets: return "PeerResets";
+    case End::PeerShutsDown: return "PeerShutsDown";
+    case End::CopyDisconnects: return "CopyDisconnects";
+    }
+    return "";
+}
+
+// A reset instead of a close: the peer's socket is dropped with nothing
+// lingering, which makes the kernel answer with RST.
+void resetConnection(qintptr descriptor)
+{
+    const linger l{1, 0};
+    ::setsockopt(int(descriptor), SOL_SOCKET, SO_LINGER, &l, sizeof l);
+}
+
+class SessionEnd : public RawPeer, public ::testing::WithParamInterface<End> {
+protected:
+    void endSession()
+    {
+        switch (GetParam()) {
+        case End::PeerCloses:
+            peer.disconnectFromHost();
+            break;
+        case End::PeerResets:
+            resetConnection(peer.socketDescriptor());
+            peer.abort();
+            break;
+        case End::PeerShutsDown:
+            send("^SD");
+            peer.disconnectFromHost();
+            break;
+        case End::CopyDisconnects:
+            f().connection().mnuDisconnect_Click();
+            break;
+        }
+        ASSERT_TRUE(waitUntil([&] { return !f().IsConnected(); }));
+        ASSERT_TRUE(waitUntil(
+            [&] { return f().winsock(0).State() == Winsock::sckListening; }, 8000));
+    }
+    // A new caller, taken on as the copy's session.
+    void callAgain()
+    {
+        copy.prompter().addAnswers({"ok", "ok", "ok"});  // a recovery box, if any
+        acceptRawPeer(copy, later);
+        ASSERT_TRUE(f().IsConnected());
+        readFor(later, 50);
+    }
+    QTcpSocket later;
+};
+
+TEST_P(SessionEnd, AnInterruptedSendCannotBeReadByALaterCaller)
+{
+    const QByteArray data = randomBytes(12000, 21);
+    const QString path = copy.file("out/secret.bin");
+    ASSERT_TRUE(writeFile(path, data));
+    copy.prompter().addAnswers({"file:" + path});
+    t().mnuSendFile_Click();
+    readFor(peer, 50);
+    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
+    ASSERT_TRUE(t().fileSending());
+
+    endSession();
+    EXPECT_FALSE(t().fileSending());
+    EXPECT_FALSE(t().sendFileOpen());
+    EXPECT_TRUE(t().sendFilePath.isEmpty());
+    EXPECT_EQ(w().lblProgress.text, "Connection closed: the file was not sent whole");
+    EXPECT_TRUE(f().controls.enabled("mnuSendFile"));
+
+    callAgain();
+    later.write("%%Data Received-5000%%%%Data Received-%%Data Received-0%%");
+    later.write("%%Continue Sending File%%%%Open Pause Window%%");
+    later.write("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    later.flush();
+    EXPECT_TRUE(readFor(later, 300).isEmpty());
+    EXPECT_FALSE(t().sendFileOpen());
+}
+
+TEST_P(SessionEnd, AnInterruptedDownloadTakesNothingFromALaterCaller)
+{
+    const QByteArray data = randomBytes(9000, 22);
+    const QString target = copy.file("in/partial.bin");
+    offer("C:\\partial.bin", 9000, target);
+    send(frame(data.left(2000)));
+    EXPECT_EQ(expectBytes(22), "%%Data Received-2000%%");
+    send(frame(data.mid(2000, 2000)));
+    EXPECT_EQ(expectBytes(22), "%%Data Received-4000%%");
+
+    endSession();
+    EXPECT_FALSE(t().fileReceiving());
+    EXPECT_FALSE(t().recvFileOpen());
+    EXPECT_EQ(w().lblProgress.text, "Connection closed: the partial file is kept");
+
+    callAgain();
+    later.write(frame("INJECTED"));
+    later.flush();
+    EXPECT_TRUE(readFor(later, 300).isEmpty());
+    // The partial file stays as the first session left it.
+    EXPECT_EQ(readFile(target), data.left(4000));
+}
+
+INSTANTIATE_TEST_SUITE_P(Transfer, SessionEnd,
+                         ::testing::Values(End::PeerCloses, End::PeerResets, End::PeerShutsDown,
+                                           End::CopyDisconnects),
+                         [](const auto& info) { return endName(info.param); });
+
+TEST_F(RawPeer, AFinishedSendIsNeverOpenedAgain)
+{
+    const QByteArray data = randomBytes(5000, 23);
+    const QString path = copy.file("out/done.bin");
+    ASSERT_TRUE(writeFile(path, data));
+    copy.prompter().addAnswers({"file:" + path});
+    t().mnuSendFile_Click();
+    readFor(peer, 50);
+    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
+    send("%%Data Received-2000%%");
+    expectBytes(2009);
+    send("%%Data Received-4000%%");
+    expectBytes(1009);
+    send("%%Data Received-5000%%");
+    ASSERT_TRUE(waitUntil([&] { return w().cmdCancel.tag == "Finish"; }));
+
+    // The same session asks for any part of it again: nothing comes.
+    send("%%Data Received-1000%%%%Data Received-%%Continue Sending File%%");
+    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    EXPECT_TRUE(readFor(peer, 300).isEmpty());
+    EXPECT_FALSE(t().sendFileOpen());
+}
+
+TEST_F(RawPeer, OffersWithABadSizeAreAnsweredWithARefusal)
+{
+    for (const char* size : {"1E+99", "-5", "12abc", "", "9007199254740992", "4e3"}) {
+        copy.prompter().clearRecords();
+        send("%%File Sending Request%%C:\\x.bin>" + QByteArray(size) + "*fs*");
+        EXPECT_EQ(expectBytes(23), "%%FS Request Rejected%%") << size;
+        ASSERT_EQ(copy.prompter().records().size(), 1) << size;
+        EXPECT_TRUE(copy.prompter().records()[0].text.endsWith("Type mismatch")) << size;
+        EXPECT_FALSE(t().fileReceiving()) << size;
+    }
+    // A large but readable size is a question like any other.
+    copy.prompter().clearRecords();
+    copy.prompter().addAnswers({"no"});
+    send("%%File Sending Request%%C:\\big.iso>99999999999*fs*");
+    EXPECT_EQ(expectBytes(23), "%%FS Request Rejected%%");
+    EXPECT_TRUE(copy.prompter().asked("97,656,250 KB"));
+}
+
+TEST_F(RawPeer, APictureOfferTouchesNothingBeforeTheBoardTakesIt)
+{
+    const QString picture = copy.file("captscr.jpg");
+    ASSERT_TRUE(writeFile(picture, "my own capture"));
+    send("%%File Sending Request%%picC:\\captscr.jpg>100*fs*");
+    pump(200);
+    EXPECT_EQ(readFile(picture), "my own capture");
+    EXPECT_TRUE(copy.prompter().records().isEmpty());
+}
+
+TEST_F(RawPeer, FilesTheCountCannotCarryAreRefusedBeforeTheOffer)
+{
+    // A sparse file one byte past the largest count.
+    const QString huge = copy.file("out/huge.bin");
+    {
+        QDir().mkpath(copy.file("out"));
+        QFile f(huge);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.resize(kMaxSendSize + 1));
+    }
+    copy.prompter().addAnswers({"file:" + huge});
+    t().mnuSendFile_Click();
+    EXPECT_TRUE(copy.prompter().asked("2,147,483,647 bytes"));
+    // Past a thousand million the count moves in steps of a thousand:
+    // frames of 500 bytes could never be acknowledged.
+    const QString big = copy.file("out/big.bin");
+    {
+        QFile f(big);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly) && f.resize(1000000100));
+    }
+    copy.set("Byte Per Send", "500");
+    copy.prompter().addAnswers({"file:" + big});
+    t().mnuSendFile_Click();
+    EXPECT_TRUE(copy.prompter().asked("at least 1,000 bytes per send"));
+    EXPECT_TRUE(readFor(peer, 200).isEmpty());
+    EXPECT_FALSE(t().fileOffered());
+}
+
+// --- files that cross a thousand million bytes -------------------------------------------
+
+// A file of zeros up to kWindow, then noise: sparse on the disk, and only
+// the part from the window on has to travel.
+constexpr qint64 kWindow = 999950000;
+constexpr qint64 kBigSize = 1000000000 + 60000 + 777;
+
+QByteArray bigTail() { return randomBytes(kBigSize - kWindow, 31); }
+
+bool makeBigFile(const QString& path)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || !f.resize(kWindow))
+        return false;
+    f.seek(kWindow);
+    return f.write(bigTail()) == kBigSize - kWindow;
+}
+
+// Compares two files byte for byte, in blocks.
+bool sameFiles(const QString& one, const QString& two)
+{
+    QFile a(one), b(two);
+    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly) || a.size() != b.size())
+        return false;
+    constexpr qint64 block = 8 << 20;
+    while (!a.atEnd()) {
+        if (a.read(block) != b.read(block))
+            return false;
+    }
+    return true;
+}
+
+// Makes the receiving copy's first write land the file at the window: the
+// sender's first chunk is zeros, as is everything before the window, so
+// the file is what a transfer from the start would have made by then.
+void jumpToTheWindow(Transfer& receiver, const QString& target)
+{
+    auto once = std::make_shared<QMetaObject::Connection>();
+    *once = QObject::connect(&receiver, &Transfer::copyingFrame, [once, target](qint64 bytes) {
+        QObject::disconnect(*once);
+        QFile f(target);
+        if (f.open(QIODevice::ReadWrite))
+            f.resize(kWindow - bytes);
+    });
+}
+
+class PastAThousandMillion : public TwoCopies, public ::testing::WithParamInterface<int> {};
+
+TEST_P(PastAThousandMillion, TwoCopiesDeliverTheFileWhole)
+{
+    for (TestCopy* c : {&a, &b})
+        c->set("Byte Per Send", QString::number(GetParam()));
+    source = a.file("out/big.bin");
+    target = b.file("in/big.bin");
+    ASSERT_TRUE(makeBigFile(source));
+    QDir().mkpath(b.file("in"));
+    jumpToTheWindow(tb(), target);
+    a.prompter().addAnswers({"file:" + source});
+    b.prompter().addAnswers({"yes", "file:" + target});
+    ta().mnuSendFile_Click();
+    ASSERT_TRUE(finished(60000)) << received();
+    EXPECT_EQ(received(), kBigSize);
+    EXPECT_TRUE(sameFiles(source, target));
+}
+
+INSTANTIATE_TEST_SUITE_P(Transfer, PastAThousandMillion, ::testing::Values(2000, 3200, 8000));
+
+// A sender written from the protocol's rules alone: it reads each count as
+// a number, rounds it, and sends the next frame from there.
+TEST_F(RawPeer, ALiteralSenderPastAThousandMillionDeliversTheFileWhole)
+{
+    const QString target = copy.file("in/big.bin");
+    const QByteArray tail = bigTail();
+    auto chunkAt = [&](qint64 at, qint64 n) {
+        QByteArray out(n, '\0');
+        for (qint64 i = 0; i < n; ++i)
+            if (at + i >= kWindow)
+                out[i] = tail[at + i - kWindow];
+        return out;
+    };
+    jumpToTheWindow(t(), target);
+    offer("C:\\big.bin", kBigSize, target);
+    qint64 position = 0;
+    QByteArray pending;
+    int frames = 0;
+    for (; frames < 1000; ++frames) {
+        send(frame(chunkAt(position, qMin<qint64>(3200, kBigSize - position))));
+        pending += readAtLeast(peer, 1);
+        const qsizetype close = pending.indexOf("%%", 16);
+        ASSERT_TRUE(pending.startsWith("%%Data Received-") && close > 0) << pending.constData();
+        position = qint64(std::llround(pending.mid(16, close - 16).toDouble()));
+        pending = pending.mid(close + 2);
+        if (position >= kBigSize)
+            break;
+    }
+    EXPECT_EQ(position, kBigSize);
+    EXPECT_EQ(w().cmdCancel.tag, "Finish");
+    EXPECT_EQ(QFileInfo(target).size(), kBigSize);
+    QFile got(target);
+    ASSERT_TRUE(got.open(QIODevice::ReadOnly));
+    got.seek(kWindow - 4096);
+    EXPECT_EQ(got.readAll(), QByteArray(4096, '\0') + tail);
+}
+
+// --- pauses with a frame in flight ---------------------------------------------------------
+
+TEST_F(TwoCopies, AThousandReceiverPausesWithFramesInFlightLeaveTheFileWhole)
+{
+    for (TestCopy* c : {&a, &b})
+        c->set("Byte Per Send", "2000");
+    QRandomGenerator rng(41);
+    int pauses = 0;
+    bool pausing = false;
+    ProgressModel& wb = tb().progress();
+    auto c = QObject::connect(&tb(), &Transfer::copyingFrame, [&] {
+        if (pausing || pauses >= 1000 || rng.bounded(2) != 0)
+            return;
+        pausing = true;
+        // Pressed just after this frame's acknowledgement left, or a moment
+        // later: the sender's next frame is then on its way.
+        QTimer::singleShot(int(rng.bounded(2)), [&] {
+            if (wb.cmdPause.tag == "Pause" && wb.cmdPause.enabled) {
+                tb().cmdPause_Click();
+                ++pauses;
+            }
+            QTimer::singleShot(int(rng.bounded(3)), [&] {
+                if (wb.cmdPause.tag == "Continue")
+                    tb().cmdPause_Click();
+                pausing = false;
+            });
+        });
+    });
+    startTransfer(20000 * 2000, 42);
+    ASSERT_TRUE(finished(120000)) << received() << " after " << pauses << " pauses";
+    QObject::disconnect(c);
+    EXPECT_EQ(pauses, 1000);
+    EXPECT_EQ(readFile(target), data);
+}
+
+}  // namespace
