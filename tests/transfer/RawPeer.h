@@ -63,6 +63,18 @@ public:
         return expectBytes(ok.size());
     }
 
+    // The copy offers the given bytes as the file at path and the peer
+    // accepts the offer. Returns the first frame the copy sends.
+    QByteArray sendAccepted(const QString& path, const QByteArray& data, qsizetype firstPayload)
+    {
+        EXPECT_TRUE(writeFile(path, data));
+        copy.prompter().addAnswers({"file:" + path});
+        t().mnuSendFile_Click();
+        readFor(peer, 100);
+        send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+        return expectBytes(firstPayload + 9);
+    }
+
     TestCopy copy;
     QTcpSocket peer;
     QStringList rings;

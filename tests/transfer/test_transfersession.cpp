@@ -79,12 +79,7 @@ TEST_P(SessionEnd, AnInterruptedSendCannotBeReadByALaterCaller)
 {
     const QByteArray data = randomBytes(12000, 21);
     const QString path = copy.file("out/secret.bin");
-    ASSERT_TRUE(writeFile(path, data));
-    copy.prompter().addAnswers({"file:" + path});
-    t().mnuSendFile_Click();
-    readFor(peer, 50);
-    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
-    EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
+    EXPECT_EQ(sendAccepted(path, data, 2000), frame(data.left(2000)));
     ASSERT_TRUE(t().fileSending());
 
     endSession();
@@ -135,12 +130,7 @@ TEST_F(RawPeer, AFinishedSendIsNeverOpenedAgain)
 {
     const QByteArray data = randomBytes(5000, 23);
     const QString path = copy.file("out/done.bin");
-    ASSERT_TRUE(writeFile(path, data));
-    copy.prompter().addAnswers({"file:" + path});
-    t().mnuSendFile_Click();
-    readFor(peer, 50);
-    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
-    EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
+    EXPECT_EQ(sendAccepted(path, data, 2000), frame(data.left(2000)));
     send("%%Data Received-2000%%");
     expectBytes(2009);
     send("%%Data Received-4000%%");

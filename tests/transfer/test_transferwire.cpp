@@ -188,12 +188,7 @@ TEST_F(RawPeer, PausedAndCancelledSendersDropAcknowledgements)
 {
     const QByteArray data = randomBytes(8000, 5);
     const QString path = copy.file("out/e.bin");
-    ASSERT_TRUE(writeFile(path, data));
-    copy.prompter().addAnswers({"file:" + path});
-    t().mnuSendFile_Click();
-    readFor(peer, 100);
-    send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
-    EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
+    EXPECT_EQ(sendAccepted(path, data, 2000), frame(data.left(2000)));
 
     t().cmdPause_Click();
     EXPECT_EQ(expectBytes(17), "%%Pause Sending%%");
