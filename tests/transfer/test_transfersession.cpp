@@ -126,6 +126,69 @@ INSTANTIATE_TEST_SUITE_P(Transfer, SessionEnd,
                                            End::CopyDisconnects),
                          [](const auto& info) { return endName(info.param); });
 
+// The same with two copies: a sends to b, and the session ends while the
+// file is half way; then strangers call both.
+enum class CopiesEnd { SenderDisconnects, ReceiverDisconnects, SenderShutsDown, Reset };
+
+class TwoCopiesEnd : public TwoCopies, public ::testing::WithParamInterface<CopiesEnd> {};
+
+TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
+{
+    startTransfer(6 << 20, 24);
+    ASSERT_TRUE(waitUntil([&] { return received() > (1 << 20); }));
+    switch (GetParam()) {
+    case CopiesEnd::SenderDisconnects:
+        a.frm().connection().mnuDisconnect_Click();
+        break;
+    case CopiesEnd::ReceiverDisconnects:
+        b.frm().connection().mnuDisconnect_Click();
+        break;
+    case CopiesEnd::SenderShutsDown:
+        a.frm().xSendData("^SD");
+        a.frm().connection().mnuDisconnect_Click();
+        break;
+    case CopiesEnd::Reset:
+        // a's socket is dropped with a RST; b learns of it from the wire.
+        resetConnection(a.frm().winsock(0).connectionDescriptor());
+        a.frm().winsock(0).Close();
+        a.frm().connection().ListenOnLocalPort();
+        break;
+    }
+    auto listening = [](TestCopy& c) { return c.frm().winsock(0).State() == Winsock::sckListening; };
+    ASSERT_TRUE(waitUntil([&] { return listening(a) && listening(b); }, 8000));
+    pump(100);
+    const QByteArray partial = readFile(target);
+    EXPECT_EQ(partial, data.left(partial.size()));
+    EXPECT_LT(partial.size(), data.size());
+    EXPECT_FALSE(ta().fileSending() || ta().sendFileOpen());
+    EXPECT_FALSE(tb().fileReceiving() || tb().recvFileOpen());
+    EXPECT_EQ(tb().progress().lblProgress.text, "Connection closed: the partial file is kept");
+
+    // A stranger calls the sender and asks for bytes; another calls the
+    // receiver and sends some.
+    QTcpSocket reader, writer;
+    acceptRawPeer(a, reader);
+    acceptRawPeer(b, writer);
+    ASSERT_TRUE(a.frm().IsConnected() && b.frm().IsConnected());
+    reader.write("%%Data Received-4000%%%%Data Received-%%Continue Sending File%%");
+    writer.write(frame("INJECTED") + "%%Continue Receiving File%%" + frame("MORE"));
+    reader.flush();
+    writer.flush();
+    EXPECT_TRUE(readFor(reader, 300).isEmpty());
+    EXPECT_TRUE(readFor(writer, 100).isEmpty());
+    EXPECT_EQ(readFile(target), partial);
+}
+
+INSTANTIATE_TEST_SUITE_P(Transfer, TwoCopiesEnd,
+                         ::testing::Values(CopiesEnd::SenderDisconnects,
+                                           CopiesEnd::ReceiverDisconnects,
+                                           CopiesEnd::SenderShutsDown, CopiesEnd::Reset),
+                         [](const auto& info) {
+                             const char* names[] = {"SenderDisconnects", "ReceiverDisconnects",
+                                                    "SenderShutsDown", "Reset"};
+                             return names[int(info.param)];
+                         });
+
 TEST_F(RawPeer, AFinishedSendIsNeverOpenedAgain)
 {
     const QByteArray data = randomBytes(5000, 23);
