@@ -650,8 +650,10 @@ void Connection::Winsock_Error(int index, int, const QString&)
     // deaf to the next caller: unless the recovery put the socket back
     // already, it listens again on its port.
     if (sessionFailed && f.winsock(f.sIdx).State() != Winsock::sckListening) {
+        const QString why = f.stStatusbar.text(2);
         f.winsock(f.sIdx).Close();
         ListenOnLocalPort();
+        f.stStatusbar.setText(2, why);  // still says why the session ended
     }
     TextPane& client = f.txtClient();
     if (!client.text().isEmpty())

@@ -12,6 +12,7 @@
 // A board picture and a ring sound take the same road; which one a frame
 // belongs to is the receiver's own state (the board window's visibility).
 
+#include "transfer/FrameJoiner.h"
 #include "transfer/ProgressModel.h"
 
 #include <QByteArray>
@@ -48,10 +49,8 @@ public:
     // receive loop as it is); otherwise parts gets what is now ready for the
     // loop, in order: the whole frame, and whatever came behind its end.
     bool joinArrival(const QByteArray& bytes, QList<QByteArray>& parts);
-    bool holdingFrame() const { return !m_pendingFrame.isEmpty(); }
-    // A frame is never held beyond this many bytes; past it the bytes go to
-    // the literal rule (the last five bytes taken as the end marker).
-    static constexpr qsizetype kMaxHeldFrame = 4 * 1024 * 1024;
+    bool holdingFrame() const { return m_joiner.holding(); }
+    static constexpr qsizetype kMaxHeldFrame = FrameJoiner::kMaxHeldFrame;
 
     // --- sending side -------------------------------------------------------
     void mnuSendFile_Click();
@@ -194,18 +193,10 @@ private:
     // The file the Open button of a finished receive opens.
     QString m_receivedPath;
     // A data frame whose end has not come yet.
-    QByteArray m_pendingFrame;
-    qsizetype m_pendingScanned = 0;
+    FrameJoiner m_joiner;
     // Time since the copy of a frame last yielded to the event loop.
     QElapsedTimer m_sinceYield;
     static constexpr int kYieldEveryMs = 20;
 };
-
-// Where the data frame in c (starting "<*> ") ends, when it ends before the
-// last byte: the position of a " </*>" that has behind it the start of one
-// of the messages of the receive loop. -1 when there is none yet. from is
-// where to start looking; undecided is set to the first end marker whose
-// rest is still too short to tell.
-qsizetype findInnerFrameEnd(const QByteArray& c, qsizetype from, qsizetype* undecided = nullptr);
 
 }  // namespace vonnel

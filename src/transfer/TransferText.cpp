@@ -1,6 +1,7 @@
 #include "transfer/TransferText.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 #include <cmath>
 #include <cstdio>
 
@@ -125,6 +126,41 @@ QString shortenedPath(const QString& path)
     if (separators > 1 && path.size() >= 41)
         return path.left(3) + QStringLiteral("...") + path.mid(last);
     return path;
+}
+
+// "*" + name + "*" as a pattern match: the name anywhere in the path, with
+// the pattern's own wild cards in the name taking part. The path is taken
+// in its wire form, so that "/" can only match inside a name, as on the
+// system the rule was made for ("n/a" never matches a folder "n" and a
+// file "a...").
+bool likeAnywhere(const QString& path, const QString& name)
+{
+    const QString text = wirePath(path);
+    if (name.isEmpty())
+        return true;
+    QString rx;
+    for (QChar c : name) {
+        if (c == QLatin1Char('*'))
+            rx += QStringLiteral(".*");
+        else if (c == QLatin1Char('?'))
+            rx += QLatin1Char('.');
+        else if (c == QLatin1Char('#'))
+            rx += QStringLiteral("\\d");
+        else
+            rx += QRegularExpression::escape(QString(c));
+    }
+    return QRegularExpression(rx, QRegularExpression::CaseInsensitiveOption |
+                                      QRegularExpression::DotMatchesEverythingOption)
+        .match(text)
+        .hasMatch();
+}
+
+// Int(a / b * 100) in single precision.
+int percentOf(qint64 a, qint64 b)
+{
+    if (b <= 0)
+        return 100;
+    return int(float(a) / float(b) * 100.0f);
 }
 
 QString wirePath(const QString& localPath)

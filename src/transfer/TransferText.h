@@ -48,6 +48,15 @@ QString labelSizeText(qint64 size);
 // and everything from the last separator on. "/" and "\" both separate.
 QString shortenedPath(const QString& path);
 
+// "*" + name + "*" as a pattern match on a path (in its wire form): the
+// name anywhere in it, with the pattern's own wild cards taking part.
+bool likeAnywhere(const QString& path, const QString& name);
+
+// Int(a / b * 100) in single precision, as the window shows progress.
+int percentOf(qint64 a, qint64 b);
+
+inline const QString kCrLf = QStringLiteral("\r\n");
+
 // A local path in the form the wire carries: every "/" written as "\", so
 // that any receiver finds the name behind the last backslash.
 QString wirePath(const QString& localPath);

@@ -539,6 +539,8 @@ TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
             EXPECT_TRUE(views.shown.isEmpty());
         }
         EXPECT_EQ(f.connection().property(), nullptr);
+        // Not left deaf: the next caller finds it listening.
+        EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
         f.setViews(headless);
     }
 }

@@ -130,6 +130,13 @@ INSTANTIATE_TEST_SUITE_P(Transfer, SessionEnd,
 // file is half way; then strangers call both.
 enum class CopiesEnd { SenderDisconnects, ReceiverDisconnects, SenderShutsDown, Reset };
 
+const char* copiesEndName(CopiesEnd e)
+{
+    static const char* const names[] = {"SenderDisconnects", "ReceiverDisconnects",
+                                        "SenderShutsDown", "Reset"};
+    return names[int(e)];
+}
+
 class TwoCopiesEnd : public TwoCopies, public ::testing::WithParamInterface<CopiesEnd> {};
 
 TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
@@ -183,11 +190,7 @@ INSTANTIATE_TEST_SUITE_P(Transfer, TwoCopiesEnd,
                          ::testing::Values(CopiesEnd::SenderDisconnects,
                                            CopiesEnd::ReceiverDisconnects,
                                            CopiesEnd::SenderShutsDown, CopiesEnd::Reset),
-                         [](const auto& info) {
-                             const char* names[] = {"SenderDisconnects", "ReceiverDisconnects",
-                                                    "SenderShutsDown", "Reset"};
-                             return names[int(info.param)];
-                         });
+                         [](const auto& info) { return copiesEndName(info.param); });
 
 TEST_F(RawPeer, AFinishedSendIsNeverOpenedAgain)
 {

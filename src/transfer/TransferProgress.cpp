@@ -1,0 +1,294 @@
+#include "transfer/Transfer.h"
+
+#include "core/IniStore.h"
+#include "core/Logs.h"
+#include "platform/Desktop.h"
+#include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "shell/Views.h"
+#include "transfer/TransferText.h"
+#include "wire/Receiver.h"
+
+// The outcome of a transfer and the progress window's buttons: pause,
+// continue, hold, cancel.
+
+namespace vonnel {
+
+void Transfer::updateProgress(const QString& what)
+{
+    FrmMain& f = m_frm;
+    ProgressModel& w = m_progress;
+    if (what == QLatin1String("File receiving success")) {
+        w.lblProgress.text = QStringLiteral("100%");
+        w.prbProgress = 100;
+        setCancelButton("Finish");
+        w.refresh();
+        (drawVisible() ? m_picReceiving : m_receiving) = false;
+        m_receivedPath = recvFilePath;
+        Receiver& r = f.receiver();
+        if (likeAnywhere(recvFilePath, r.ringWanted)) {
+            unloadProgress();
+            closeAllFiles();
+            Q_EMIT f.ringRequested(f.appFile(r.ringWanted));
+            r.ringWanted = QStringLiteral("n/a");
+        } else {
+            Q_EMIT f.ringRequested(f.setting(QStringLiteral("Ring5")));
+        }
+        w.lblProgress.color = Qt::black;
+        w.lblProgress.visible = false;
+        setPauseButton("Open");
+        w.cmdPause.enabled = true;
+        w.refresh();
+        if (w.chkCloseProgress && w.loaded)
+            unloadProgress();
+        if (!drawVisible()) {
+            transferPaused = false;
+            m_recvFile.close();
+        } else {
+            m_picRecvFile.close();
+        }
+        f.TransferOnHold = false;
+    } else if (what == QLatin1String("Save Error")) {
+        w.lblProgress.text = QStringLiteral("100%");
+        w.prbProgress = 100;
+        setCancelButton("Error");
+        m_receiving = false;
+        m_recvFile.close();
+        f.TransferOnHold = false;
+        w.refresh();
+    } else if (what == QLatin1String("File sending cancelled")) {
+        w.lblProgress.color = QColor(0, 0, 255);
+        w.lblProgress.visible = true;
+        w.lblProgress.text = lookup("File sending/receiving cancelled");
+        const bool receiving = w.txtSendRec == QLatin1String("Receiving File");
+        if (drawVisible()) {
+            picCancelled = true;
+            (receiving ? m_picRecvFile : m_picSendFile).close();
+            (receiving ? m_picReceiving : m_picSending) = false;
+        } else {
+            transferCancelled = true;
+            (receiving ? m_recvFile : m_sendFile).close();
+            (receiving ? m_receiving : m_sending) = false;
+            transferPaused = false;
+        }
+        m_offered = false;
+        m_frameOut = false;
+        f.TransferOnHold = false;
+        const QString tail = lookup(" (Cancelled)");
+        if (!w.caption.contains(tail))
+            w.caption += tail;
+        w.lblProgress.color = Qt::black;
+        Q_EMIT beep();
+        w.cmdPause.enabled = false;
+        w.refresh();
+    } else if (what == QLatin1String("Pause")) {
+        w.lblProgress.visible = true;
+        w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(w.txtSendRec, w.txtSendRec);
+        w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
+        // The alarm at this end: the bell twice in a row.
+        const QString bell = f.setting(QStringLiteral("Ring5"));
+        Q_EMIT f.ringRequested(bell);
+        Q_EMIT f.ringRequested(bell);
+        setPauseButton("Continue");
+        w.cmdPause.enabled = false;
+        w.cmdPause.toolTip = lookup("You have no right to contine to send/receive file");
+        setCancelButton("Unload");
+        w.refresh();
+        if (w.minimized) {
+            f.setVisible(true);
+            f.views().raiseMain();
+        }
+    } else if (what == QLatin1String("Continue Send")) {
+        windowBack();
+        w.cmdPause.enabled = true;
+        w.refresh();
+        goOn(holdPosition);
+    } else if (what == QLatin1String("Continue Receive")) {
+        windowBack();
+        w.cmdPause.enabled = true;
+        w.refresh();
+        f.xSendData(QStringLiteral("%%Data Received-"));
+    }
+}
+
+// --- pause, hold, cancel ------------------------------------------------------------------
+
+void Transfer::cancelSendFiles()
+{
+    if (drawVisible())
+        picCancelled = true;
+    else
+        transferCancelled = true;
+}
+
+void Transfer::savePauseSetting(const QString& progressText, const QString& direction, int percent,
+                                const QString& fileName, const QString& fileSize)
+{
+    FrmMain& f = m_frm;
+    holdProgressText = progressText;
+    holdDirection = direction;
+    holdPercent = percent;
+    holdFileName = fileName;
+    holdFileSize = fileSize;
+    f.TransferOnHold = true;
+    if (direction.contains(QLatin1String("Receiving")))
+        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Receive File", "&Receive File"));
+    else
+        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+}
+
+void Transfer::restorePauseWindow()
+{
+    FrmMain& f = m_frm;
+    loadProgress();
+    ProgressModel& w = m_progress;
+    w.lblProgress.text = holdProgressText;
+    w.lblProgress.visible = true;
+    w.txtSendRec = holdDirection;
+    w.prbProgress = holdPercent;
+    w.lblFilename = holdFileName;
+    w.lblFilesize = holdFileSize;
+    w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(holdDirection, holdDirection);
+    setPauseButton("Continue");
+    w.cmdPause.toolTip = lookup("Continue sending/receiving file");
+    setCancelButton("Unload");
+    w.cmdCancel.toolTip = lookup("Back to chat and continue later");
+    f.TransferOnHold = false;
+    f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+    showProgress();
+}
+
+// --- the progress window ------------------------------------------------------------------
+
+void Transfer::setPauseButton(const char* tag)
+{
+    m_progress.cmdPause.tag = QLatin1String(tag);
+    m_progress.cmdPause.caption = lookup(tag);
+}
+
+void Transfer::setCancelButton(const char* tag)
+{
+    m_progress.cmdCancel.tag = QLatin1String(tag);
+    m_progress.cmdCancel.caption = lookup(tag);
+}
+
+void Transfer::windowBack()
+{
+    ProgressModel& w = m_progress;
+    setPauseButton("Pause");
+    setCancelButton("Cancel");
+    w.cmdCancel.toolTip = lookup("Cancel this sending/receiving");
+    w.lblProgress.color = Qt::black;
+    w.lblProgress.visible = false;
+    w.caption = m_frm.translate(w.txtSendRec, w.txtSendRec);
+}
+
+void Transfer::loadProgress()
+{
+    ProgressModel& w = m_progress;
+    if (w.loaded)
+        return;
+    w.reset();
+    setPauseButton("Pause");
+    setCancelButton("Cancel");
+    w.cmdPause.enabled = m_frm.bytesPerSend <= 3200;
+    w.chkCloseProgress = m_frm.settingFlag(QStringLiteral("Close Progress"));
+    w.loaded = true;
+    Q_EMIT w.loadedChanged(true);
+}
+
+void Transfer::showProgress()
+{
+    loadProgress();
+    // The window's activation: no second transfer, and the board stays open.
+    m_frm.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    Q_EMIT closeDrawEnabled(false);
+    m_progress.refresh();
+}
+
+void Transfer::unloadProgress()
+{
+    FrmMain& f = m_frm;
+    ProgressModel& w = m_progress;
+    if (!w.loaded)
+        return;
+    if (f.transferMode == QLatin1String("Vonnel") && transferPaused) {
+        savePauseSetting(w.lblProgress.text, w.txtSendRec, w.prbProgress, w.lblFilename,
+                         w.lblFilesize);
+        holdPosition = sendFileSent;
+    }
+    if (!f.ProgramExiting) {
+        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        Q_EMIT closeDrawEnabled(true);
+    }
+    w.loaded = false;
+    Q_EMIT w.loadedChanged(false);
+}
+
+void Transfer::cmdPause_Click()
+{
+    FrmMain& f = m_frm;
+    ProgressModel& w = m_progress;
+    if (!w.loaded || !w.cmdPause.enabled || !w.cmdPause.visible)
+        return;
+    const QString tag = w.cmdPause.tag;
+    if (tag == QLatin1String("Pause")) {
+        if (!connected())
+            return;
+        f.xSendData(QStringLiteral("%%Pause Sending%%"));
+        pauseSendFile(true);
+        setPauseButton("Continue");
+        w.cmdPause.toolTip = lookup("Continue sending/receiving file");
+        setCancelButton("Unload");
+        w.cmdCancel.toolTip = lookup("Back to chat and continue later");
+        w.lblProgress.visible = true;
+        w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
+        w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(w.txtSendRec, w.txtSendRec);
+        w.refresh();
+    } else if (tag == QLatin1String("Continue")) {
+        pauseSendFile(false);
+        // The message names what the peer is to do.
+        if (w.txtSendRec.contains(QLatin1String("Sending")))
+            f.xSendData(QStringLiteral("%%Continue Receiving File%%"));
+        else
+            f.xSendData(QStringLiteral("%%Continue Sending File%%"));
+        windowBack();
+        w.refresh();
+    } else if (tag == QLatin1String("Open")) {
+        f.desktop().openFile(m_receivedPath);
+    }
+}
+
+void Transfer::cmdCancel_Click()
+{
+    FrmMain& f = m_frm;
+    ProgressModel& w = m_progress;
+    if (!w.loaded)
+        return;
+    const QString tag = w.cmdCancel.tag;
+    if (tag == QLatin1String("Unload") && connected()) {
+        f.xSendData(QStringLiteral("%%Unload%%"));
+        pauseSendFile(true);
+        savePauseSetting(w.lblProgress.text, w.txtSendRec, w.prbProgress, w.lblFilename,
+                         w.lblFilesize);
+        unloadProgress();
+    } else if (tag == QLatin1String("Cancel") && connected()) {
+        f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+        cancelSendFiles();
+        f.idleDelayFor(0.2);
+        updateProgress(QStringLiteral("File sending cancelled"));
+        unloadProgress();
+    } else {
+        unloadProgress();
+    }
+}
+
+void Transfer::chkCloseProgress_Click(bool checked)
+{
+    m_progress.chkCloseProgress = checked;
+    m_frm.writeSetting(QStringLiteral("Close Progress"), checked ? QStringLiteral("1")
+                                                                 : QStringLiteral("0"));
+}
+
+}  // namespace vonnel

@@ -1,0 +1,292 @@
+#include "transfer/Transfer.h"
+
+#include "core/IniStore.h"
+#include "core/Logs.h"
+#include "platform/Desktop.h"
+#include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "shell/Views.h"
+#include "transfer/TransferText.h"
+#include "wire/Receiver.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+// The receiving side: the accept procedure, the target file, and each data
+// frame written and acknowledged.
+
+namespace vonnel {
+
+QString Transfer::dataFrame(const QByteArray& bytes, qsizetype s)
+{
+    QByteArray frame = s == 0 ? bytes : bytes.mid(s);
+    if (frame.endsWith(kFrameEnd))
+        return receiveFrame(std::move(frame), QByteArray());
+    const qsizetype end = findInnerFrameEnd(frame, 4);
+    if (end >= 0) {
+        // The frame ends inside the read: what came behind it (the sender's
+        // typing, a message) goes back to the receive loop.
+        const QByteArray rest = frame.mid(end + kFrameEnd.size());
+        frame.truncate(end + kFrameEnd.size());
+        return receiveFrame(std::move(frame), rest);
+    }
+    if (frame.size() <= FrameJoiner::kMaxHeldFrame && (m_receiving || m_picReceiving)) {
+        // Torn: the rest of the frame is in the next read(s). Only a
+        // transfer in progress has frames to wait for.
+        m_joiner.hold(frame);
+        return QString();
+    }
+    return receiveFrame(std::move(frame), QByteArray());
+}
+
+bool Transfer::joinArrival(const QByteArray& bytes, QList<QByteArray>& parts)
+{
+    return m_joiner.join(bytes, parts);
+}
+
+QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
+{
+    FrmMain& f = m_frm;
+    const QString rest = restBytes.isEmpty() ? QString() : fromCp1252(restBytes);
+    // The payload: from behind the head to the end less the five bytes of
+    // the end marker, whatever those five are.
+    const qsizetype payloadLength = qMax<qsizetype>(0, frame.size() - 4 - 5);
+
+    // The target and the flags are taken now: the copy below yields, and a
+    // cancel may come in meanwhile.
+    const bool board = drawVisible();
+    if (!(board ? m_picReceiving : m_receiving)) {
+        strayFrame(payloadLength);
+        return rest;
+    }
+    QFile* target;
+    qint64 expected;
+    if (board) {
+        if (picCancelled) {
+            closeAllFiles();
+            return rest;
+        }
+        target = &m_picRecvFile;
+        expected = picRecvSize;
+    } else {
+        if (transferCancelled) {
+            closeAllFiles();
+            return rest;
+        }
+        target = &m_recvFile;
+        expected = recvFileSize;
+    }
+    m_progress.caption = lookup("Receiving File");
+    m_progress.txtSendRec = QStringLiteral("Receiving File");
+
+    // The copy is where the window's buttons may act in the middle of a
+    // frame. It yields to the event loop (socket events wait) at most every
+    // few milliseconds: between frames the loop runs anyway.
+    Q_EMIT copyingFrame(payloadLength);
+    if (!m_sinceYield.isValid() || m_sinceYield.elapsed() >= kYieldEveryMs) {
+        m_sinceYield.start();
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
+    }
+    if (f.ProgramExiting || f.unloading)
+        return QString();
+
+    const qint64 written =
+        target->isOpen() ? target->write(frame.constData() + 4, payloadLength) : -1;
+    if (written != payloadLength) {
+        saveError(*target);
+        return rest;
+    }
+
+    // A frame that comes while this transfer is paused was on its way when
+    // the pause was pressed: its bytes are where the sender's position
+    // already stands, so they are kept and acknowledged like any other (a
+    // paused sender takes the count as its position and sends nothing).
+    qint64 n = target->size();
+    if (!board && transferPaused && n >= expected) {
+        // The whole file is in: the pause has nothing left to hold, and
+        // the sender must hear that before its last count.
+        pauseSendFile(false);
+        f.xSendData(QStringLiteral("%%Continue Sending File%%"));
+        windowBack();
+    }
+    if (n >= expected) {
+        m_progress.lblProgress.text = QStringLiteral("100%");
+        m_progress.prbProgress = 100;
+        m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
+        m_progress.cmdPause.enabled = false;
+        m_progress.refresh();
+        f.xSendData(QStringLiteral("%%Data Received-") + QString::number(n) + QStringLiteral("%%"));
+        if (n == expected)
+            updateProgress(QStringLiteral("File receiving success"));
+        else
+            updateProgress(QStringLiteral("Save Error"));
+    } else {
+        const qint64 before = n;
+        n = acknowledgedLength(*target);
+        if (n < before && n <= m_lastAck) {
+            // Frames smaller than the rounding of the count at this length
+            // could never move the transfer on.
+            f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+            updateProgress(QStringLiteral("File sending cancelled"));
+            m_progress.lblProgress.text =
+                lookup("The sending side's frames are too small for a file of this size");
+            m_progress.refresh();
+            return rest;
+        }
+        m_lastAck = n;
+        const int pct = percentOf(n, expected);
+        m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
+        m_progress.prbProgress = pct;
+        f.xSendData(QStringLiteral("%%Data Received-") + singleText(n) + QStringLiteral("%%"));
+        m_progress.refresh();
+    }
+    return rest;
+}
+
+qint64 Transfer::acknowledgedLength(QFile& target)
+{
+    // The count travels in a form that keeps seven digits: the file is cut
+    // back to a length the count carries exactly, and the sender sends the
+    // cut bytes again from there.
+    const qint64 n = target.size();
+    const qint64 exact = exactAckLength(n);
+    if (exact < n && !target.resize(exact))
+        return n;
+    return exact;
+}
+
+void Transfer::saveError(const QFile& target)
+{
+    FrmMain& f = m_frm;
+    const QString text = target.isOpen() ? target.errorString() : QStringLiteral("Bad file name or number");
+    const int number = target.isOpen() ? int(target.error()) : 52;
+    closeAllFiles();
+    m_receiving = m_picReceiving = false;
+    ++recvHandleCounter;
+    f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+    f.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
+                     text + QStringLiteral(" (") + QString::number(number) + QLatin1Char(')'));
+}
+
+void Transfer::getSaveFileName(QString offer)
+{
+    FrmMain& f = m_frm;
+    bool picture = false;
+    if (offer.startsWith(QLatin1String("pic"))) {
+        offer = offer.mid(3);
+        picture = true;
+    }
+    const OfferName o = deriveOfferName(offer);
+    if (!o.size) {
+        f.prompter().msgBox(QStringLiteral("File Receiving - getSaveFileName Error (Filename") +
+                                o.name + QStringLiteral(")\rType mismatch"),
+                            MsgStyle::Exclamation, FrmMain::kTitle + QStringLiteral(" Error"));
+        // Answered, so the peer does not wait for ever.
+        f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+        return;
+    }
+    if (picture) {
+        // A picture is always the board's file; without the board there is
+        // nothing to receive it into, and the file is left alone.
+        if (!drawVisible())
+            return;
+        picRecvSize = *o.size;
+        QFile::remove(f.appFile(QStringLiteral("captscr.jpg")));
+    } else {
+        recvFileSize = *o.size;
+        const QString question = lookup("Would you like to accept it?") + kCrLf + kCrLf +
+                                 QStringLiteral("  ") + o.name + QStringLiteral("  ") +
+                                 questionSizeText(*o.size);
+        const Answer a = f.prompter().msgBox(question, MsgStyle::YesNo | MsgStyle::Information,
+                                             lookup("File Receiving Request"));
+        if (a != Answer::Yes) {
+            f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            return;
+        }
+        FileRequest req;
+        req.save = true;
+        req.title = QStringLiteral("Save File As");
+        // The peer's name is only a proposal, and only its last part.
+        req.proposedName = proposedSaveName(o.name);
+        const QString chosen = f.prompter().file(req);
+        if (chosen.isEmpty()) {
+            f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            return;
+        }
+        recvFilePath = chosen;
+        if (QFileInfo::exists(chosen)) {
+            QFile::setPermissions(chosen, QFile::permissions(chosen) | QFileDevice::WriteOwner);
+            QFile::remove(chosen);
+        }
+    }
+    f.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    f.xSendData(QStringLiteral("%%FS Request OK%%") + o.okPath + QStringLiteral("*fs*"));
+    beginGetFile();
+}
+
+bool Transfer::receiveRingFile(const QString& name, qint64 size)
+{
+    if (!isBareFileName(name))
+        return false;
+    recvFilePath = m_frm.appFile(name);
+    recvFileSize = size;
+    beginGetFile();
+    return true;
+}
+
+void Transfer::beginGetFile()
+{
+    FrmMain& f = m_frm;
+    transferCancelled = false;
+    picCancelled = false;
+    recvHandleCounter = recvHandleCounter + sendFileHandle + picSendHandle + 1;
+    const bool board = drawVisible();
+    QString path;
+    QFile* target;
+    qint64 size;
+    if (board) {
+        picRecvHandle = recvHandleCounter;
+        path = f.appFile(QStringLiteral("captscr.jpg"));
+        target = &m_picRecvFile;
+        size = picRecvSize;
+    } else {
+        if (recvFilePath.isEmpty())
+            return;
+        recvFileHandle = recvHandleCounter;
+        path = recvFilePath;
+        target = &m_recvFile;
+        size = recvFileSize;
+    }
+    if (QFileInfo::exists(path))
+        QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner);
+    clearHeldFrame();
+    target->close();
+    target->setFileName(path);
+    // Appended to, never truncated here; one write per frame goes straight
+    // to the disk, so the file's length is always the true count.
+    if (!target->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+        f.prompter().msgBox(QStringLiteral("File Receiving - beginGetFile Error (Filename") + path +
+                                QStringLiteral(")\r") + target->errorString(),
+                            MsgStyle::Exclamation);
+        return;
+    }
+    (board ? m_picReceiving : m_receiving) = true;
+    m_lastAck = 0;
+    loadProgress();
+    m_progress.lblFilename = shortenedPath(path);
+    m_progress.lblFilesize = labelSizeText(size);
+    const bool quiet = board || likeAnywhere(recvFilePath, f.receiver().ringWanted);
+    m_progress.cmdPause.visible = !quiet;
+    m_progress.chkCloseProgressVisible = !quiet;
+    if (quiet)
+        m_progress.chkCloseProgress = true;
+    m_progress.lblProgress.text = QStringLiteral("0%");
+    m_progress.txtSendRec = QStringLiteral("Receiving File");
+    m_progress.caption = m_frm.translate(m_progress.txtSendRec, m_progress.txtSendRec);
+    if (!f.NotReadySent)
+        showProgress();
+    else
+        m_progress.refresh();
+}
+
+}  // namespace vonnel

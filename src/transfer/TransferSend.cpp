@@ -1,0 +1,344 @@
+#include "transfer/Transfer.h"
+
+#include "core/IniStore.h"
+#include "core/Logs.h"
+#include "platform/Desktop.h"
+#include "platform/Prompter.h"
+#include "shell/FrmMain.h"
+#include "shell/Views.h"
+#include "transfer/TransferText.h"
+#include "wire/Receiver.h"
+
+#include <QFileInfo>
+#include <QTimer>
+
+// The sending side: the Send File command, the offer, and one frame per
+// acknowledgement until the end of the file.
+
+namespace vonnel {
+
+namespace {
+
+const char* const kFileFilter =
+    "All Files (*.*)|*.*|Text Files (*.txt)|*.txt|Documents (*.doc *.pdf)|*.doc;*.pdf|"
+    "Picture Files (*.jpg)|*.jpg|MP3 Files (*.mp3)|*.mp3|"
+    "Compressed Files (*.zip *.rar)|*.zip;*.rar";
+
+}  // namespace
+
+void Transfer::mnuSendFile_Click()
+{
+    FrmMain& f = m_frm;
+    f.bytesPerSend = f.settingInt(QStringLiteral("Byte Per Send"));
+    if (f.bytesPerSend == 0)
+        f.bytesPerSend = 2000;
+
+    if (connected() && transferPaused) {
+        // On hold: both sides bring their windows back.
+        f.xSendData(QStringLiteral("%%Open Pause Window%%"));
+        restorePauseWindow();
+        return;
+    }
+    if (m_progress.loaded)
+        unloadProgress();
+
+    qint64 length = 0;
+    for (;;) {
+        FileRequest req;
+        req.title = lookup("Open");
+        req.filter = lookup(kFileFilter);
+        const QString path = f.prompter().file(req);
+        if (path.isEmpty())
+            return;  // cancelled: nothing said
+        sendFilePath = path;
+        const QFileInfo info(path);
+        if (info.exists() && info.isFile() && info.size() > 0) {
+            length = info.size();
+            if (!refusedForSize(length))
+                break;
+            continue;
+        }
+        f.prompter().msgBox(lookup("File does not exist or zero byte file."));
+    }
+    if (connected()) {
+        f.stStatusbar.setText(2, lookup("Please wait for remote user's response..."));
+        sendFileRequest(sendFilePath, length);
+        m_offered = true;
+        f.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+        f.controls.setEnabled(QStringLiteral("mnuDraw"), false);
+    }
+}
+
+bool Transfer::refusedForSize(qint64 length)
+{
+    // The receiver's count reaches the sender as a 32-bit number with seven
+    // significant digits. A larger file could not be acknowledged, and
+    // frames smaller than the count's rounding would not move it on: such a
+    // file is refused here rather than broken half-way.
+    FrmMain& f = m_frm;
+    if (length > kMaxSendSize) {
+        f.prompter().msgBox(
+            lookup("This file is too large to send: the largest file that can be sent is") +
+                QLatin1Char(' ') + groupedNumber(kMaxSendSize) + QStringLiteral(" bytes."),
+            MsgStyle::Exclamation);
+        return true;
+    }
+    const qint64 step = ackStep(length);
+    if (step > f.bytesPerSend) {
+        f.prompter().msgBox(lookup("Byte Per Send is too small for this file: a file of this size "
+                                   "needs at least") +
+                                QLatin1Char(' ') + groupedNumber(step) +
+                                QStringLiteral(" bytes per send."),
+                            MsgStyle::Exclamation);
+        return true;
+    }
+    return false;
+}
+
+void Transfer::sendFileRequest(const QString& name, qint64 size)
+{
+    if (!connected())
+        return;
+    if (name.startsWith(QLatin1String("pic")))
+        m_picOffered = true;
+    m_frm.sendRaw(QStringLiteral("%%File Sending Request%%") + wirePath(name) + QLatin1Char('>') +
+                  QString::number(size) + QStringLiteral("*fs*"));
+}
+
+void Transfer::goOn(qint64 position)
+{
+    // Stop and wait: while a frame is out, its count is what sends the
+    // next one. Sending now as well would put two frames on the way, and
+    // the count of the first would then send the second again. A receiver
+    // that dropped the frame (one paused as the protocol first had it) never
+    // answers it: after a while the stored position is taken after all.
+    if (!m_frameOut) {
+        ContSendFile(position);
+        return;
+    }
+    const quint64 frame = m_framesSent;
+    QTimer::singleShot(kUnansweredFrameMs, this, [this, frame, position] {
+        if (m_frameOut && m_framesSent == frame && !transferPaused) {
+            m_frameOut = false;
+            ContSendFile(position);
+        }
+    });
+}
+
+void Transfer::sendFrame(const QByteArray& payload)
+{
+    // Head, payload and end marker, in this order with nothing between
+    // them, handed to the socket as one buffer: the peer sees the same
+    // bytes as from three writes, and the frame leaves in one piece rather
+    // than as a lone head that the rest then waits behind.
+    QByteArray frame;
+    frame.reserve(kFrameHead.size() + payload.size() + kFrameEnd.size());
+    frame += kFrameHead;
+    frame += payload;
+    frame += kFrameEnd;
+    m_frm.sendRawBytes(frame);
+    m_frameOut = true;
+    ++m_framesSent;
+}
+
+bool Transfer::readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out)
+{
+    // Frames follow each other: the file usually stands where the next
+    // chunk begins already.
+    if (!file.isOpen() || (file.pos() != at && !file.seek(at)))
+        return false;
+    out = file.read(size);
+    return out.size() == size;
+}
+
+void Transfer::beginSendFile(QString path)
+{
+    FrmMain& f = m_frm;
+    transferCancelled = false;
+    picCancelled = false;
+    holdPosition = 0;
+    fileHandleCounter = fileHandleCounter + recvFileHandle + picRecvHandle + 1;
+    const int counter = fileHandleCounter;
+    const bool board = drawVisible();
+
+    auto cannotOpen = [&](QFile& file, const char* which) {
+        f.prompter().msgBox(QStringLiteral("Error opening ") + path + kCrLf + file.errorString() +
+                                QLatin1String(which) + QString::number(counter),
+                            MsgStyle::Exclamation);
+        closeAllFiles();
+        f.sendRaw(QStringLiteral("%%Error%%"));
+    };
+
+    if (board) {
+        picSendSent = 0;
+        picSendHandle = counter + 1;
+        path = f.appFile(QStringLiteral("captscr.jpg"));
+        m_picSendFile.close();
+        m_picSendFile.setFileName(path);
+        if (!m_picSendFile.open(QIODevice::ReadOnly)) {
+            cannotOpen(m_picSendFile, ": begin send pic no. ");
+            return;
+        }
+    } else {
+        sendFileHandle = counter;
+        sendFilePath = path;
+        if (!QFileInfo(path).isFile()) {
+            f.sendRaw(QStringLiteral("%%Error%%"));
+            return;
+        }
+        m_sendFile.close();
+        m_sendFile.setFileName(path);
+        if (!m_sendFile.open(QIODevice::ReadOnly)) {
+            cannotOpen(m_sendFile, ": begin send file no. ");
+            return;
+        }
+    }
+    (board ? m_picOffered : m_offered) = false;
+    (board ? m_picSending : m_sending) = true;
+    loadProgress();
+
+    const bool picBranch = board && f.transferMode != QLatin1String("Vonnel");
+    QFile& file = picBranch ? m_picSendFile : m_sendFile;
+    const qint64 length = (board ? m_picSendFile : m_sendFile).size();
+    const qint64 chunk = length >= f.bytesPerSend ? f.bytesPerSend : length;
+    m_progress.lblProgress.text =
+        length >= f.bytesPerSend ? QString::number(percentOf(chunk, length)) + QLatin1Char('%')
+                                 : QStringLiteral("100%");
+    QByteArray payload;
+    if (!readChunk(file, 0, chunk, payload)) {
+        f.prompter().msgBox(QStringLiteral("Error at the begining of file sending (File#") +
+                                QString::number(counter) + QStringLiteral(")\r") + file.errorString(),
+                            MsgStyle::Exclamation);
+        return;
+    }
+    if (picBranch)
+        picSendSent = chunk;
+    else
+        sendFileSent = chunk;
+    f.stStatusbar.setPicture(1, StatePicture::picSend);
+    sendFrame(payload);
+    if (!board)
+        sendFileSize = length;
+
+    m_progress.lblFilesize = labelSizeText(length);
+    m_progress.lblFilename = shortenedPath(path);
+    const bool quiet = board || likeAnywhere(path, f.Ring);
+    m_progress.cmdPause.visible = !quiet;
+    m_progress.chkCloseProgressVisible = !quiet;
+    if (quiet)
+        m_progress.chkCloseProgress = true;
+    m_progress.caption = lookup("Sending File");
+    m_progress.txtSendRec = QStringLiteral("Sending File");
+    showProgress();
+}
+
+void Transfer::ContSendFile(qint64 position)
+{
+    FrmMain& f = m_frm;
+    const bool picBranch = drawVisible() && f.transferMode != QLatin1String("Vonnel");
+    QString path;
+    QFile* file;
+    qint64* sent;
+    // Only a send of this session goes on; a file whose send ended is never
+    // opened again.
+    if (!(picBranch ? m_picSending : m_sending))
+        return;
+    if (picBranch) {
+        if (picCancelled)
+            return;
+        path = f.appFile(QStringLiteral("captscr.jpg"));
+        file = &m_picSendFile;
+        sent = &picSendSent;
+    } else {
+        if (transferPaused || transferCancelled)
+            return;
+        path = sendFilePath;
+        file = &m_sendFile;
+        sent = &sendFileSent;
+    }
+    qint64 p = *sent;
+    if (position != 0)
+        p = position;  // the receiver's file length is the only authority
+
+    // A file that was closed behind the transfer is picked up again.
+    if (!file->isOpen()) {
+        file->setFileName(path);
+        file->open(QIODevice::ReadOnly);
+    }
+    m_progress.caption = lookup("Sending File");
+    m_progress.txtSendRec = QStringLiteral("Sending File");
+
+    const int handle = picBranch ? picSendHandle : sendFileHandle;
+    const qint64 length = file->isOpen() ? file->size() : 0;
+    if (!file->isOpen()) {
+        f.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
+                                     QString::number(handle) + QStringLiteral(")\r") +
+                                     file->errorString() + QStringLiteral(": & attrMsg"));
+        Q_EMIT drawSendingLabel(QStringLiteral("False"));
+        *sent = p;
+        return;
+    }
+    if (p < length) {
+        const qint64 chunk = qMin<qint64>(f.bytesPerSend, length - p);
+        f.stStatusbar.setPicture(1, StatePicture::picSend);
+        QByteArray payload;
+        if (!readChunk(*file, p, chunk, payload)) {
+            f.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
+                                         QString::number(handle) + QStringLiteral(")\r") +
+                                         file->errorString() + QStringLiteral(": & attrMsg"));
+            Q_EMIT drawSendingLabel(QStringLiteral("False"));
+            *sent = p;
+            return;
+        }
+        sendFrame(payload);
+        p += chunk;
+        const int pct = percentOf(p, length);
+        m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
+        m_progress.prbProgress = pct;
+        m_progress.refresh();
+        *sent = p;
+        return;
+    }
+
+    // The last acknowledgement came: the transfer has ended.
+    (picBranch ? m_picSending : m_sending) = false;
+    if (p > length) {
+        // The receiver counts more bytes than the file has: its copy is
+        // not this file, and the send is not reported as a success.
+        setCancelButton("Error");
+        m_progress.cmdPause.enabled = false;
+        m_progress.lblProgress.visible = true;
+        m_progress.lblProgress.text = lookup("Save Error");
+        m_progress.refresh();
+        file->close();
+        *sent = 0;
+        return;
+    }
+    setCancelButton("Finish");
+    m_progress.cmdPause.enabled = false;
+    m_progress.lblProgress.text = QStringLiteral("100%");
+    m_progress.prbProgress = 100;
+    m_progress.refresh();
+    if (!likeAnywhere(path, ringSent)) {
+        Q_EMIT f.ringRequested(f.setting(QStringLiteral("Ring5")));
+    } else {
+        unloadProgress();
+        ringSent = QStringLiteral("n/a");
+    }
+    if (!drawVisible()) {
+        if (m_progress.chkCloseProgress && m_progress.loaded)
+            unloadProgress();
+    } else {
+        unloadProgress();
+        f.stStatusbar.setPicture(1, StatePicture::picSend);
+        f.sendRaw(QStringLiteral("&&showPic$"));
+        Q_EMIT drawSendingLabel(QStringLiteral("False"));
+    }
+    f.TransferOnHold = false;
+    p = 0;
+    f.idleDelayFor(0.2);
+    file->close();
+    *sent = p;
+}
+
+}  // namespace vonnel
