@@ -18,6 +18,7 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <utility>
 #include <QStyle>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -120,7 +121,20 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
             [this](const QString& n) { m_frm.typing().controlTriggered(n); });
 
     connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
-    connect(&frm.stStatusbar, &StatusBar::panelChanged, this, &MainWindow::refreshPanel);
+    // Panels change with every frame of a transfer (the send picture, the
+    // byte counts): they are drawn at most every few hundredths of a second.
+    m_panelTimer.setSingleShot(true);
+    m_panelTimer.setInterval(40);
+    connect(&m_panelTimer, &QTimer::timeout, this, [this] {
+        const QSet<int> dirty = std::exchange(m_dirtyPanels, {});
+        for (int n : dirty)
+            refreshPanel(n);
+    });
+    connect(&frm.stStatusbar, &StatusBar::panelChanged, this, [this](int n) {
+        m_dirtyPanels.insert(n);
+        if (!m_panelTimer.isActive())
+            m_panelTimer.start();
+    });
     connect(&frm, &FrmMain::captionChanged, this, [this] { setWindowTitle(m_frm.caption()); });
     connect(&frm, &FrmMain::visibilityChanged, this, [this](bool v) {
         if (v) {
@@ -421,7 +435,10 @@ void MainWindow::refreshPanel(int n)
         return;
     const StatusPanel& p = m_frm.stStatusbar.panel(n);
     if (n == 1) {
-        label->setPixmap(statePicture(p.picture).pixmap(14, 14));
+        QPixmap& picture = m_statePixmaps[int(p.picture)];
+        if (picture.isNull())
+            picture = statePicture(p.picture).pixmap(14, 14);
+        label->setPixmap(picture);
     } else if (n != 5 && n != 6 && n != 7) {
         label->setText(p.text);
     }

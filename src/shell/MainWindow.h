@@ -7,6 +7,9 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPixmap>
+#include <QSet>
+#include <QTimer>
 
 class QAction;
 class QLabel;
@@ -74,6 +77,9 @@ private:
     QMenu* m_trayMenu = nullptr;
     QWidget* m_splash = nullptr;
     ProgressDialog* m_progress = nullptr;
+    QTimer m_panelTimer;
+    QSet<int> m_dirtyPanels;
+    QHash<int, QPixmap> m_statePixmaps;
 };
 
 }  // namespace vonnel

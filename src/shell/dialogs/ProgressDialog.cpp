@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QPalette>
 #include <QVBoxLayout>
 
 namespace vonnel {
@@ -60,13 +61,23 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     connect(m_pause, &QPushButton::clicked, &t, &Transfer::cmdPause_Click);
     connect(m_cancel, &QPushButton::clicked, &t, &Transfer::cmdCancel_Click);
     connect(m_close, &QCheckBox::clicked, &t, &Transfer::chkCloseProgress_Click);
-    connect(&t.progress(), &ProgressModel::changed, this, &ProgressDialog::refresh);
+    // A transfer changes the model with every frame, thousands of times a
+    // second: the window shows it at most every few hundredths of a second,
+    // which looks the same and leaves the time to the transfer.
+    m_refreshTimer.setSingleShot(true);
+    m_refreshTimer.setInterval(kRefreshMs);
+    connect(&m_refreshTimer, &QTimer::timeout, this, &ProgressDialog::refresh);
+    connect(&t.progress(), &ProgressModel::changed, this, [this] {
+        if (!m_refreshTimer.isActive())
+            m_refreshTimer.start();
+    });
     connect(&t.progress(), &ProgressModel::loadedChanged, this, &ProgressDialog::loadedChanged);
     refresh();
 }
 
 void ProgressDialog::refresh()
 {
+    m_refreshTimer.stop();
     const ProgressModel& w = m_frm.transfer().progress();
     setWindowTitle(w.caption);
     m_filename->setText(w.lblFilename);
@@ -74,7 +85,12 @@ void ProgressDialog::refresh()
     m_finished->setText(w.lblFinished);
     m_progress->setText(w.lblProgress.text);
     m_progress->setVisible(w.lblProgress.visible);
-    m_progress->setStyleSheet(QStringLiteral("color: %1;").arg(w.lblProgress.color.name()));
+    if (w.lblProgress.color != m_progressColor) {
+        m_progressColor = w.lblProgress.color;
+        QPalette p = m_progress->palette();
+        p.setColor(QPalette::WindowText, m_progressColor);
+        m_progress->setPalette(p);
+    }
     m_bar->setValue(qBound(0, w.prbProgress, 100));
     m_close->setChecked(w.chkCloseProgress);
     m_close->setVisible(w.chkCloseProgressVisible);

@@ -3,7 +3,9 @@
 // progress model. It shows the model and hands its buttons to the logic;
 // it holds no state of its own.
 
+#include <QColor>
 #include <QDialog>
+#include <QTimer>
 
 class QCheckBox;
 class QLabel;
@@ -32,6 +34,9 @@ private:
     void loadedChanged(bool loaded);
 
     FrmMain& m_frm;
+    QTimer m_refreshTimer;
+    static constexpr int kRefreshMs = 40;
+    QColor m_progressColor = Qt::black;
     QLabel* m_filename;
     QLabel* m_filesize;
     QLabel* m_progress;
