@@ -12,6 +12,7 @@
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+#include "transfer/Transfer.h"
 #include "shell/Views.h"
 
 #include <QFile>
@@ -153,11 +154,8 @@ void FrmMain::Init()
     lastPictureFile = QStringLiteral("n/a");
     lastReceivedFile = QStringLiteral("n/a");
 
-    bytesPerSend = settingInt(QStringLiteral("Byte Per Send"));
-    if (bytesPerSend == 0) {
-        bytesPerSend = 2000;
+    if (transfer().readBytesPerSend())
         writeSetting(QStringLiteral("Byte Per Send"), QStringLiteral("2000"));
-    }
 
     if (!settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();

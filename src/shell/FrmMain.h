@@ -149,7 +149,6 @@ public:
     QString sessionKey;
     QString remoteKey;
     QString transferMode = QStringLiteral("Vonnel");
-    int bytesPerSend = 2000;
 
     int textLimit = 32000;
     int overflowLimit = 50;

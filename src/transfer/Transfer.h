@@ -98,6 +98,11 @@ public:
     bool fileReceiving() const { return m_receiving; }
 
     // --- state ------------------------------------------------------------------
+    // Payload bytes of a data frame, from Byte Per Send: read at start and at
+    // each Send File command. True when the setting was unusable and 2000
+    // was taken instead.
+    bool readBytesPerSend();
+    int bytesPerSend = 2000;
     QString sendFilePath;
     int sendFileHandle = 0;
     qint64 sendFileSize = 0;

@@ -191,7 +191,7 @@ void Transfer::loadProgress()
     w.reset();
     setPauseButton("Pause");
     setCancelButton("Cancel");
-    w.cmdPause.enabled = m_frm.bytesPerSend <= 3200;
+    w.cmdPause.enabled = bytesPerSend <= 3200;
     w.chkCloseProgress = m_frm.settingFlag(QStringLiteral("Close Progress"));
     w.loaded = true;
     Q_EMIT w.loadedChanged(true);

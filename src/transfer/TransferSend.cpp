@@ -29,9 +29,7 @@ const char* const kFileFilter =
 void Transfer::mnuSendFile_Click()
 {
     FrmMain& f = m_frm;
-    f.bytesPerSend = f.settingInt(QStringLiteral("Byte Per Send"));
-    if (f.bytesPerSend == 0)
-        f.bytesPerSend = 2000;
+    readBytesPerSend();
 
     if (connected() && transferPaused) {
         // On hold: both sides bring their windows back.
@@ -69,6 +67,16 @@ void Transfer::mnuSendFile_Click()
     }
 }
 
+bool Transfer::readBytesPerSend()
+{
+    bytesPerSend = m_frm.settingInt(QStringLiteral("Byte Per Send"));
+    if (bytesPerSend >= 1)
+        return false;
+    // 0, text that is no number, and a negative count alike.
+    bytesPerSend = 2000;
+    return true;
+}
+
 bool Transfer::refusedForSize(qint64 length)
 {
     // The receiver's count reaches the sender as a 32-bit number with seven
@@ -84,7 +92,7 @@ bool Transfer::refusedForSize(qint64 length)
         return true;
     }
     const qint64 step = ackStep(length);
-    if (step > f.bytesPerSend) {
+    if (step > bytesPerSend) {
         f.prompter().msgBox(lookup("Byte Per Send is too small for this file: a file of this size "
                                    "needs at least") +
                                 QLatin1Char(' ') + groupedNumber(step) +
@@ -200,9 +208,9 @@ void Transfer::beginSendFile(QString path)
     const bool picBranch = board && f.transferMode != QLatin1String("Vonnel");
     QFile& file = picBranch ? m_picSendFile : m_sendFile;
     const qint64 length = (board ? m_picSendFile : m_sendFile).size();
-    const qint64 chunk = length >= f.bytesPerSend ? f.bytesPerSend : length;
+    const qint64 chunk = length >= bytesPerSend ? bytesPerSend : length;
     m_progress.lblProgress.text =
-        length >= f.bytesPerSend ? QString::number(percentOf(chunk, length)) + QLatin1Char('%')
+        length >= bytesPerSend ? QString::number(percentOf(chunk, length)) + QLatin1Char('%')
                                  : QStringLiteral("100%");
     QByteArray payload;
     if (!readChunk(file, 0, chunk, payload)) {
@@ -279,7 +287,7 @@ void Transfer::ContSendFile(qint64 position)
         return;
     }
     if (p < length) {
-        const qint64 chunk = qMin<qint64>(f.bytesPerSend, length - p);
+        const qint64 chunk = qMin<qint64>(bytesPerSend, length - p);
         f.stStatusbar.setPicture(1, StatePicture::picSend);
         QByteArray payload;
         if (!readChunk(*file, p, chunk, payload)) {

@@ -266,6 +266,16 @@ TEST_F(RawPeer, FilesTheCountCannotCarryAreRefusedBeforeTheOffer)
     EXPECT_FALSE(t().fileOffered());
 }
 
+TEST_F(RawPeer, BytePerSendThatIsNoPositiveNumberIsTwoThousand)
+{
+    for (const char* value : {"0", "many", "-5", "", "3200"}) {
+        copy.set("Byte Per Send", value);
+        copy.prompter().addAnswers({"cancel"});
+        t().mnuSendFile_Click();
+        EXPECT_EQ(t().bytesPerSend, QByteArray(value) == "3200" ? 3200 : 2000) << value;
+    }
+}
+
 // --- files that cross a thousand million bytes -------------------------------------------
 
 // A file of zeros up to kWindow, then noise: sparse on the disk, and only
