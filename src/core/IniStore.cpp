@@ -410,7 +410,7 @@ int iniInt(const QString& text)
         return 2147483647;
     if (v < -2147483648.0)
         return -2147483647 - 1;
-    // Banker's rounding, as the integer conversion of the original does.
+    // Banker's rounding: a setting of 2.5 is read as 2, 3.5 as 4.
     return int(std::nearbyint(v));
 }
 

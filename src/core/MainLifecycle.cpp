@@ -20,7 +20,7 @@
 namespace vonnel {
 
 namespace {
-// "= True" in the original compares the text with the truth value: "True"
+// A setting compared "= True" is compared with the truth value: "True"
 // and -1 are equal to it, any other number is not.
 bool equalsTrue(const QString& text)
 {

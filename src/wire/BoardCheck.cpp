@@ -14,7 +14,7 @@ namespace vonnel {
 
 namespace {
 
-// A field cut that the original makes with a negative length fails; the
+// A field cut with a negative length fails; the
 // routine's error tail then takes over.
 struct CutFailed {};
 

@@ -14,7 +14,7 @@ QString getBetween(const QString& data, const QString& openToken, const QString&
             p = 0;
         search = data.mid(p + openToken.size());
     }
-    // An empty closing token is found at once, as the original search does.
+    // An empty closing token is found at once, at the start of the search.
     const qsizetype q = closeToken.isEmpty() ? 0 : search.indexOf(closeToken);
     if (q <= 0)
         return QString();

@@ -1,6 +1,6 @@
 #pragma once
 // The routines every frame parser takes texts apart with. They keep the
-// 1-based arithmetic of the wire's original routines, including what they
+// 1-based arithmetic the wire's texts are cut with, including what they
 // do when a marker is missing, because the peers rely on that behaviour.
 
 #include <QString>
