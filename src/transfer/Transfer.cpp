@@ -68,6 +68,7 @@ void Transfer::endSession()
     const bool wasReceiving = m_receiving;
     const bool wasSending = m_sending;
     const bool onHold = f.TransferOnHold;
+    const bool anything = anyUnderWay() || onHold;
     closeAllFiles();
     clearHeldFrame();
     m_offered = m_picOffered = false;
@@ -89,13 +90,11 @@ void Transfer::endSession()
         f.TransferOnHold = false;
         f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
     }
-    if (!wasReceiving && !wasSending)
-        return;
-    if (!f.ProgramExiting) {
+    if (anything && !f.ProgramExiting) {
         f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
         f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
     }
-    if (!m_progress.loaded)
+    if ((!wasReceiving && !wasSending) || !m_progress.loaded)
         return;
     ProgressModel& w = m_progress;
     w.lblProgress.visible = true;
@@ -199,7 +198,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
     }
     if (data.startsWith(QLatin1String("%%Pause Sending%%"))) {
         const QString rest = data.mid(17);
-        if (!m_sending && !m_receiving)
+        if (!fileUnderWay())
             return rest;
         transferPaused = true;
         updateProgress(QStringLiteral("Pause"));
@@ -207,7 +206,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
     }
     if (data.startsWith(QLatin1String("%%Continue Sending File%%"))) {
         const QString rest = data.mid(25);
-        if (!m_sending && !m_receiving)
+        if (!fileUnderWay())
             return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Send"));
@@ -215,7 +214,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
     }
     if (data.startsWith(QLatin1String("%%Continue Receiving File%%"))) {
         const QString rest = data.mid(27);
-        if (!m_sending && !m_receiving)
+        if (!fileUnderWay())
             return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Receive"));
@@ -236,13 +235,13 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         return acknowledgement(data);
     if (data.startsWith(QLatin1String("%%Open Pause Window%%"))) {
         const QString rest = data.mid(21);
-        if ((m_sending || m_receiving) && transferPaused)
+        if (fileUnderWay() && transferPaused)
             restorePauseWindow();
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Unload%%"))) {
         const QString rest = data.mid(10);
-        if (!m_sending && !m_receiving)
+        if (!fileUnderWay())
             return rest;
         pauseSendFile(true);
         savePauseSetting(m_progress.lblProgress.text, m_progress.txtSendRec, m_progress.prbProgress,

@@ -165,6 +165,7 @@ private:
     QString protocolFault(const QString& description, const QString& message, const QString& data);
     void saveError(const QFile& target);
     bool anyUnderWay() const;
+    bool fileUnderWay() const { return m_sending || m_receiving; }
     void goOn(qint64 position = 0);
     qint64 acknowledgedLength(QFile& target);
     void strayFrame(qsizetype bytes);

@@ -192,6 +192,24 @@ INSTANTIATE_TEST_SUITE_P(Transfer, TwoCopiesEnd,
                                            CopiesEnd::SenderShutsDown, CopiesEnd::Reset),
                          [](const auto& info) { return copiesEndName(info.param); });
 
+TEST_P(SessionEnd, AnOfferLeftUnansweredIsForgottenAndSendFileComesBack)
+{
+    const QString path = copy.file("out/offer.bin");
+    ASSERT_TRUE(writeFile(path, randomBytes(3000, 25)));
+    copy.prompter().addAnswers({"file:" + path});
+    t().mnuSendFile_Click();
+    ASSERT_TRUE(t().fileOffered());
+    EXPECT_FALSE(f().controls.enabled("mnuSendFile"));
+    endSession();
+    EXPECT_FALSE(t().fileOffered());
+    EXPECT_TRUE(f().controls.enabled("mnuSendFile"));
+    // A later caller's acceptance of that offer sends nothing.
+    callAgain();
+    later.write("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
+    later.flush();
+    EXPECT_TRUE(readFor(later, 300).isEmpty());
+}
+
 TEST_F(RawPeer, AFinishedSendIsNeverOpenedAgain)
 {
     const QByteArray data = randomBytes(5000, 23);
