@@ -323,6 +323,10 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
                 block += QChar(char16_t(code));
             }
         }
+        // Both at the end: the deletion goes out after the Return whatever
+        // the order they were typed in.
+        if (returns > 0 && deletions > 0)
+            followUp();
         if (returns > 0)
             send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
         if (deletions > 0) {
@@ -467,6 +471,9 @@ void LiveTyping::followUpDue()
 void LiveTyping::keyboardPress(int keyCode, int shift, const QString& text)
 {
     txtServer_KeyDown(keyCode, shift);
+    // Delete has no character: no key press, only the control's deletion.
+    if (keyCode == vbKeyDelete && !(shift & (vbShiftMask | vbCtrlMask | vbAltMask)))
+        controlDeleteForward();
     for (QChar ch : text) {
         int ascii = ch.unicode();
         if (ascii == '\n')

@@ -117,7 +117,8 @@ public:
 
     // One key as the keyboard delivers it: key down, then per character of
     // `text` a key press and the control's edit; `keyboardRelease` is the
-    // key up. Keys without a character (Delete, arrows) pass empty text.
+    // key up. Keys without a character (Delete, arrows) pass empty text;
+    // Delete runs the control's deletion at the caret or on the selection.
     void keyboardPress(int keyCode, int shift, const QString& text);
     void keyboardRelease(int keyCode, int shift);
     // Types each character with its own press and release: "\r" or "\n" is

@@ -280,7 +280,7 @@ QString Receiver::cControlCheck(QString& data)
     if (data.startsWith(QLatin1String("^BK"))) {
         readPosition(getBetween(data, QStringLiteral("^BK"), QStringLiteral("#BK")), n);
         data = stripThrough(data, QStringLiteral("#BK"));
-        m_pane->deletion(n);
+        m_pane->deletion(n, data.startsWith(QLatin1String("<Paste> ")));
     }
     if (data.startsWith(QLatin1String("^Cr"))) {
         pane.append(kCrLf);

@@ -48,6 +48,9 @@
 //                                               nothing (no error box); a
 //                                               difference
 //                    P > n                      cut back to n
+//                    a block follows at once    a deletion between letters
+//                                               of a burst: cut back to n;
+//                                               a difference
 //                    P = n                      nothing was deleted
 //                    P < n                      nothing; a difference
 //   "<Paste> " t     -                          t added at the end
@@ -163,9 +166,14 @@ void RemotePane::lineBreak(int n, bool counted)
     m_inStep = pane().length() == n + 2;
 }
 
-void RemotePane::deletion(int n)
+void RemotePane::deletion(int n, bool blockFollows)
 {
     TextPane& p = pane();
+    // Between two blocks of one burst the number is no length: cut as the
+    // frame says, and have the whole text come if the sender does not send
+    // it by itself.
+    if (blockFollows)
+        differs();
     if (p.length() == 0)
         return;
     if (n < 0) {
@@ -177,7 +185,7 @@ void RemotePane::deletion(int n)
     if (L > n) {
         p.setText(p.text().left(n));
         p.caretToEnd();
-        m_inStep = true;
+        m_inStep = !blockFollows;
         return;
     }
     if (L == n)

@@ -30,8 +30,9 @@ public:
     // "^RETURN" n "#RETURN"; counted is false when n was no number (the
     // last one read stands in for it).
     void lineBreak(int n, bool counted = true);
-    // "^BK" n "#BK".
-    void deletion(int n);
+    // "^BK" n "#BK"; blockFollows: a "<Paste> " frame stands right behind it
+    // in the same arrival.
+    void deletion(int n, bool blockFollows = false);
     // "^Clr": the pane was emptied; so was the sender's.
     void cleared();
     // Text of an arrival was dropped unread: the pane may have missed frames.
