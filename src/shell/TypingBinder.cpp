@@ -179,7 +179,7 @@ bool TypingBinder::keyPress(QKeyEvent* e)
         return false;  // copy and select all: the widget's
     }
     // The caret and the selection the user made in the widget are the
-    // pane's: Backspace and Delete work there, typing replaces a selection.
+    // pane's: typing, Backspace and Delete work there.
     takeSelection();
     if (e->key() == Qt::Key_Delete) {
         typing.keyboardPress(code, shift, QString());

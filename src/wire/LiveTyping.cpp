@@ -135,11 +135,9 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
     TextPane& pane = f.txtServer;
     if (pane.length() == 0 && !keySent)
         firstTyping();
-    // Typing always goes on at the end, wherever the caret was put; only a
-    // selection is typed over, and Backspace takes what stands before the
-    // caret.
-    if (pane.selLength() == 0 && keyAscii != vbKeyBack)
-        pane.caretToEnd();
+    // Typing goes in at the caret, over the selection if there is one. The
+    // frames tell only typing at the end; anything else is followed by the
+    // whole text (see followUp).
     keyTyping = true;
     if (keyAscii == vbKeyTab)
         scan(pane.text().mid(urlScanned));

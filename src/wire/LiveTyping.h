@@ -82,10 +82,10 @@ public:
     void firstTyping();
 
     // What the text control does on its own between key press and change:
-    // inserts the character at the end (CR LF for Return), or in place of
-    // the selection when there is one; Backspace takes off the selection or
-    // the character (a line break as one) before the caret, which is the
-    // end unless the user put it elsewhere; nothing for Esc. Runs the change
+    // inserts the character at the caret (CR LF for Return), in place of the
+    // selection when there is one; Backspace takes off the selection or the
+    // character (a line break as one) before the caret; nothing for Esc. The
+    // caret is at the end unless the user put it elsewhere. Runs the change
     // handler when the text changed. Respects the pane's maximum length.
     void controlKey(int keyAscii);
     // The control's deletion of a range (the Delete key on selected text),

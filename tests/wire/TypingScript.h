@@ -152,7 +152,7 @@ public:
                 script << s;
                 s = Step();
                 s.kind = Step::Key;
-                s.keys = {int(m_gen.bounded(2)) ? kBack : kDelete};
+                s.keys = {int(m_gen.bounded(3)) == 0 ? kDelete : key()};
             } else {
                 s.kind = Step::Select;
                 s.at = int(m_gen.bounded(1001));

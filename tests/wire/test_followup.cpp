@@ -81,7 +81,8 @@ TEST(FollowUp, EditsBeforeTheEndAreFollowedByTheWholeText)
         const QByteArray expected = c.frames + wholeText(toCp1252(c.pane));
         EXPECT_EQ(p.wire(expected.size()), expected);
         EXPECT_EQ(p.typing().followUpsSent, 1);
-        // Typing goes on at the end as before.
+        // Typing at the end is told by its own frame as before.
+        p.frm().txtServer.caretToEnd();
         p.typing().typeText("!");
         EXPECT_EQ(p.wire(), "<KEY> ! <:KEY>" + QByteArray::number(c.pane.size() + 1) + "</KEY>");
     }

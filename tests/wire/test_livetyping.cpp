@@ -182,16 +182,18 @@ TEST(LiveTypingWire, SingleKeysDeleteTabAndEsc)
     EXPECT_FALSE(t.wire().contains('\x1b'));
 }
 
-TEST(LiveTypingWire, CaretAlwaysGoesToTheEnd)
+TEST(LiveTypingWire, TypingInTheMiddleGoesInThereAndTheWholeTextFollows)
 {
     TypingPeer t;
     FrmMain& f = t.frm();
+    t.typing().followUpDelayMs = 10;
     t.typing().typeText("abc");
     t.wire();
     f.txtServer.setSelStart(1);
     t.typing().typeText("d");
-    EXPECT_EQ(f.txtServer.text(), "abcd");
-    EXPECT_EQ(t.wire(), key('d', 4));
+    EXPECT_EQ(f.txtServer.text(), "adbc");
+    EXPECT_EQ(f.txtServer.selStart(), 2);
+    EXPECT_EQ(t.wire(), key('d', 4) + "^Clr" + kPresetFormat + "<Paste> adbc</Paste>");
 }
 
 TEST(LiveTypingWire, HeldKeyAtTheBoundWarnsAndSendsNothing)
