@@ -8,6 +8,8 @@
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
 #include "wire/LiveTyping.h"
+#include "wire/Receiver.h"
+#include "wire/RemotePane.h"
 
 namespace vonnel {
 
@@ -153,6 +155,7 @@ void LiveTyping::mnuRefresh_Click()
         if ((!f.remoteEncrypted && L < plain) || (f.remoteEncrypted && L < encrypted)) {
             refreshAwaited = true;
             f.txtClient().clear();
+            f.receiver().remotePane().awaitResend();
             send(QStringLiteral("^reFresh"));
         }
     }

@@ -207,6 +207,13 @@ void RemotePane::lost()
     differs();
 }
 
+void RemotePane::awaitResend()
+{
+    m_inStep = false;
+    m_repairTimer.stop();
+    m_answerAwaited.start();
+}
+
 void RemotePane::beginSession()
 {
     m_inStep = true;

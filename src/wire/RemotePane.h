@@ -37,6 +37,9 @@ public:
     void cleared();
     // Text of an arrival was dropped unread: the pane may have missed frames.
     void lost();
+    // The pane was emptied here and the whole text asked for (Refresh): until
+    // the answer's "^Clr" nothing fits, and no repair is to be asked.
+    void awaitResend();
     // A new session: nothing is known to differ and no repair was asked.
     void beginSession();
 

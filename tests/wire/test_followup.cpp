@@ -114,7 +114,8 @@ TEST(FollowUp, ARunOfEditsSendsOneResendWhenTheyPause)
     got += readFor(p.peer, 300);
     EXPECT_EQ(got.count("^Clr"), 1) << got.constData();
     EXPECT_TRUE(got.endsWith(wholeText("on three four"))) << got.constData();
-    EXPECT_GE(arrived - lastEdit, 150) << "the resend waits for the pause";
+    // A coarse timer may fire up to 5 % early.
+    EXPECT_GE(arrived - lastEdit, 140) << "the resend waits for the pause";
     EXPECT_EQ(p.typing().followUpsSent, 1);
 }
 

@@ -5,6 +5,7 @@
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 #include "support/Session.h"
+#include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
 
@@ -170,6 +171,22 @@ TEST_F(Receive, AKnownDifferenceAsksOnceForTheWholeText)
     EXPECT_FALSE(rp.repairPending());
     EXPECT_TRUE(readFor(peer, 120).isEmpty());
     EXPECT_EQ(rp.repairCount, 1);
+}
+
+TEST_F(Receive, AfterRefreshNothingIsGuessedUntilTheAnswerComes)
+{
+    f().selfRepair = true;
+    f().txtClient(0).setText("abcd");
+    f().typing().mnuRefresh_Click();
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    // Typed before the answer left: its position runs ahead of the emptied
+    // pane, and it is no held key.
+    arrive("<KEY> x <:KEY>5</KEY>");
+    EXPECT_EQ(pane(), "");
+    EXPECT_FALSE(r().remotePane().repairPending());
+    arrive("^Clr<Paste> abcdx</Paste>");
+    EXPECT_EQ(pane(), "abcdx");
+    EXPECT_TRUE(r().remotePane().inStep());
 }
 
 TEST_F(Receive, RepairsAreCountedPerSession)
