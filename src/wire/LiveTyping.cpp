@@ -354,6 +354,10 @@ void LiveTyping::applyEdit(const QString& text, int caret, bool expressed)
     const QString before = pane.text();
     if (text == before) {
         pane.setSelStart(caret);
+        // A selection typed or pasted over with the same text: the frames
+        // went out all the same.
+        if (!expressed)
+            followUp();
         return;
     }
     pane.setText(text, caret);

@@ -60,6 +60,13 @@ TEST(FollowUp, EditsBeforeTheEndAreFollowedByTheWholeText)
              p.typing().mnuEditPaste_Click();
          },
          "<Paste> bye</Paste>", "bye world"},
+        {"a paste over a selection of the same text",
+         [](TypingPeer& p) {
+             p.frm().txtServer.setSelection(6, 5);
+             p.copy.clipboard().setText("world");
+             p.typing().mnuEditPaste_Click();
+         },
+         "<Paste> world</Paste>", "hello world"},
         {"a burst with a deletion between letters",
          [](TypingPeer& p) {
              LiveTyping& t = p.typing();

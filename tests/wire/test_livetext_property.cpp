@@ -184,7 +184,7 @@ TEST(LiveTextProperty, TwoCopiesRemotePaneEqualsLocalPane)
         TwoCopies c(encrypted, false);
         ASSERT_TRUE(c.up);
         checkProperty(encrypted ? "two copies, encrypted" : "two copies, plain",
-                      scriptCount(encrypted ? 500 : 2000), encrypted ? 7 : 3, ScriptOptions{},
+                      scriptCount(encrypted ? 300 : 1500), encrypted ? 7 : 3, ScriptOptions{},
                       [&](const Script& s) { return c.run(s, false); });
         if (encrypted)
             EXPECT_TRUE(c.b.frm().remoteEncrypted);
@@ -198,7 +198,7 @@ TEST(LiveTextProperty, TypingAtTheEndNeverAsksForARepair)
     ASSERT_TRUE(c.up);
     ScriptOptions options;
     options.onlyAtEnd = true;
-    checkProperty("two copies, self-repair on, typing at the end", scriptCount(1000), 11,
+    checkProperty("two copies, self-repair on, typing at the end", scriptCount(800), 11,
                   options, [&](const Script& s) { return c.run(s, true); });
     EXPECT_FALSE(c.a.frm().receiver().refreshAnswered) << "no \"^reFresh\" reached the sender";
 }
@@ -303,7 +303,7 @@ TEST(LiveTextProperty, APeerTypingByTheRulesIsShownAsItTypes)
         ScriptOptions options;
         options.burstDeletions = false;
         checkProperty(key.isEmpty() ? "rules peer, plain" : "rules peer, encrypted",
-                      scriptCount(1000), key.isEmpty() ? 5 : 13, options,
+                      scriptCount(800), key.isEmpty() ? 5 : 13, options,
                       [&](const Script& s) { return r.run(s); });
         EXPECT_EQ(r.copy.frm().receiver().remotePane().repairCount, 0);
     }
