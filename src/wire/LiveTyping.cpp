@@ -382,6 +382,20 @@ void LiveTyping::editRange(int start, int length, const QString& insert, bool ex
     }
     if (length == 0 && add.isEmpty())
         return;
+    // The change handler refuses a double-byte character under encryption
+    // by cutting the pane's last one; before the end that would be another
+    // character, so it is refused here, before it goes in.
+    if (start + length < text.size() && m_frm.IsConnected() && m_frm.encryptOn) {
+        for (QChar c : add) {
+            if (!isDoubleByte(c))
+                continue;
+            if (!m_changeWarned) {
+                refuseDoubleByte(c, keyTyping);
+                m_changeWarned = true;
+            }
+            return;
+        }
+    }
     // Only an edit that ends at the end of the pane can be one the frames
     // tell.
     expressed = expressed && start + length == text.size() && (length == 0 || add.isEmpty());

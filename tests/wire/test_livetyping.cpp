@@ -238,6 +238,16 @@ TEST(LiveTypingWire, DoubleByteRules)
         EXPECT_EQ(t.frm().txtServer.text(), "a");
     }
     {
+        SCOPED_TRACE("typed before the end, encryption on: refused, nothing else is cut");
+        TypingPeer t(Settings{{"Encrypted", "1"}});
+        t.frm().sessionKey = "9:00 PM";
+        t.typing().typeText("abc");
+        t.frm().txtServer.setSelStart(1);
+        t.typing().controlInput(han);
+        EXPECT_EQ(t.frm().txtServer.text(), "abc");
+        EXPECT_EQ(t.copy.prompter().count("Double bytes characters"), 1);
+    }
+    {
         SCOPED_TRACE("pasted, encryption on: the paste stops");
         TypingPeer t(Settings{{"Encrypted", "1"}});
         t.frm().encryptOn = true;
