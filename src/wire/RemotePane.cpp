@@ -203,8 +203,9 @@ void RemotePane::cleared()
 
 void RemotePane::lost()
 {
+    // Not a difference by itself (what was dropped may have been no text
+    // at all): the next frame with a position tells.
     m_inStep = false;
-    differs();
 }
 
 void RemotePane::awaitResend()

@@ -35,7 +35,8 @@ public:
     void deletion(int n, bool blockFollows = false);
     // "^Clr": the pane was emptied; so was the sender's.
     void cleared();
-    // Text of an arrival was dropped unread: the pane may have missed frames.
+    // Text of an arrival was dropped unread: the pane may have missed frames,
+    // so a position running ahead is no longer taken for a held key.
     void lost();
     // The pane was emptied here and the whole text asked for (Refresh): until
     // the answer's "^Clr" nothing fits, and no repair is to be asked.
