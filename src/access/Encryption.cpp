@@ -150,11 +150,22 @@ bool Encryption::sendKeyForRefresh(bool keySent)
 
 bool Encryption::takeRemoteKey(QString& data)
 {
-    if (!data.startsWith(kKeyOpen) || m_frm.remoteEncrypted)
+    if (!data.startsWith(kKeyOpen))
         return false;
+    const qsizetype close = data.indexOf(kKeyClose, kKeyOpen.size());
+    if (m_frm.remoteEncrypted) {
+        // The peer sends its key again at its first typing and with each
+        // answer to "^reFresh". Left in place, the frame would stall the
+        // arrival and lose the typed text behind it; a whole frame is taken
+        // out, and a key that changed is the one the text now comes under.
+        if (close < 0)
+            return false;
+        m_frm.remoteKey = data.mid(kKeyOpen.size(), close - kKeyOpen.size());
+        data.remove(0, close + kKeyClose.size());
+        return true;
+    }
     // A frame without its closing marker gives an empty key; the frame then
     // can't be cut out and stalls the rest of the arrival.
-    const qsizetype close = data.indexOf(kKeyClose, kKeyOpen.size());
     const QString key = close < 0 ? QString() : data.mid(kKeyOpen.size(), close - kKeyOpen.size());
     m_frm.remoteKey = key;
     showRemoteMark();

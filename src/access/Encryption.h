@@ -67,7 +67,9 @@ public:
     // At the start of the remaining text of an arrival: a "tt:=" frame while
     // the peer's key is unknown is taken in and cut out of data (what stood
     // before and after it is kept); returns true. With the key known already
-    // the frame is left where it is and stalls the text; returns false.
+    // a whole frame is cut out too (the peer repeats it at its first typing
+    // and in each resend), its key taken if it changed; only a frame without
+    // its end is left where it is and stalls the text (returns false).
     bool takeRemoteKey(QString& data);
     // Inner text of "<KEY> ", "<Paste> ", "<URL> ", "<SPK> ", "<MSG> ":
     // deciphered with the peer's key once it is known, else as it stands.

@@ -100,6 +100,11 @@ void CommandControl::runCommand(const QString& text)
         }
         typing.txtServer_KeyPress(code);
         typing.txtServer_KeyUp(code, 0);
+        // The break went out as a block before the "^RETURN" that counts it,
+        // which a receiver cannot tell from a Return typed after a block:
+        // the whole text follows.
+        if (code == LiveTyping::vbKeyReturn)
+            typing.followUp();
         return;
     }
     if (lower.startsWith(QLatin1String("cmd "))) {

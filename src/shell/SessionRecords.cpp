@@ -24,7 +24,21 @@ QString timeText(const QTime& t)
 
 SessionRecords::SessionRecords(FrmMain& frm) : QObject(&frm), m_frm(frm)
 {
-    connect(&frm, &FrmMain::sessionEnded, this, &SessionRecords::SmartSave);
+    connect(&frm, &FrmMain::sessionEnded, this, &SessionRecords::sessionEnded);
+    connect(&frm, &FrmMain::sessionOpened, this, [this] {
+        m_open = true;
+        m_frm.SessionEndTime = QTime();
+    });
+}
+
+void SessionRecords::sessionEnded()
+{
+    if (!m_open)
+        return;
+    m_open = false;
+    if (!m_frm.SessionEndTime.isValid())
+        m_frm.SessionEndTime = m_frm.clock().timeOfDay();
+    SmartSave();
 }
 
 QString SessionRecords::headerLine() const

@@ -6,11 +6,28 @@ void TextPane::setText(const QString& t)
 {
     if (t == m_text) {
         m_selStart = qMin(m_selStart, length());
+        m_selLength = qMin(m_selLength, length() - m_selStart);
+        return;
+    }
+    setText(t, int(t.size()));
+}
+
+void TextPane::setText(const QString& t, int caret)
+{
+    m_selLength = 0;
+    if (t == m_text) {
+        m_selStart = qBound(0, caret, length());
         return;
     }
     m_text = t;
-    m_selStart = length();
+    m_selStart = qBound(0, caret, length());
     Q_EMIT textChanged();
+}
+
+void TextPane::setSelection(int start, int length)
+{
+    m_selStart = qBound(0, start, this->length());
+    m_selLength = qBound(0, length, this->length() - m_selStart);
 }
 
 void TextPane::append(const QString& t)
@@ -19,6 +36,7 @@ void TextPane::append(const QString& t)
         return;
     m_text.insert(qMin(m_selStart, length()), t);
     m_selStart = length();
+    m_selLength = 0;
     Q_EMIT textChanged();
 }
 
@@ -30,6 +48,7 @@ void TextPane::chopTo(int n)
         return;
     m_text.truncate(n);
     m_selStart = length();
+    m_selLength = 0;
     Q_EMIT textChanged();
 }
 

@@ -18,14 +18,20 @@ public:
     const QString& text() const { return m_text; }
     int length() const { return int(m_text.size()); }
     void setText(const QString& t);
+    // The text with the caret placed at caret (clamped), not at the end.
+    void setText(const QString& t, int caret);
     void clear() { setText(QString()); }
     // Adds at the caret, which the panes always keep at the end.
     void append(const QString& t);
     void chopTo(int length);
 
     int selStart() const { return m_selStart; }
-    void setSelStart(int pos) { m_selStart = qBound(0, pos, length()); }
-    void caretToEnd() { m_selStart = length(); }
+    // As with the text control, placing the caret ends any selection.
+    void setSelStart(int pos) { m_selStart = qBound(0, pos, length()); m_selLength = 0; }
+    void caretToEnd() { m_selStart = length(); m_selLength = 0; }
+    // The selection: selLength characters from selStart.
+    int selLength() const { return m_selLength; }
+    void setSelection(int start, int length);
 
     bool enabled() const { return m_enabled; }
     void setEnabled(bool e);
@@ -43,6 +49,7 @@ private:
     QString m_name;
     QString m_text;
     int m_selStart = 0;
+    int m_selLength = 0;
     bool m_enabled = true;
     bool m_locked = false;
     int m_maxLength = 0;

@@ -105,13 +105,32 @@ int TypingBinder::panePosition(const QString& paneText, int widgetPosition)
     return int(i);
 }
 
+int TypingBinder::widgetPosition(const QString& paneText, int panePosition)
+{
+    const QString before = paneText.left(panePosition);
+    return int(before.size() - before.count(QLatin1String("\r\n")));
+}
+
 void TypingBinder::showText(const TextPane& pane, QPlainTextEdit* view)
 {
     QString shown = pane.text();
     shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     if (view->toPlainText() != shown)
         view->setPlainText(shown);
-    view->moveCursor(QTextCursor::End);
+    // The caret stays where the pane's edit left it (the end, for typing).
+    QTextCursor c = view->textCursor();
+    c.setPosition(widgetPosition(pane.text(), pane.selStart()));
+    view->setTextCursor(c);
+    view->ensureCursorVisible();
+}
+
+void TypingBinder::takeSelection()
+{
+    const QTextCursor c = m_server->textCursor();
+    TextPane& pane = m_frm.txtServer;
+    const int from = panePosition(pane.text(), c.selectionStart());
+    const int to = panePosition(pane.text(), c.selectionEnd());
+    pane.setSelection(from, to - from);
 }
 
 void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
@@ -135,6 +154,7 @@ bool TypingBinder::keyPress(QKeyEvent* e)
     const bool ctrl = e->modifiers() & Qt::ControlModifier;
 
     if (ctrl && e->key() == Qt::Key_V) {
+        takeSelection();
         typing.txtServer_KeyDown(code, shift);
         typing.mnuEditPaste_Click();
         return true;
@@ -151,23 +171,19 @@ bool TypingBinder::keyPress(QKeyEvent* e)
         // Caret moves and selection are the widget's; nothing is sent.
         typing.txtServer_KeyDown(code, shift);
         return false;
-    case Qt::Key_Delete: {
-        typing.txtServer_KeyDown(code, shift);
-        const QTextCursor c = m_server->textCursor();
-        if (c.hasSelection()) {
-            const QString text = m_frm.txtServer.text();
-            const int from = panePosition(text, c.selectionStart());
-            const int to = panePosition(text, c.selectionEnd());
-            typing.controlDeleteRange(from, to - from);
-        }
-        return true;
-    }
     default:
         break;
     }
     if (ctrl && (e->key() == Qt::Key_C || e->key() == Qt::Key_A)) {
         typing.txtServer_KeyDown(code, shift);
         return false;  // copy and select all: the widget's
+    }
+    // The caret and the selection the user made in the widget are the
+    // pane's: typing, Backspace and Delete work there.
+    takeSelection();
+    if (e->key() == Qt::Key_Delete) {
+        typing.keyboardPress(code, shift, QString());
+        return true;
     }
     QString chars = e->text();
     if (ctrl || (e->modifiers() & Qt::AltModifier))
@@ -239,6 +255,7 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
         auto* e = static_cast<QDropEvent*>(event);
         if (e->mimeData()->hasText()) {
             m_frm.clipboard().setText(e->mimeData()->text());
+            m_frm.txtServer.caretToEnd();
             typing.mnuEditPaste_Click();
             e->acceptProposedAction();
             return true;

@@ -31,6 +31,8 @@ public:
     // Position in the pane's text (CR LF line breaks) of a position in the
     // widget's text (LF line breaks).
     static int panePosition(const QString& paneText, int widgetPosition);
+    // And back: the widget's position of a position in the pane's text.
+    static int widgetPosition(const QString& paneText, int panePosition);
 
     static void showText(const TextPane& pane, QPlainTextEdit* view);
     static void showFormat(const PaneFormat& format, QPlainTextEdit* view);
@@ -41,6 +43,8 @@ protected:
 private:
     bool keyPress(QKeyEvent* e);
     bool keyRelease(QKeyEvent* e);
+    // The widget's caret and selection into the pane model.
+    void takeSelection();
 
     FrmMain& m_frm;
     QPlainTextEdit* m_server;

@@ -12,6 +12,7 @@
 #include "platform/Prompter.h"
 #include "shell/CommandControl.h"
 #include "shell/FrmMain.h"
+#include "wire/Receiver.h"
 
 namespace vonnel {
 
@@ -41,6 +42,10 @@ LiveTyping::LiveTyping(FrmMain& frm)
       m_commands(std::make_unique<CommandControl>(frm))
 {
     connect(&frm, &FrmMain::initialized, this, &LiveTyping::loadFormat);
+    m_followUpTimer.setSingleShot(true);
+    connect(&m_followUpTimer, &QTimer::timeout, this, &LiveTyping::followUpDue);
+    connect(&frm, &FrmMain::sessionOpened, this, &LiveTyping::cancelFollowUp);
+    connect(&frm, &FrmMain::sessionEnded, this, &LiveTyping::cancelFollowUp);
 }
 
 LiveTyping::~LiveTyping() = default;
@@ -130,8 +135,9 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
     TextPane& pane = f.txtServer;
     if (pane.length() == 0 && !keySent)
         firstTyping();
-    // Typing always goes on at the end, wherever the caret was put.
-    pane.caretToEnd();
+    // Typing goes in at the caret, over the selection if there is one. The
+    // frames tell only typing at the end; anything else is followed by the
+    // whole text (see followUp).
     keyTyping = true;
     if (keyAscii == vbKeyTab)
         scan(pane.text().mid(urlScanned));
@@ -200,6 +206,7 @@ void LiveTyping::txtServer_Change()
             pane.chopTo(pane.length() - 1);
         } else if (dbl) {
             send(QStringLiteral("<Paste> ") + c + QStringLiteral("</Paste>"));
+            m_changeSent = QString(c);
         }
     } else if (connected && f.encryptOn && dbl) {
         if (!m_changeWarned) {
@@ -299,17 +306,25 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
             } else if (code == vbKeyEscape) {
                 continue;
             } else {
+                // The number these two carry is no length of the pane:
+                // the whole text follows the burst.
                 if (returns > 0) {
                     send(QStringLiteral("^RETURN") + behind + QStringLiteral("#RETURN"));
                     returns = 0;
+                    followUp();
                 }
                 if (deletions > 0) {
                     send(QStringLiteral("^BK") + behind + QStringLiteral("#BK"));
                     deletions = 0;
+                    followUp();
                 }
                 block += QChar(char16_t(code));
             }
         }
+        // Both at the end: the deletion goes out after the Return whatever
+        // the order they were typed in.
+        if (returns > 0 && deletions > 0)
+            followUp();
         if (returns > 0)
             send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
         if (deletions > 0) {
@@ -327,63 +342,154 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
 
 void LiveTyping::setServerText(const QString& text)
 {
-    if (text == m_frm.txtServer.text()) {
-        m_frm.txtServer.caretToEnd();
+    const QString before = m_frm.txtServer.text();
+    // Assignments that only add or take off at the end are told by the
+    // frames their callers send.
+    applyEdit(text, int(text.size()), text.startsWith(before) || before.startsWith(text));
+}
+
+void LiveTyping::applyEdit(const QString& text, int caret, bool expressed)
+{
+    TextPane& pane = m_frm.txtServer;
+    const QString before = pane.text();
+    if (text == before) {
+        pane.setSelStart(caret);
+        // A selection typed or pasted over with the same text: the frames
+        // went out all the same.
+        if (!expressed)
+            followUp();
         return;
     }
-    m_frm.txtServer.setText(text);
+    pane.setText(text, caret);
+    m_changeSent.clear();
     txtServer_Change();
+    if (!m_changeSent.isEmpty() && pane.text() == before + m_changeSent)
+        expressed = true;
+    if (!expressed && pane.text() != before)
+        followUp();
+}
+
+void LiveTyping::editRange(int start, int length, const QString& insert, bool expressed)
+{
+    TextPane& pane = m_frm.txtServer;
+    const QString text = pane.text();
+    start = qBound(0, start, int(text.size()));
+    length = qBound(0, length, int(text.size()) - start);
+    QString add = insert;
+    if (pane.maxLength() > 0) {
+        const int room = pane.maxLength() - (int(text.size()) - length);
+        add = room > 0 ? add.left(room) : QString();
+    }
+    if (length == 0 && add.isEmpty())
+        return;
+    // The change handler refuses a double-byte character under encryption
+    // by cutting the pane's last one; before the end that would be another
+    // character, so it is refused here, before it goes in.
+    if (start + length < text.size() && m_frm.IsConnected() && m_frm.encryptOn) {
+        for (QChar c : add) {
+            if (!isDoubleByte(c))
+                continue;
+            if (!m_changeWarned) {
+                refuseDoubleByte(c, keyTyping);
+                m_changeWarned = true;
+            }
+            return;
+        }
+    }
+    // Only an edit that ends at the end of the pane can be one the frames
+    // tell.
+    expressed = expressed && start + length == text.size() && (length == 0 || add.isEmpty());
+    applyEdit(text.left(start) + add + text.mid(start + length), start + int(add.size()),
+              expressed);
 }
 
 void LiveTyping::controlKey(int keyAscii)
 {
     TextPane& pane = m_frm.txtServer;
     const QString text = pane.text();
+    const int caret = qBound(0, pane.selStart(), int(text.size()));
+    const int selected = pane.selLength();
     switch (keyAscii) {
     case 0:
     case vbKeyEscape:
         return;
-    case vbKeyBack:
+    case vbKeyBack: {
+        if (selected > 0) {
+            editRange(caret, selected, QString(), false);
+            return;
+        }
+        if (caret == 0)
+            return;
         // A line break goes as one, CR and LF together.
-        if (text.endsWith(kCrLf))
-            setServerText(text.left(text.size() - 2));
-        else if (!text.isEmpty())
-            setServerText(text.left(text.size() - 1));
+        const int width = caret >= 2 && text.mid(caret - 2, 2) == kCrLf ? 2 : 1;
+        editRange(caret - width, width, QString(), true);
         return;
-    case vbKeyReturn:
-        controlInput(kCrLf);
-        return;
-    default:
-        controlInput(QString(QChar(char16_t(keyAscii))));
+    }
+    default: {
+        // The key's own frames tell a character added at the end; the
+        // Return's went out already, at its press.
+        const QString add = keyAscii == vbKeyReturn ? kCrLf : QString(QChar(char16_t(keyAscii)));
+        editRange(caret, selected, add, true);
+    }
     }
 }
 
 void LiveTyping::controlInput(const QString& input)
 {
     TextPane& pane = m_frm.txtServer;
-    QString add = input;
-    if (pane.maxLength() > 0) {
-        const int room = pane.maxLength() - pane.length();
-        add = room > 0 ? add.left(room) : QString();
-    }
-    if (add.isEmpty())
-        return;
-    setServerText(pane.text() + add);
+    const int caret = qBound(0, pane.selStart(), pane.length());
+    // A key press or a paste tells what it adds at the end; an input
+    // method's text only when the change handler sends it as a block.
+    editRange(caret, pane.selLength(), input, keyTyping || pasting);
 }
 
 void LiveTyping::controlDeleteRange(int start, int length)
 {
-    const QString text = m_frm.txtServer.text();
-    start = qBound(0, start, int(text.size()));
-    length = qBound(0, length, int(text.size()) - start);
-    if (length == 0)
+    editRange(start, length, QString(), false);
+}
+
+void LiveTyping::controlDeleteForward()
+{
+    TextPane& pane = m_frm.txtServer;
+    const QString text = pane.text();
+    if (pane.selLength() > 0) {
+        controlDeleteRange(pane.selStart(), pane.selLength());
         return;
-    setServerText(text.left(start) + text.mid(start + length));
+    }
+    const int caret = qBound(0, pane.selStart(), int(text.size()));
+    if (caret >= text.size())
+        return;
+    controlDeleteRange(caret, text.mid(caret, 2) == kCrLf ? 2 : 1);
+}
+
+// --- the whole text after an edit the frames cannot carry -------------------------
+
+void LiveTyping::followUp()
+{
+    if (!m_frm.IsConnected())
+        return;
+    m_followUpTimer.start(followUpDelayMs);
+}
+
+void LiveTyping::cancelFollowUp()
+{
+    m_followUpTimer.stop();
+}
+
+void LiveTyping::followUpDue()
+{
+    if (!m_frm.IsConnected())
+        return;
+    ++followUpsSent;
+    m_frm.receiver().resendWholeText();
 }
 
 void LiveTyping::keyboardPress(int keyCode, int shift, const QString& text)
 {
     txtServer_KeyDown(keyCode, shift);
+    // Delete has no character: no key press, only the control's deletion.
+    if (keyCode == vbKeyDelete && !(shift & (vbShiftMask | vbCtrlMask | vbAltMask)))
+        controlDeleteForward();
     for (QChar ch : text) {
         int ascii = ch.unicode();
         if (ascii == '\n')

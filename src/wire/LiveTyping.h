@@ -14,6 +14,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <array>
 #include <functional>
 #include <memory>
@@ -81,22 +82,43 @@ public:
     void firstTyping();
 
     // What the text control does on its own between key press and change:
-    // inserts the character at the end (CR LF for Return), takes the last
-    // character off for Backspace, nothing for Esc. Runs the change handler
-    // when the text changed. Respects the pane's maximum length.
+    // inserts the character at the caret (CR LF for Return), in place of the
+    // selection when there is one; Backspace takes off the selection or the
+    // character (a line break as one) before the caret; nothing for Esc. The
+    // caret is at the end unless the user put it elsewhere. Runs the change
+    // handler when the text changed. Respects the pane's maximum length.
     void controlKey(int keyAscii);
-    // The control's deletion of a selection (the Delete key on selected
-    // text), positions in the pane's own text.
+    // The control's deletion of a range (the Delete key on selected text),
+    // positions in the pane's own text.
     void controlDeleteRange(int start, int length);
-    // Text entered other than by key press (an input method).
+    // The Delete key without a selection: the character (a line break as
+    // one) behind the caret; nothing at the end.
+    void controlDeleteForward();
+    // Text entered other than by key press (an input method, the control's
+    // own paste): at the caret, or in place of the selection.
     void controlInput(const QString& text);
     // Sets the pane's text as an assignment to the control would, running
     // the change handler when it differs.
     void setServerText(const QString& text);
 
+    // --- edits the typing frames cannot carry --------------------------------
+    // The frames describe typing at the end of the pane. After any other edit
+    // (a deletion or insertion before the end, a replaced selection, a burst
+    // of keys whose deletion carries no length, an input method's text that
+    // went out as nothing) the whole text follows, the same three frames that
+    // answer "^reFresh": "^Clr", the format, one "<Paste> " frame. A run of
+    // such edits sends one resend, this long after the last of them.
+    int followUpDelayMs = 150;
+    void followUp();
+    void cancelFollowUp();
+    bool followUpPending() const { return m_followUpTimer.isActive(); }
+    // Resends that went out unasked in this run.
+    int followUpsSent = 0;
+
     // One key as the keyboard delivers it: key down, then per character of
     // `text` a key press and the control's edit; `keyboardRelease` is the
-    // key up. Keys without a character (Delete, arrows) pass empty text.
+    // key up. Keys without a character (Delete, arrows) pass empty text;
+    // Delete runs the control's deletion at the caret or on the selection.
     void keyboardPress(int keyCode, int shift, const QString& text);
     void keyboardRelease(int keyCode, int shift);
     // Types each character with its own press and release: "\r" or "\n" is
@@ -145,12 +167,22 @@ private:
     int plainPasteLimit(bool writeBack);
     int encryptedPasteLimit(int upper, bool writeBack);
     void refuseDoubleByte(QChar c, bool keyPressWording);
+    // Replaces length characters from start by insert (within the pane's
+    // maximum length), caret behind the insert. expressed: the frames that go
+    // with this edit already tell the peer; otherwise a resend follows.
+    void editRange(int start, int length, const QString& insert, bool expressed);
+    void applyEdit(const QString& text, int caret, bool expressed);
+    void followUpDue();
 
     FrmMain& m_frm;
     std::unique_ptr<CommandControl> m_commands;
     int m_lastKeyAscii = 0;
     bool m_changeWarned = false;
     bool m_pasteWarned = false;
+    // The change handler sent this character as a block (an input method's
+    // double-byte character); empty when it sent nothing.
+    QString m_changeSent;
+    QTimer m_followUpTimer;
 };
 
 }  // namespace vonnel

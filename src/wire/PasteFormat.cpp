@@ -8,6 +8,8 @@
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
 #include "wire/LiveTyping.h"
+#include "wire/Receiver.h"
+#include "wire/RemotePane.h"
 
 namespace vonnel {
 
@@ -76,6 +78,8 @@ void LiveTyping::PasteText(bool ownInsert)
     const int plain = plainPasteLimit(true);
     const int encrypted = encryptedPasteLimit(10000, true);
     const QString kept = pane.text();
+    const int selStart = pane.selStart();
+    const int selLength = pane.selLength();
 
     int limit = 0;
     QString label;
@@ -117,8 +121,16 @@ void LiveTyping::PasteText(bool ownInsert)
             MsgStyle::Exclamation, f.translate(QStringLiteral("Warning")));
         text.clear();
     }
-    if (!ownInsert)
-        setServerText(kept + text);
+    if (!ownInsert) {
+        // Over a selection the text takes its place, and the whole text
+        // follows; otherwise it goes on at the end, as the frame said.
+        pasting = connected;
+        if (selLength > 0)
+            editRange(selStart, selLength, text, false);
+        else
+            editRange(int(kept.size()), 0, text, true);
+        pasting = false;
+    }
     pane.caretToEnd();
     noteRemoteHost();
 }
@@ -143,6 +155,7 @@ void LiveTyping::mnuRefresh_Click()
         if ((!f.remoteEncrypted && L < plain) || (f.remoteEncrypted && L < encrypted)) {
             refreshAwaited = true;
             f.txtClient().clear();
+            f.receiver().remotePane().awaitResend();
             send(QStringLiteral("^reFresh"));
         }
     }
@@ -175,7 +188,7 @@ void LiveTyping::mnuClrScr_Click()
 {
     FrmMain& f = m_frm;
     localHistory += f.txtServer.text() + kCrLf;
-    setServerText(QString());
+    applyEdit(QString(), 0, true);  // "^Clr" below tells it
     urlScanned = 0;
     lineMark = 0;
     if (!f.IsConnected())

@@ -9,17 +9,14 @@
 #include "shell/FrmMain.h"
 #include "shell/Views.h"
 #include "wire/FrameText.h"
+#include "wire/LiveTyping.h"
+#include "wire/RemotePane.h"
 
 namespace vonnel {
 
 namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
-
-// A fill-up by "^SPC" or "^RETURN" never takes the remote pane beyond this
-// length: a position is only the peer's word, and one frame must not be
-// able to grow the pane without bound.
-constexpr int kFillCeiling = 1 << 20;
 
 // Toolbar1 button 3 is Refresh.
 constexpr int kRefreshButton = 3;
@@ -36,8 +33,10 @@ QString trimControl(const QString& s)
 
 }  // namespace
 
-Receiver::Receiver(FrmMain& frm) : QObject(&frm), m_frm(frm)
+Receiver::Receiver(FrmMain& frm)
+    : QObject(&frm), m_frm(frm), m_pane(new RemotePane(frm, this))
 {
+    connect(&frm, &FrmMain::sessionOpened, m_pane, &RemotePane::beginSession);
     cSendFileCheck = [](QString& data, QByteArray&) { return consumeFileMessage(data); };
     keySent = [] { return false; };
     connect(&frm.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
@@ -115,6 +114,9 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
             break;
         ++pass;
     } while (pass <= f.overflowLimit && pass >= 1 && pass < 100);
+    // Whatever the passes left is lost; the pane may have missed a frame.
+    if (!text.isEmpty())
+        m_pane->lost();
 
     f.PasteInProgress = false;
     refreshLengths();
@@ -173,9 +175,8 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
         c = decipher(c);
         readPosition(getBetween(text, QString(), QStringLiteral("</KEY>")), m_keyPosition);
         text = stripThrough(text, QStringLiteral("</KEY>"));
-        if (pane.length() == qint64(m_keyPosition) - 1)
-            cFinishCheck(c);
-        // Otherwise the character is dropped without a word.
+        m_pane->typedCharacter(c, m_keyPosition);
+        refreshLengths();
     }
 
     if (text.startsWith(QLatin1Char('^'))) {
@@ -247,7 +248,6 @@ QString Receiver::cControlCheck(QString& data)
 {
     FrmMain& f = m_frm;
     TextPane& pane = f.txtClient();
-    const QString heldText = pane.text();
     int n = 0;
 
     if (data.startsWith(QLatin1String("^g"))) {
@@ -274,29 +274,13 @@ QString Receiver::cControlCheck(QString& data)
     if (data.startsWith(QLatin1String("^Clr"))) {
         remoteHistory += kCrLf + pane.text();
         pane.clear();
+        m_pane->cleared();
         data = data.mid(4);
     }
     if (data.startsWith(QLatin1String("^BK"))) {
         readPosition(getBetween(data, QStringLiteral("^BK"), QStringLiteral("#BK")), n);
         data = stripThrough(data, QStringLiteral("#BK"));
-        if (pane.length() > 0 && pane.length() <= n && repairMayRun()) {
-            repair();
-            data.clear();
-            return data;
-        }
-        if (pane.length() > 0) {
-            if (n < 0) {
-                // The cut of a negative length fails: the trap reports it.
-                f.prompter().msgBox(QStringLiteral("Receiving - ControlCheck Protocol Error\r"
-                                                   "Invalid procedure call or argument\r"
-                                                   "Data causing problem:  \r") +
-                                        data,
-                                    MsgStyle::Exclamation);
-                return data;
-            }
-            pane.setText(heldText.left(n));
-            pane.caretToEnd();
-        }
+        m_pane->deletion(n, data.startsWith(QLatin1String("<Paste> ")));
     }
     if (data.startsWith(QLatin1String("^Cr"))) {
         pane.append(kCrLf);
@@ -304,18 +288,10 @@ QString Receiver::cControlCheck(QString& data)
         data = data.mid(3);
     }
     if (data.startsWith(QLatin1String("^RETURN"))) {
-        readPosition(getBetween(data, QStringLiteral("^RETURN"), QStringLiteral("#RETURN")), n);
+        const bool counted =
+            readPosition(getBetween(data, QStringLiteral("^RETURN"), QStringLiteral("#RETURN")), n);
         data = stripThrough(data, QStringLiteral("#RETURN"));
-        if (pane.length() < n && repairMayRun()) {
-            repair();
-            return data;  // the rest goes back to the passes
-        }
-        const int target = qMin(n, kFillCeiling);
-        if (pane.length() < target) {
-            const int rounds = (target - pane.length() + 1) / 2;
-            pane.append(kCrLf.repeated(rounds));
-            pane.caretToEnd();
-        }
+        m_pane->lineBreak(n, counted);
     }
     if (data.startsWith(QLatin1String("<URL> "))) {
         const QString inner = getBetween(data, QStringLiteral("<URL> "), QStringLiteral(" </URL>"));
@@ -335,16 +311,7 @@ QString Receiver::cControlCheck(QString& data)
     if (data.startsWith(QLatin1String("^SPC"))) {
         readPosition(getBetween(data, QStringLiteral("^SPC"), QStringLiteral("#SPC")), n);
         data = stripThrough(data, QStringLiteral("#SPC"));
-        if (pane.length() < n && repairMayRun()) {
-            repair();
-            data.clear();
-            return data;
-        }
-        const int target = qMin(n, kFillCeiling);
-        if (pane.length() < target) {
-            pane.append(QString(target - pane.length(), QLatin1Char(' ')));
-            pane.caretToEnd();
-        }
+        m_pane->space(n);
     }
     while (data.startsWith(QLatin1String("^TAB"))) {
         pane.append(QStringLiteral("\t"));
@@ -385,27 +352,23 @@ void Receiver::refreshLengths()
 
 // --- repair and its answer ------------------------------------------------------
 
-bool Receiver::repairMayRun() const
-{
-    return m_frm.selfRepair && repairCount <= m_frm.repairCountLimit;
-}
-
-void Receiver::repair()
-{
-    ++repairCount;
-    m_frm.xSendData(QStringLiteral("^reFresh"));
-}
-
 void Receiver::answerRefresh()
 {
+    resendWholeText();
+    refreshAnswered = true;
+}
+
+void Receiver::resendWholeText()
+{
     FrmMain& f = m_frm;
+    // This covers any resend our typing side had planned.
+    f.typing().cancelFollowUp();
     f.encryption().sendKeyForRefresh(keySent());
     f.sendRaw(QStringLiteral("^Clr"));
     Q_EMIT refreshAnswerNeedsSettings();
     f.xSendData(QStringLiteral("<Paste> ") + f.txtServer.text() + QStringLiteral("</Paste>"));
     f.txtClient().caretToEnd();
     f.PasteInProgress = false;
-    refreshAnswered = true;
 }
 
 // --- remote shut-down ------------------------------------------------------------

@@ -16,6 +16,7 @@
 namespace vonnel {
 
 class FrmMain;
+class RemotePane;
 
 class Receiver : public QObject {
     Q_OBJECT
@@ -62,12 +63,15 @@ public:
     // typing subsystem installs it; the default says no.
     std::function<bool()> keySent;
 
-    // The self-repair: counts the request and asks the peer for a resend.
-    void repair();
-    bool repairMayRun() const;
+    // What the position-bearing frames do to the remote pane, and the
+    // self-repair.
+    RemotePane& remotePane() const { return *m_pane; }
 
-    // Repairs asked for since the program started; nothing resets it.
-    int repairCount = 0;
+    // The answer to "^reFresh": the key frame while the typing side has not
+    // sent it, "^Clr", the pane's look, and the whole text of txtServer as
+    // one "<Paste> " frame. Our side also sends it unasked after an edit
+    // that the typing frames cannot carry.
+    void resendWholeText();
     // Text cleared from the remote pane in this session.
     QString remoteHistory;
     // The ring file being fetched from the peer; "n/a" when none.
@@ -126,6 +130,7 @@ private:
     QString remoteName() const;
 
     FrmMain& m_frm;
+    RemotePane* m_pane;
     BoardState m_board;
     // The position of the last typed character frame of this arrival; a
     // frame that carries no number leaves it as it was.

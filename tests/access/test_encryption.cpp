@@ -91,12 +91,20 @@ TEST(RemoteKey, TakenOnceAndCutOutOfTheText)
     EXPECT_EQ(f.stStatusbar.panel(9).toolTip, "Remote session: Encryption On");
     EXPECT_EQ(f.stStatusbar.panel(8).toolTip, "Local session: Encryption Off");
 
-    // A second frame in the same session is not taken up: it stays and
-    // stalls the text, and the first key stands.
-    QString second = "tt:=09:00 AM=:tt<KEY> x <:KEY>1</KEY>";
-    EXPECT_FALSE(enc.takeRemoteKey(second));
-    EXPECT_EQ(second, "tt:=09:00 AM=:tt<KEY> x <:KEY>1</KEY>");
+    // The peer repeats its frame at its first typing and with each resend:
+    // a whole frame is cut out and never stalls the text behind it.
+    QString again = "tt:=03:25 PM=:tt<KEY> x <:KEY>1</KEY>";
+    EXPECT_TRUE(enc.takeRemoteKey(again));
+    EXPECT_EQ(again, "<KEY> x <:KEY>1</KEY>");
     EXPECT_EQ(f.remoteKey, "03:25 PM");
+    // A key that changed is taken; one without its end stays and stalls.
+    QString second = "tt:=09:00 AM=:tt<KEY> x <:KEY>1</KEY>";
+    EXPECT_TRUE(enc.takeRemoteKey(second));
+    EXPECT_EQ(f.remoteKey, "09:00 AM");
+    QString torn = "tt:=10:00 AM<KEY> x <:KEY>1</KEY>";
+    EXPECT_FALSE(enc.takeRemoteKey(torn));
+    EXPECT_EQ(torn, "tt:=10:00 AM<KEY> x <:KEY>1</KEY>");
+    EXPECT_EQ(f.remoteKey, "09:00 AM");
 
     // Only at the start of the text.
     enc.beginSession();

@@ -82,6 +82,38 @@ TEST(TypingBinder, DeleteTakesTheWidgetsSelectionFromThePane)
     EXPECT_EQ(server.toPlainText(), "ab\nf");
 }
 
+TEST(TypingBinder, TheWidgetsCaretIsWhereKeysWorkAndStaysThere)
+{
+    TypingPeer t({}, false);
+    QPlainTextEdit server;
+    new TypingBinder(t.frm(), &server);
+    t.frm().txtServer.setText("ab\r\ncd");
+    EXPECT_EQ(server.textCursor().position(), 5) << "the caret shows at the end";
+    auto caretAt = [&](int at, int to = -1) {
+        QTextCursor c = server.textCursor();
+        c.setPosition(at);
+        if (to >= 0)
+            c.setPosition(to, QTextCursor::KeepAnchor);
+        server.setTextCursor(c);
+    };
+    caretAt(1);  // between a and b
+    tap(&server, Qt::Key_X, "x");
+    EXPECT_EQ(t.frm().txtServer.text(), "axb\r\ncd");
+    EXPECT_EQ(server.textCursor().position(), 2);
+    caretAt(4);  // the line break counts as one in the widget
+    tap(&server, Qt::Key_Backspace, "\b");
+    EXPECT_EQ(t.frm().txtServer.text(), "axbcd");
+    EXPECT_EQ(server.toPlainText(), "axbcd");
+    EXPECT_EQ(server.textCursor().position(), 3);
+    caretAt(0);
+    tap(&server, Qt::Key_Delete, QString());
+    EXPECT_EQ(t.frm().txtServer.text(), "xbcd");
+    caretAt(1, 3);  // "bc" typed over
+    tap(&server, Qt::Key_Z, "z");
+    EXPECT_EQ(t.frm().txtServer.text(), "xzd");
+    EXPECT_EQ(TypingBinder::widgetPosition("ab\r\ncd", 6), 5);
+}
+
 TEST(TypingBinder, LookOfBothPanesFollowsTheModel)
 {
     TypingPeer t({}, false);

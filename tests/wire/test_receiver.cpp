@@ -5,7 +5,9 @@
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 #include "support/Session.h"
+#include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
+#include "wire/RemotePane.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -75,7 +77,21 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
         {"deletion on an empty pane", "", "^BK0#BK", "", true},
         {"space fills up with blanks", "ab", "^SPC5#SPC", "ab   "},
         {"return fills up two at a time", "ab", "^RETURN5#RETURN", "ab\r\n\r\n"},
-        {"return at the same length", "ab", "^RETURN2#RETURN", "ab"},
+        {"return counted before its break adds the break", "ab", "^RETURN2#RETURN", "ab\r\n"},
+        {"return, then the release with nothing pending, then a key", "ab",
+         QString("^RETURN2#RETURN<KEY> ") + QChar(0) + " <:KEY>4</KEY><KEY> c <:KEY>5</KEY>", "ab\r\nc"},
+        {"a release with nothing pending never adds its code 0", "ab\r\n",
+         QString("<KEY> ") + QChar(0) + " <:KEY>5</KEY>", "ab\r\n"},
+        {"return behind the pane's length", "abc", "^RETURN2#RETURN", "abc"},
+        {"space at one below adds the blank", "ab", "^SPC3#SPC", "ab "},
+        {"space at the pane's length", "ab ", "^SPC3#SPC", "ab "},
+        {"a held key is one frame with the count of all presses", "ab", "<KEY> x <:KEY>5</KEY>", "abxxx"},
+        {"a held key is not guessed once a frame was dropped", "abc",
+         "<KEY> x <:KEY>3</KEY><KEY> y <:KEY>6</KEY>", "abc"},
+        {"after a fill-up the pane is in step again", "abc",
+         "<KEY> x <:KEY>3</KEY>^SPC5#SPC<KEY> y <:KEY>8</KEY>", "abc  yyy"},
+        {"delete at the end with nothing to delete", "abc", "^BK3#BK", "abc", true},
+        {"a deletion inside a burst carries no length", "abc", "^BK-2#BK<Paste> d</Paste>", "abcd"},
         {"a long pane is not cut by a space", "0123456789", "^SPC3#SPC", "0123456789"},
         {"clear then fill in one run", "xyz", "^Clr^RETURN5#RETURN", "\r\n\r\n\r\n"},
         {"old line break code", "a", "^Cr", "a\r\n"},
@@ -103,6 +119,7 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
     };
     for (const PaneCase& c : cases) {
         SCOPED_TRACE(c.name);
+        r().remotePane().beginSession();
         f().txtClient(0).setText(c.before);
         f().selfRepair = c.repair;
         f().acceptIncompatible = c.acceptIncompatible;
@@ -110,8 +127,10 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
         arrive(c.arrival);
         EXPECT_EQ(pane(), c.after);
         EXPECT_TRUE(f().IsConnected());
+        EXPECT_FALSE(r().remotePane().repairPending());
     }
     EXPECT_TRUE(readFor(peer, 100).isEmpty()) << "none of these asks the peer for anything";
+    EXPECT_FALSE(copy.prompter().asked("ControlCheck Protocol Error"));
 }
 
 TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
@@ -124,39 +143,78 @@ TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
     EXPECT_EQ(r().remoteHistory, "\r\nfirst\r\nsecond");
 }
 
-TEST_F(Receive, RepairAsksForAResendAndDropsTheRest)
+TEST_F(Receive, AKnownDifferenceAsksOnceForTheWholeText)
 {
+    RemotePane& rp = r().remotePane();
     f().selfRepair = true;
     f().repairCountLimit = 50;
-    const int before = r().repairCount;
+    rp.repairDelayMs = 30;
     f().txtClient(0).setText("abc");
-    arrive("^BK3#BK<Paste> zz</Paste>");
-    EXPECT_EQ(pane(), "abc");
+    // A key behind the pane is dropped: the pane is known to differ.
+    arrive("<KEY> x <:KEY>2</KEY>");
+    EXPECT_FALSE(rp.inStep());
+    EXPECT_TRUE(rp.repairPending());
     EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
-    EXPECT_EQ(r().repairCount, before + 1);
+    EXPECT_EQ(rp.repairCount, 1);
 
-    // A lagging space asks too; a return keeps the rest of the arrival.
-    f().txtClient(0).setText("a");
-    arrive("^SPC3#SPC<Paste> zz</Paste>");
-    EXPECT_EQ(pane(), "a");
-    arrive("^RETURN3#RETURN<Paste> zz</Paste>");
-    EXPECT_EQ(pane(), "azz");
-    EXPECT_EQ(readAtLeast(peer, 16), "^reFresh^reFresh");
-    EXPECT_EQ(r().repairCount, before + 3);
+    // While the answer is awaited, a further difference asks nothing more.
+    arrive("^SPC9#SPC");
+    EXPECT_TRUE(readFor(peer, 120).isEmpty());
+    arrive("^Clr^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^><Paste> ab </Paste>");
+    EXPECT_EQ(pane(), "ab ");
+    EXPECT_TRUE(rp.inStep());
+
+    // The sender's own resend inside the wait makes the repair needless.
+    arrive("<KEY> y <:KEY>1</KEY>");
+    EXPECT_TRUE(rp.repairPending());
+    arrive("^Clr<Paste> abc</Paste>");
+    EXPECT_FALSE(rp.repairPending());
+    EXPECT_TRUE(readFor(peer, 120).isEmpty());
+    EXPECT_EQ(rp.repairCount, 1);
 }
 
-TEST_F(Receive, RepairStopsOnceTheCountIsUsedUp)
+TEST_F(Receive, AfterRefreshNothingIsGuessedUntilTheAnswerComes)
 {
     f().selfRepair = true;
-    f().repairCountLimit = 1;
-    r().repairCount = 2;  // above the limit: as if repair were off
-    f().txtClient(0).setText("ab");
-    arrive("^SPC5#SPC");
-    EXPECT_EQ(pane(), "ab   ");
-    EXPECT_TRUE(readFor(peer, 100).isEmpty());
-    r().repairCount = 1;  // at the limit it may still run
-    arrive("^SPC9#SPC");
+    f().txtClient(0).setText("abcd");
+    f().typing().mnuRefresh_Click();
     EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    // Typed before the answer left: its position runs ahead of the emptied
+    // pane, and it is no held key.
+    arrive("<KEY> x <:KEY>5</KEY>");
+    EXPECT_EQ(pane(), "");
+    EXPECT_FALSE(r().remotePane().repairPending());
+    arrive("^Clr<Paste> abcdx</Paste>");
+    EXPECT_EQ(pane(), "abcdx");
+    EXPECT_TRUE(r().remotePane().inStep());
+}
+
+TEST_F(Receive, RepairsAreCountedPerSession)
+{
+    RemotePane& rp = r().remotePane();
+    f().selfRepair = true;
+    f().repairCountLimit = 1;
+    rp.repairDelayMs = 10;
+    rp.repairCount = 2;  // above the limit: as if repair were off
+    f().txtClient(0).setText("ab");
+    arrive("<KEY> q <:KEY>1</KEY>^SPC5#SPC");
+    EXPECT_EQ(pane(), "ab   ");
+    EXPECT_FALSE(rp.repairPending());
+    EXPECT_TRUE(readFor(peer, 60).isEmpty());
+
+    // A new session starts with no repairs used.
+    rp.beginSession();
+    EXPECT_EQ(rp.repairCount, 0);
+    arrive("<KEY> q <:KEY>1</KEY>");
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    arrive("^Clr");
+    rp.repairCount = 1;  // at the limit it may still run
+    arrive("<KEY> q <:KEY>1</KEY><KEY> r <:KEY>1</KEY>");
+    EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
+    arrive("^Clr");
+    EXPECT_EQ(rp.repairCount, 2);
+    arrive("<KEY> q <:KEY>9</KEY><KEY> q <:KEY>1</KEY>");
+    EXPECT_FALSE(rp.repairPending()) << "the ceiling is reached";
 }
 
 TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
@@ -196,7 +254,7 @@ TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
     EXPECT_EQ(readAtLeast(peer, 20 + cipher.size()), "^Clr<Paste> " + cipher + "</Paste>");
 }
 
-TEST_F(Receive, TheFirstKeyFrameIsTakenAndALaterOneStalls)
+TEST_F(Receive, KeyFramesAreTakenOutAndNeverStallTheTextBehindThem)
 {
     const QString key = "03:25 PM";
     const QString hi = fromCp1252(genEPass("hi", toCp1252(key)));
@@ -206,14 +264,24 @@ TEST_F(Receive, TheFirstKeyFrameIsTakenAndALaterOneStalls)
     EXPECT_EQ(f().stStatusbar.text(9), "E");
     EXPECT_EQ(pane(), "hi");
 
-    arrive("tt:=01:00 AM=:tt<Paste> " + hi + "</Paste>");
-    EXPECT_EQ(f().remoteKey, key);
-    EXPECT_EQ(pane(), "hi") << "what follows a second key frame is lost";
-
-    // Later arrivals are not touched; typed characters are deciphered too.
+    // The peer repeats its key at its first typing and with each resend:
+    // what stands behind the frame is not lost.
     const QString c = fromCp1252(genEPass("!", toCp1252(key)));
-    arrive("<KEY> " + c + " <:KEY>3</KEY>");
+    arrive("tt:=" + key + "=:tt<KEY> " + c + " <:KEY>3</KEY>");
     EXPECT_EQ(pane(), "hi!");
+    EXPECT_EQ(f().remoteKey, key);
+
+    // A key that changed is the one the text comes under from then on.
+    const QString other = "01:00 AM";
+    const QString ok = fromCp1252(genEPass("ok", toCp1252(other)));
+    arrive("tt:=" + other + "=:tt<Paste> " + ok + "</Paste>");
+    EXPECT_EQ(f().remoteKey, other);
+    EXPECT_EQ(pane(), "hi!ok");
+
+    // Only a frame without its end still stalls what follows it.
+    arrive("tt:=02:00 AM<Paste> x</Paste>");
+    EXPECT_EQ(pane(), "hi!ok");
+    EXPECT_EQ(f().remoteKey, other);
 }
 
 TEST_F(Receive, RecordLinesCarryNameAndTime)
@@ -388,10 +456,11 @@ TEST_F(Receive, ADroppedFrameIsHealedByTheRepair)
 {
     f().selfRepair = true;
     f().repairCountLimit = 50;
+    r().remotePane().repairDelayMs = 20;
     peer.write("<KEY> a <:KEY>1</KEY>");
     ASSERT_TRUE(waitUntil([&] { return pane() == "a"; }));
-    // "<KEY> b <:KEY>2</KEY>" is lost; the space tells the pane is behind.
-    peer.write("^SPC3#SPC");
+    // The next frame lost its end on the way: the pane may have missed it.
+    peer.write("<KEY> b <:KEY>");
     EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
     peer.write("^Clr<Paste> ab </Paste>");
     ASSERT_TRUE(waitUntil([&] { return pane() == "ab "; }));
@@ -406,8 +475,11 @@ TEST(ReceiveTwoCopies, RepairBetweenTwoCopiesRestoresThePane)
     ASSERT_TRUE(connectCopies(a, b));
     b.frm().selfRepair = true;
     b.frm().repairCountLimit = 50;
+    b.frm().receiver().remotePane().repairDelayMs = 20;
     a.frm().txtServer.setText("hello world");
-    b.frm().txtClient(0).setText("hel");  // the rest of the word got lost
+    b.frm().txtClient(0).setText("hel");
+    // The rest of the word got lost in a frame that lost its end.
+    b.frm().receiver().handleArrival(0, "<KEY> l <:KEY>");
     a.frm().xSendData("^SPC6#SPC");
     EXPECT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text() == "hello world"; }))
         << b.frm().txtClient(0).text().toStdString();

@@ -4,6 +4,8 @@
 #include "core/IniStore.h"
 #include "shell/SessionRecords.h"
 #include "support/Session.h"
+#include "connection/Connection.h"
+#include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 
 #include <QDir>
@@ -134,6 +136,72 @@ TEST(SessionRecord, SaveAsWritesTheChosenForm)
     f.records().mnuSave_Click();
     EXPECT_TRUE(copy.prompter().asked("is already exist."));
     EXPECT_EQ(readText(msg + ".txt"), m);
+}
+
+}  // namespace
+
+namespace {
+
+QString headerOf(const QString& folder)
+{
+    const QStringList found = records(folder);
+    return found.size() == 1 ? readText(folder + found[0]).section("\r\n", 0, 0) : QString();
+}
+
+TEST(SessionRecord, OnlyAnOpenedSessionLeavesARecordAndOnlyOne)
+{
+    TestCopy copy(0, {{"SmartSave Folder", ""}, {"No SmartSave", "0"}, {"Connection Count", "0"}});
+    ASSERT_TRUE(copy.start());
+    FrmMain& f = copy.frm();
+    // A call that never connected ends without a session.
+    Q_EMIT f.sessionEnded();
+    EXPECT_TRUE(records(copy.appPath()).isEmpty());
+    EXPECT_EQ(copy.get("Connection Count"), "0");
+
+    // A session whose end is reported twice, neither time with its end time.
+    Q_EMIT f.sessionOpened();
+    f.txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
+    Q_EMIT f.sessionEnded();
+    Q_EMIT f.sessionEnded();
+    EXPECT_EQ(copy.get("Connection Count"), "1");
+    const QString header = headerOf(copy.appPath());
+    EXPECT_TRUE(QRegularExpression(" - \\d{1,2}:\\d\\d:\\d\\d [AP]M$").match(header).hasMatch())
+        << header.toStdString();
+}
+
+TEST(SessionRecord, BothSidesStampTheEndAndKeepPlainLinesUnderEncryption)
+{
+    TestCopy a(0, {{"No SmartSave", "0"}});
+    TestCopy b(0, {{"No SmartSave", "0"}, {"Encrypted", "1"}});
+    ASSERT_TRUE(QDir(a.appPath()).mkdir("rec") && QDir(b.appPath()).mkdir("rec"));
+    a.set("SmartSave Folder", a.appPath() + "rec");
+    b.set("SmartSave Folder", b.appPath() + "rec");
+    ASSERT_TRUE(a.start());
+    ASSERT_TRUE(b.start());
+    ASSERT_TRUE(connectCopies(a, b));
+    // b took the call with encryption on: its key went out then, and again
+    // with its first key, right in front of its first typed frames.
+    b.frm().typing().typeText("first secret line\r");
+    ASSERT_TRUE(waitUntil([&] { return a.frm().txtTextMsg.text().contains(": first secret line"); }))
+        << a.frm().txtTextMsg.text().toStdString();
+    EXPECT_EQ(a.frm().txtClient(0).text(), "first secret line\r\n");
+    a.frm().typing().typeText("reply\r");
+    ASSERT_TRUE(waitUntil([&] { return b.frm().txtTextMsg.text().contains(": reply"); }));
+
+    a.frm().connection().mnuDisconnect_Click();
+    ASSERT_TRUE(waitUntil([&] { return !b.frm().IsConnected() && !a.frm().IsConnected(); }));
+    ASSERT_TRUE(waitUntil([&] { return records(b.appPath() + "rec/").size() == 1; }));
+    for (TestCopy* c : {&a, &b}) {
+        const QString folder = c->appPath() + "rec/";
+        ASSERT_EQ(records(folder).size(), 1) << c->appPath().toStdString();
+        const QString text = readText(folder + records(folder)[0]);
+        EXPECT_TRUE(QRegularExpression(" - \\d{1,2}:\\d\\d:\\d\\d [AP]M\r\n")
+                        .match(text.section("\r\n", 0, 0) + "\r\n")
+                        .hasMatch())
+            << text.toStdString();
+        EXPECT_TRUE(text.contains(": first secret line\r\n")) << text.toStdString();
+        EXPECT_TRUE(text.contains(": reply\r\n"));
+    }
 }
 
 }  // namespace
