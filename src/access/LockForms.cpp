@@ -33,6 +33,23 @@ QString FrmPassLock::labelPassword()
     return QStringLiteral("Confirm your password:");
 }
 
+QString FrmPassLock::levelName(const QString& level)
+{
+    return level.startsWith(QLatin1Char('2')) ? QStringLiteral("Away password")
+                                              : QStringLiteral("Startup password");
+}
+
+QString FrmPassLock::levelPurpose(const QString& level)
+{
+    return level.startsWith(QLatin1Char('2')) ? FrmSecurity::lblAwayNote()
+                                              : FrmSecurity::lblStartupNote();
+}
+
+QString FrmPassLock::level() const
+{
+    return m_store.passLevel;
+}
+
 bool FrmPassLock::charactersFit(const QString& text)
 {
     for (const QChar c : text) {

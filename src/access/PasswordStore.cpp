@@ -157,7 +157,8 @@ void PasswordStore::runPassLock(const QString& level)
         passLockScreen(form);
         return;
     }
-    const QString title = FrmMain::kTitle + QStringLiteral(" - ") + level;
+    const QString title =
+        FrmMain::kTitle + QStringLiteral(" - ") + m_frm.translate(FrmPassLock::levelName(level));
     const QString head = m_frm.translate(FrmPassLock::captionTop()) + QStringLiteral("\r\n") +
                          m_frm.translate(FrmPassLock::captionBottom()) + QStringLiteral("\r\n\r\n");
     while (!form.closed) {

@@ -162,6 +162,9 @@ void FrmMain::Init()
     if (!settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();
 
+    controls.setVisible(QStringLiteral("mnuEncryption"),
+                        !settingFlag(QStringLiteral("Encryption Menu Off")));
+
     // Passwords are set up on the first starts; then both levels are read.
     encryption().passwords().initPasswordSetting();
 

@@ -4,6 +4,7 @@
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "platform/Bell.h"
+#include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/ConnectionDialogs.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "transfer/Transfer.h"
@@ -31,13 +32,12 @@
 #include "shell/Tips.h"
 #include "shell/TypingBinder.h"
 #include "wire/LiveTyping.h"
+#include "wire/PaneFormat.h"
 
 namespace vonnel {
 
 namespace {
 constexpr int kTwipsPerPixel = 15;
-// The toolbar's Send File button; it has no number of its own.
-const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
 
 QIcon dotIcon(const QColor& fill, const QColor& rim)
 {
@@ -118,6 +118,22 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     new TypingBinder(m_frm, m_server, m_client);
     connect(this, &MainWindow::triggered, &m_frm.typing(),
             [this](const QString& n) { m_frm.typing().controlTriggered(n); });
+    // The colour buttons ask through the window's colour dialog.
+    m_frm.typing().chooseColour = [this](qint64 current, const QString& title) {
+        return chooseColour(current, title);
+    };
+    // Right button: popsFormat in place of the standard menu. Keys typed in
+    // the remote pane go on in the local pane, where typing belongs.
+    for (QPlainTextEdit* pane : {m_server, m_client}) {
+        pane->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(pane, &QWidget::customContextMenuRequested, this, [this, pane](const QPoint& at) {
+            showPopsFormat(pane, pane->viewport()->mapToGlobal(at));
+        });
+        pane->installEventFilter(this);
+        pane->viewport()->installEventFilter(this);
+    }
+    setFocusProxy(m_server);
+    m_server->setFocus();
 
     connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
     connect(&frm.stStatusbar, &StatusBar::panelChanged, this, &MainWindow::refreshPanel);
@@ -330,6 +346,9 @@ void MainWindow::buildStatusBar()
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    for (QPlainTextEdit* pane : {m_server, m_client})
+        if (watched == pane || watched == pane->viewport())
+            return paneEvent(pane, event) || QMainWindow::eventFilter(watched, event);
     if (event->type() == QEvent::MouseButtonRelease) {
         const int n = int(m_panels.indexOf(static_cast<QLabel*>(watched)));
         if (n >= 0)
@@ -437,47 +456,6 @@ void MainWindow::refreshPanel(int n)
         label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
     label->setVisible(p.visible);
-}
-
-void MainWindow::onTriggered(const QString& name)
-{
-    const auto is = [&name](const char* n) { return name == QLatin1String(n); };
-    if (is("mnuFileExit") || is("mnuFileClose")) {
-        close();
-    } else if (is("mnuConnect") || name == toolbarButton(1)) {
-        m_frm.connection().mnuConnect_Click();
-    } else if (is("mnuFileProperties")) {
-        runModal(QStringLiteral("frmProperty"));
-    } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
-        m_frm.connection().mnuDisconnect_Click();
-    } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
-        m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("index.htm"));
-    } else if (is("mnuHomePage") || is("mnuSupport") || is("mnuUpdate")) {
-        const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
-                            : is("mnuSupport") ? QStringLiteral("Support")
-                                               : QStringLiteral("Update");
-        const QString url = m_frm.setting(key);
-        if (!url.isEmpty())
-            m_frm.desktop().openUrl(url);
-    } else if (is("mnuAbout")) {
-        m_frm.prompter().msgBox(m_frm.VersionString + QStringLiteral("\r\r") +
-                                    m_frm.translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
-                                    m_frm.setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
-                                    m_frm.translate(QStringLiteral("Connection Count")) +
-                                    QStringLiteral(": ") + m_frm.setting(QStringLiteral("Connection Count")),
-                                MsgStyle::Information,
-                                m_frm.translate(QStringLiteral("About")) + QStringLiteral(" ") +
-                                    FrmMain::kTitle);
-    } else if (is("mnuViewontop")) {
-        const bool on = !m_frm.controls.checked(name);
-        m_frm.controls.setChecked(name, on);
-        setWindowFlag(Qt::WindowStaysOnTopHint, on);
-        show();
-    } else if (is("mnuMin")) {
-        showMinimized();
-    } else if (is("mnuSendFile") || name == kSendFileButton) {
-        m_frm.transfer().mnuSendFile_Click();
-    }
 }
 
 bool MainWindow::runModal(const QString& form)

@@ -4,9 +4,12 @@
 // logic; it shows the models and hands user actions to the controller.
 
 #include "shell/Views.h"
+#include "shell/dialogs/AccessDialogs.h"
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
+#include <optional>
 
 class QAction;
 class QLabel;
@@ -39,6 +42,19 @@ public:
     QPlainTextEdit* clientPane() const { return m_client; }
     QAction* action(const QString& name) const { return m_actions.value(name); }
     ProgressDialog* progressWindow() const { return m_progress; }
+    EncryptDialog* encryptWindow() const { return m_encrypt; }
+
+    // The toolbar's Send File button; it has no number of its own.
+    static inline const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
+    // The menu entry or button that an entry of the panes' pop-up runs.
+    static QString popsFormatTwin(const QString& popEntry);
+    // Right button on a pane: the pop-up popsFormat.
+    void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
+
+    void mnuCopy_Click();
+    void mnuCopyAll_Click();
+    void mnuSecurity_Click();
+    void mnuEncrypt_Click();
 
 Q_SIGNALS:
     // A user action on a named control (menu entry or toolbar button).
@@ -52,6 +68,10 @@ protected:
 
 private:
     void onTriggered(const QString& name);
+    // The selection of the pane last worked in, else of the other pane.
+    QString selectedText() const;
+    std::optional<qint64> chooseColour(qint64 current, const QString& title);
+    bool paneEvent(QPlainTextEdit* pane, QEvent* event);
     void showTips();
     void buildMenus();
     void buildToolbar();
@@ -74,6 +94,8 @@ private:
     QMenu* m_trayMenu = nullptr;
     QWidget* m_splash = nullptr;
     ProgressDialog* m_progress = nullptr;
+    QPointer<EncryptDialog> m_encrypt;
+    QPlainTextEdit* m_lastPane = nullptr;
 };
 
 }  // namespace vonnel
