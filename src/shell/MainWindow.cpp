@@ -51,6 +51,43 @@ QIcon dotIcon(const QColor& fill, const QColor& rim)
     return QIcon(pm);
 }
 
+// Two sheets, one over the other.
+QIcon copyIcon(const QColor& ink)
+{
+    QPixmap pm(24, 24);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(ink, 1.4));
+    for (const QPointF& at : {QPointF(4.5, 3.5), QPointF(9.5, 8.5)}) {
+        p.setBrush(Qt::white);
+        p.drawRoundedRect(QRectF(at, QSizeF(10, 12)), 1.5, 1.5);
+        for (int line = 0; line < 3; ++line)
+            p.drawLine(QPointF(at.x() + 2.5, at.y() + 3.5 + 3 * line),
+                       QPointF(at.x() + 7.5, at.y() + 3.5 + 3 * line));
+    }
+    return QIcon(pm);
+}
+
+// A clipboard with a sheet on it.
+QIcon pasteIcon(const QColor& ink)
+{
+    QPixmap pm(24, 24);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(QPen(ink, 1.4));
+    p.setBrush(QColor(0xc8, 0x9b, 0x5c));
+    p.drawRoundedRect(QRectF(4.5, 4.5, 14, 17), 2, 2);
+    p.setBrush(QColor(0x90, 0x90, 0x90));
+    p.drawRoundedRect(QRectF(8.5, 2.5, 6, 4), 1, 1);
+    p.setBrush(Qt::white);
+    p.drawRect(QRectF(10.5, 10.5, 10, 11));
+    for (int line = 0; line < 3; ++line)
+        p.drawLine(QPointF(12.5, 13.5 + 2.6 * line), QPointF(18.5, 13.5 + 2.6 * line));
+    return QIcon(pm);
+}
+
 QIcon letterIcon(const QString& text, const QColor& color, bool bold = true, bool italic = false)
 {
     QPixmap pm(24, 24);
@@ -136,6 +173,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     m_server->setFocus();
 
     connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
+    for (const QString& name : m_actions.keys())
+        refreshControl(name);
     connect(&frm.stStatusbar, &StatusBar::panelChanged, this, &MainWindow::refreshPanel);
     connect(&frm, &FrmMain::captionChanged, this, [this] { setWindowTitle(m_frm.caption()); });
     connect(&frm, &FrmMain::visibilityChanged, this, [this](bool v) {
@@ -259,6 +298,7 @@ void MainWindow::buildMenus()
     m_actions.value(QStringLiteral("mnuViewontop"))->setCheckable(true);
     m_actions.value(QStringLiteral("mnuMute"))->setCheckable(true);
     m_actions.value(QStringLiteral("mnuSecurity"))->setCheckable(true);
+    m_actions.value(QStringLiteral("mnuOverride"))->setCheckable(true);
 }
 
 void MainWindow::buildToolbar()
@@ -275,8 +315,8 @@ void MainWindow::buildToolbar()
         {"Disconnect", dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c))},
         {"Refresh", st->standardIcon(QStyle::SP_BrowserReload)},
         {"Clear Screen", st->standardIcon(QStyle::SP_DialogResetButton)},
-        {"Copy", letterIcon(QStringLiteral("Cp"), ink, false)},
-        {"Paste", letterIcon(QStringLiteral("Ps"), ink, false)},
+        {"Copy", copyIcon(ink)},
+        {"Paste", pasteIcon(ink)},
         {"Bold", letterIcon(QStringLiteral("B"), ink, true)},
         {"Italic", letterIcon(QStringLiteral("I"), ink, false, true)},
         {"Increase Font Size", letterIcon(QStringLiteral("A+"), ink)},
@@ -296,6 +336,8 @@ void MainWindow::buildToolbar()
         a->setToolTip(m_frm.translate(QLatin1String(buttons[i].tip)));
         connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
         m_actions.insert(name, a);
+        if (i == 12)
+            a->setCheckable(true);  // Override: down while on
         if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
             bar->addSeparator();
     }
@@ -411,6 +453,10 @@ void MainWindow::refreshControl(const QString& name)
     if (name == QLatin1String("mnuSendFile"))
         if (QAction* b = m_actions.value(kSendFileButton))
             b->setEnabled(s.enabled);
+    // The Override button stays down while the entry is checked.
+    if (name == QLatin1String("mnuOverride"))
+        if (QAction* b = m_actions.value(toolbarButton(13)))
+            b->setChecked(s.checked);
     a->setEnabled(s.enabled);
     a->setVisible(s.visible);
     if (a->isCheckable())
