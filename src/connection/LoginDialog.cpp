@@ -183,15 +183,19 @@ void LoginDialog::cmdOK_Click()
         f.stStatusbar.setToolTip(2, QString());
     }
 
+    // A refused call is no cancel: its report stays open and says so.
+    const bool refused = f.StopConnecting && c.callRefused();
     if (f.StopConnecting) {
-        appendStatus(cancelled);
+        appendStatus(refused ? f.translate(Connection::refusedText()) : cancelled);
         c.mnuDisconnect_Click();
         f.txtServer.setEnabled(true);
         if (f.txtServer.text().isEmpty())
             f.setVisible(true);
+        if (refused)
+            f.stStatusbar.setText(2, f.translate(Connection::refusedText()));
     }
     // A failed attempt leaves its report open until the user closes it.
-    if (f.StopConnecting || f.IsConnected())
+    if ((f.StopConnecting && !refused) || f.IsConnected())
         unload();
     notify();
 }

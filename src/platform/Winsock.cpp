@@ -96,10 +96,14 @@ int Winsock::Listen()
     m_lastError = 0;
     if (m_state != sckClosed)
         return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
-    // Callers left undecided from an earlier round are refused now.
+    // Callers left undecided from an earlier round are refused now, with an
+    // orderly close the caller can tell from a failure.
     for (auto& p : m_pending)
-        if (p)
-            p->abort();
+        if (p) {
+            p->disconnect(this);
+            closeOrderly(p);
+            p->deleteLater();
+        }
     m_pending.clear();
     auto* server = new QTcpServer(this);
     if (!server->listen(QHostAddress::Any, m_localPort)) {
@@ -311,14 +315,8 @@ qint64 Winsock::bytesAvailable() const
     return m_socket ? m_socket->bytesAvailable() : 0;
 }
 
-void Winsock::dropConnection()
+void Winsock::closeOrderly(QTcpSocket* s)
 {
-    stopWatching();
-    if (!m_socket)
-        return;
-    QTcpSocket* s = m_socket;
-    m_socket = nullptr;
-    s->disconnect(this);
     // Bytes already handed over still go out before the close. What the
     // peer sent that nobody will read is taken off the socket first: a
     // socket closed with unread bytes ends in a reset, not a close.
@@ -334,6 +332,17 @@ void Winsock::dropConnection()
     } else {
         s->abort();
     }
+}
+
+void Winsock::dropConnection()
+{
+    stopWatching();
+    if (!m_socket)
+        return;
+    QTcpSocket* s = m_socket;
+    m_socket = nullptr;
+    s->disconnect(this);
+    closeOrderly(s);
     s->deleteLater();
 }
 

@@ -83,6 +83,7 @@ private:
     int fail(int number, const QString& text);
     void adopt(QTcpSocket* socket);
     void dropConnection();
+    static void closeOrderly(QTcpSocket* socket);
     void onNewConnection();
     void onSocketError();
     // A second descriptor of the session socket, kept so the socket's own
