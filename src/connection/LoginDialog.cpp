@@ -94,7 +94,9 @@ void LoginDialog::cmdOK_Click()
     const QString second = f.translate(QStringLiteral("second"), QStringLiteral("sec."));
     const QString cancelled = f.translate(QStringLiteral("Connecting Cancelled"));
     const QString online = f.translate(QStringLiteral("is online"));
-    const QString offline = f.translate(QStringLiteral("not valid address (or offline)"));
+    // An unanswered echo proves nothing: echoes may be filtered or not
+    // allowed to this program, and the address may still take the call.
+    const QString offline = f.translate(QStringLiteral("gave no answer to the echo request"));
     const QString cannotResolveTo = f.translate(QStringLiteral("Cannot resolve to"));
 
     if (cmbIPadr.isEmpty() || txtConnectPort.isEmpty())

@@ -2,6 +2,7 @@
 #include "core/Startup.h"
 #include "support/TestCopy.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -211,6 +212,43 @@ TEST(Startup, ConfirmExitNoKeepsTheCopyRunning)
     EXPECT_FALSE(copy.frm().ProgramExiting);
     EXPECT_EQ(copy.prompter().records().last().title, "Vonnel - Program Exit");
     EXPECT_EQ(copy.frm().winsock(0).State(), Winsock::sckListening);
+}
+
+}  // namespace
+
+namespace {
+
+// The first start from the shipped preset goes straight to the main window:
+// no password windows (Tools > Security sets them at any time), no unlock.
+TEST(Startup, FirstStartFromThePresetOpensTheMainWindowAtOnce)
+{
+    TestCopy copy;
+    copy.set("Usage", ReadIni(kSection, "Usage", presetPath()));
+    ASSERT_TRUE(copy.start());
+    EXPECT_TRUE(copy.prompter().records().isEmpty())
+        << copy.prompter().records().value(0).text.toStdString();
+    EXPECT_TRUE(copy.frm().isVisible());
+    EXPECT_FALSE(copy.frm().StartupLockFailed);
+}
+
+// The help folder is written as it is spelt on disk, and read back with
+// its separator, so pages open from it at the next start.
+TEST(Startup, HelpPathKeepsTheFolderAsSpeltAndOpensPages)
+{
+    for (const char* folder : {"Help", "help"}) {
+        TestCopy copy;
+        QDir(copy.appPath()).mkpath(folder);
+        QFile index(copy.file(QString(folder) + "/index.htm"));
+        ASSERT_TRUE(index.open(QIODevice::WriteOnly));
+        index.close();
+        ASSERT_TRUE(copy.start());
+        EXPECT_EQ(copy.get("Help Path"), copy.appPath() + folder);
+
+        TestCopy again;
+        again.set("Help Path", copy.get("Help Path"));
+        ASSERT_TRUE(again.start());
+        EXPECT_EQ(again.frm().HelpPath, copy.appPath() + folder + "/");
+    }
 }
 
 }  // namespace
