@@ -612,3 +612,28 @@ TEST(Sessions, SecondCallWaitsForTheAnswerAndReportsARefusal)
 }
 
 }  // namespace
+
+namespace {
+
+// The byte counters of panels 10 and 11 show one session: they are empty
+// again once it has ended.
+TEST(Sessions, CountersDoNotOutliveTheSession)
+{
+    TestCopy copy(0, {{"No Recover Socket Error", "1"}});
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    FrmMain& f = copy.frm();
+    f.xSendData("<MSG> hello </MSG>");
+    peer.write("^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>");
+    ASSERT_TRUE(waitUntil([&] {
+        return !f.stStatusbar.text(10).isEmpty() && !f.stStatusbar.text(11).isEmpty();
+    }));
+    peer.disconnectFromHost();
+    ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_TRUE(f.stStatusbar.text(10).isEmpty()) << f.stStatusbar.text(10).toStdString();
+    EXPECT_TRUE(f.stStatusbar.text(11).isEmpty()) << f.stStatusbar.text(11).toStdString();
+    EXPECT_EQ(f.bytesSentCount, 0);
+}
+
+}  // namespace
