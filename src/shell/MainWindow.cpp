@@ -309,7 +309,7 @@ void MainWindow::buildStatusBar()
             label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])));
         if (n == 2) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-            label->setMinimumWidth(120);
+            label->setMinimumWidth(60);
             label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         } else {
             label->setMinimumWidth(n == 1 ? 22 : (n == 8 || n == 9) ? 18 : 40);
@@ -437,7 +437,21 @@ void MainWindow::refreshPanel(int n)
     if (n == 10 || n == 11)
         label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
-    label->setVisible(p.visible);
+    label->setVisible(p.visible && panelFits(n, width()));
+}
+
+bool MainWindow::panelFits(int n, int windowWidth)
+{
+    // On a narrow window the panels give way, least needed first, so none
+    // is drawn over another: Caps and Num, then the clock and the
+    // character counter, then the byte counters.
+    if (windowWidth < 640 && (n == 5 || n == 6))
+        return false;
+    if (windowWidth < 520 && (n == 7 || n == 3))
+        return false;
+    if (windowWidth < 420 && (n == 10 || n == 11 || n == 4))
+        return false;
+    return true;
 }
 
 bool MainWindow::runModal(const QString& form)
@@ -553,6 +567,8 @@ void MainWindow::moveEvent(QMoveEvent* e)
 void MainWindow::resizeEvent(QResizeEvent* e)
 {
     QMainWindow::resizeEvent(e);
+    for (int n = 1; n <= StatusBar::kPanels; ++n)
+        refreshPanel(n);
     rememberPlacement();
 }
 

@@ -51,6 +51,9 @@ public:
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
 
+    // Whether status panel n keeps its place on a window this wide.
+    static bool panelFits(int n, int windowWidth);
+
     void mnuCopy_Click();
     void mnuCopyAll_Click();
     void mnuSecurity_Click();

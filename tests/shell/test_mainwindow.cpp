@@ -198,3 +198,35 @@ TEST(MainWindowEntries, EveryPopUpEntryRunsAnEntryOfTheWindow)
 }
 
 }  // namespace
+
+namespace {
+
+// However narrow the window, no status panel is drawn over another or
+// beyond the window's edge.
+TEST(MainWindowLayout, StatusPanelsNeverOverlap)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    w.copy.frm().stStatusbar.setText(10, "1234");
+    w.copy.frm().stStatusbar.setText(11, "5678");
+    w.window->show();
+    for (const int width : {900, 600, 480, 400, 340}) {
+        w.window->resize(width, 300);
+        pump(50);
+        QList<QRect> shown;
+        for (int n = 1; n <= 11; ++n) {
+            auto* label = w.window->findChild<QWidget*>(QStringLiteral("panel%1").arg(n));
+            ASSERT_TRUE(label);
+            if (!label->isVisible())
+                continue;
+            const QRect r(label->mapTo(w.window.get(), QPoint(0, 0)), label->size());
+            EXPECT_LE(r.right(), w.window->width()) << "panel " << n << " at width " << width;
+            for (const QRect& other : shown)
+                EXPECT_FALSE(r.intersects(other)) << "panel " << n << " at width " << width;
+            shown << r;
+        }
+        EXPECT_GE(shown.size(), 4) << width;
+    }
+}
+
+}  // namespace
