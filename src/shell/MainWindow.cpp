@@ -129,6 +129,24 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
     m_progress = installProgressDialog(frm, this);
+    connect(&frm.transfer().progress(), &ProgressModel::changed, this, &MainWindow::refreshHold);
+    connect(&frm.transfer().progress(), &ProgressModel::loadedChanged, this, [this](bool loaded) {
+        // A progress window that closes itself at the end leaves a word
+        // beside the status panels for a while.
+        m_notice = loaded ? QString() : ProgressDialog::finishedNotice(m_frm);
+        if (!m_notice.isEmpty())
+            QTimer::singleShot(20000, this, [this, shown = m_notice] {
+                if (m_notice == shown) {
+                    m_notice.clear();
+                    refreshHold();
+                }
+            });
+        refreshHold();
+    });
+    connect(&frm.controls, &Controls::changed, this, [this](const QString& name) {
+        if (name == QLatin1String("mnuSendFile"))
+            refreshHold();
+    });
     connect(&frm.transfer(), &Transfer::beep, this, [] { systemBeep(); });
     setWindowTitle(frm.caption());
     for (int n = 1; n <= StatusBar::kPanels; ++n)
@@ -320,6 +338,33 @@ void MainWindow::buildStatusBar()
         m_panels << label;
     }
     sb->addWidget(strip, 1);
+    // Says that a transfer waits on hold while its window is away.
+    m_hold = new QLabel;
+    m_hold->setObjectName(QStringLiteral("lblOnHold"));
+    m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
+    m_hold->setVisible(false);
+    sb->addPermanentWidget(m_hold);
+}
+
+QString MainWindow::holdText(FrmMain& frm)
+{
+    if (!frm.TransferOnHold)
+        return QString();
+    const Transfer& t = frm.transfer();
+    const bool receiving = t.holdDirection.contains(QLatin1String("Receiving"));
+    return frm.translate(receiving ? QStringLiteral("Receiving on hold") : QStringLiteral("Sending on hold")) +
+           QStringLiteral(": ") + t.holdFileName + QStringLiteral(" (") + t.holdProgressText +
+           QLatin1Char(')');
+}
+
+void MainWindow::refreshHold()
+{
+    QString text = holdText(m_frm);
+    if (text.isEmpty())
+        text = m_notice;
+    m_hold->setText(text);
+    m_hold->setToolTip(m_frm.translate(QStringLiteral("Tools - Send File continues it")));
+    m_hold->setVisible(!text.isEmpty());
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)

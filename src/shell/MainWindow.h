@@ -51,6 +51,9 @@ public:
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
 
+    // The status bar's word on a transfer on hold; empty when none is.
+    QLabel* transferNotice() const { return m_hold; }
+    static QString holdText(FrmMain& frm);
     // Whether status panel n keeps its place on a window this wide.
     static bool panelFits(int n, int windowWidth);
 
@@ -85,6 +88,7 @@ private:
     void refreshControl(const QString& name);
     void refreshPanel(int n);
     void rememberPlacement();
+    void refreshHold();
     static QIcon statePicture(StatePicture p);
 
     FrmMain& m_frm;
@@ -99,6 +103,8 @@ private:
     ProgressDialog* m_progress = nullptr;
     QPointer<EncryptDialog> m_encrypt;
     QPlainTextEdit* m_lastPane = nullptr;
+    QLabel* m_hold = nullptr;
+    QString m_notice;  // the end of the last transfer, while it is shown
 };
 
 }  // namespace vonnel
