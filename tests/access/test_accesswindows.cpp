@@ -55,6 +55,10 @@ TEST(SecurityWindow, SetButtonsStoreAndTheLocksFollow)
     EXPECT_EQ(lockShown(d, "imgStLock"), "imgStLock");
     EXPECT_EQ(b.get("Override Password"), "0");
     EXPECT_FALSE(b.prompter.asked("Please enter password to unlock it"));
+    // The away level, never set, is not closed by a word nobody chose.
+    EXPECT_TRUE(pass2->text().isEmpty());
+    EXPECT_EQ(lockShown(d, "imgAwLock"), "imgAwUnlock");
+    EXPECT_FALSE(s.hasSecondPassword);
 
     // A password applies and this is not one of the first starts: the old
     // one is asked first; a wrong one leaves everything as it was.

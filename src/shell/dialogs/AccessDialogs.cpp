@@ -26,13 +26,14 @@ QPixmap lockPicture(bool closed, int size)
     p.setRenderHint(QPainter::Antialiasing);
     const qreal s = size / 32.0;
     const QColor body = closed ? QColor(0xc6, 0x28, 0x28) : QColor(0x2e, 0x7d, 0x32);
-    // The shackle: closed it sits in the body, open it stands raised to one side.
+    // The shackle: closed, both legs sit in the body; open, it stands
+    // raised with its left leg free.
+    const qreal top = (closed ? 5 : 1) * s;
     QPainterPath shackle;
-    const qreal lift = closed ? 0 : 6 * s;
-    shackle.moveTo(9 * s, 15 * s - lift);
-    shackle.lineTo(9 * s, 10 * s - lift);
-    shackle.arcTo(QRectF(9 * s, 3 * s - lift, 14 * s, 14 * s), 180, -180);
-    shackle.lineTo(23 * s, closed ? 15 * s : 10 * s - lift);
+    shackle.moveTo(9 * s, closed ? 15 * s : 10 * s);
+    shackle.lineTo(9 * s, top + 7 * s);
+    shackle.arcTo(QRectF(9 * s, top, 14 * s, 14 * s), 180, -180);
+    shackle.lineTo(23 * s, 15 * s);
     p.setPen(QPen(QColor(0x60, 0x60, 0x60), 3 * s, Qt::SolidLine, Qt::RoundCap));
     p.setBrush(Qt::NoBrush);
     p.drawPath(shackle);
@@ -161,6 +162,8 @@ EncryptDialog::EncryptDialog(FrmMain& frm, QWidget* parent)
     m_key->setObjectName(QStringLiteral("txtKey"));
     m_text->setObjectName(QStringLiteral("txtText"));
     m_result->setObjectName(QStringLiteral("txtResult"));
+    // Cipher text has no blanks: it wraps anywhere rather than run off.
+    m_result->setWordWrapMode(QTextOption::WrapAnywhere);
     auto* encrypt = new QPushButton(m_form->captionEncrypt, this);
     encrypt->setObjectName(QStringLiteral("cmdEncrypt"));
     auto* decrypt = new QPushButton(m_form->captionDecrypt, this);
