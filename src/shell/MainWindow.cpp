@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFileInfo>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -353,8 +354,8 @@ QString MainWindow::holdText(FrmMain& frm)
     const Transfer& t = frm.transfer();
     const bool receiving = t.holdDirection.contains(QLatin1String("Receiving"));
     return frm.translate(receiving ? QStringLiteral("Receiving on hold") : QStringLiteral("Sending on hold")) +
-           QStringLiteral(": ") + t.holdFileName + QStringLiteral(" (") + t.holdProgressText +
-           QLatin1Char(')');
+           QStringLiteral(": ") + QFileInfo(t.holdFileName).fileName() + QStringLiteral(" (") +
+           t.holdProgressText + QLatin1Char(')');
 }
 
 void MainWindow::refreshHold()
@@ -362,9 +363,14 @@ void MainWindow::refreshHold()
     QString text = holdText(m_frm);
     if (text.isEmpty())
         text = m_notice;
-    m_hold->setText(text);
-    m_hold->setToolTip(m_frm.translate(QStringLiteral("Tools - Send File continues it")));
+    // Long names are cut in the middle; the tool tip has the whole text.
+    m_hold->setText(m_hold->fontMetrics().elidedText(text, Qt::ElideMiddle, 260));
+    m_hold->setToolTip(text + QLatin1Char('\n') +
+                       m_frm.translate(QStringLiteral("Tools - Send File continues it")));
     m_hold->setVisible(!text.isEmpty());
+    // The panels make room for it.
+    for (int n = 1; n <= StatusBar::kPanels; ++n)
+        refreshPanel(n);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
@@ -482,7 +488,8 @@ void MainWindow::refreshPanel(int n)
     if (n == 10 || n == 11)
         label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
-    label->setVisible(p.visible && panelFits(n, width()));
+    const int room = width() - (m_hold && !m_hold->isHidden() ? m_hold->sizeHint().width() : 0);
+    label->setVisible(p.visible && panelFits(n, room));
 }
 
 bool MainWindow::panelFits(int n, int windowWidth)

@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -107,7 +108,7 @@ QString ProgressDialog::finishedNotice(FrmMain& frm)
         return QString();
     const bool receiving = w.txtSendRec.contains(QLatin1String("Receiving"));
     return frm.translate(receiving ? QStringLiteral("File received") : QStringLiteral("File sent")) +
-           QStringLiteral(": ") + w.lblFilename;
+           QStringLiteral(": ") + QFileInfo(w.lblFilename).fileName();
 }
 
 void ProgressDialog::closeEvent(QCloseEvent* event)
