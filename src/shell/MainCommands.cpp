@@ -19,7 +19,12 @@
 
 #include <QAction>
 #include <QColorDialog>
+#include <QApplication>
 #include <QCoreApplication>
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QTextCursor>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -104,7 +109,42 @@ QString MainWindow::selectedText() const
 
 bool MainWindow::paneEvent(QPlainTextEdit* pane, QEvent* event)
 {
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress) {
+    if (event->type() == QEvent::MouseButtonPress) {
+        // A press inside the selection may start a drag of it out of the pane.
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        const QTextCursor sel = pane->textCursor();
+        const int at = pane->cursorForPosition(mouse->position().toPoint()).position();
+        m_dragFrom = (mouse->button() == Qt::LeftButton && sel.hasSelection() &&
+                      at >= sel.selectionStart() && at <= sel.selectionEnd())
+                         ? mouse->position().toPoint()
+                         : QPoint(-1, -1);
+        m_lastPane = pane;
+        return m_dragFrom.x() >= 0;  // the selection stays while a drag may begin
+    }
+    if (event->type() == QEvent::MouseMove && m_dragFrom.x() >= 0) {
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        if ((mouse->position().toPoint() - m_dragFrom).manhattanLength() <
+            QApplication::startDragDistance())
+            return true;
+        m_dragFrom = QPoint(-1, -1);
+        QString text = pane->textCursor().selectedText();
+        text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+        auto* drag = new QDrag(pane);
+        auto* data = new QMimeData;
+        data->setText(text);
+        drag->setMimeData(data);
+        drag->exec(Qt::CopyAction);
+        return true;
+    }
+    if (event->type() == QEvent::MouseButtonRelease && m_dragFrom.x() >= 0) {
+        // A click in the selection without a drag: the caret goes there.
+        m_dragFrom = QPoint(-1, -1);
+        QTextCursor c = pane->textCursor();
+        c.setPosition(pane->cursorForPosition(static_cast<QMouseEvent*>(event)->position().toPoint()).position());
+        pane->setTextCursor(c);
+        return true;
+    }
+    if (event->type() == QEvent::FocusIn) {
         m_lastPane = pane;
         return false;
     }

@@ -104,6 +104,7 @@ private:
     QPointer<EncryptDialog> m_encrypt;
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;
+    QPoint m_dragFrom{-1, -1};  // where a press in a selection began
     QString m_notice;  // the end of the last transfer, while it is shown
 };
 
