@@ -506,6 +506,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         if (wait < 5)
             wait = 5;  // read and adjusted; the box itself has no time limit
         Q_UNUSED(wait);
+        // A hidden window: the tray icon says who is calling.
+        if (!f.isVisible() || f.windowState() == FrmMain::vbMinimized)
+            f.setTrayTip(f.translate(QStringLiteral("From: ")) + f.PeerIP);
         f.PeerHostName = address().ResolveAddress(f.PeerIP);
         if (f.PeerHostName == AddressServices::kFailed)
             f.PeerHostName.clear();

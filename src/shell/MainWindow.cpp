@@ -391,7 +391,8 @@ void MainWindow::buildTray()
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_tray = new QSystemTrayIcon(windowIcon(), this);
-    m_tray->setToolTip(QStringLiteral("Vonnel"));
+    m_tray->setToolTip(m_frm.trayTip());
+    connect(&m_frm, &FrmMain::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(QStringLiteral("mnuTray"));
     addEntry(m_trayMenu, QStringLiteral("mnuSysShow"), QStringLiteral("Show"), QStringLiteral("&Show"));

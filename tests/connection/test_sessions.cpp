@@ -364,6 +364,8 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     start({{"Auto Accept Connection", "0"}});
     b->copy.set("Auto Accept Connection", "0");
     b->copy.prompter().addAnswers({"No"});
+    // The window is away in the tray: the tray's tip names the caller.
+    f().setVisible(false);
     bool dropped = false;
     const QByteArray got = ring(&dropped);
     EXPECT_TRUE(got.isEmpty());
@@ -376,6 +378,9 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
     EXPECT_TRUE(f().txtServer.enabled());
     EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is rejected to make a connection"));
+    EXPECT_EQ(f().trayTip(), "From: 127.0.0.1");
+    f().ShowMain();
+    EXPECT_EQ(f().trayTip(), "Vonnel");
     // The status line no longer reads "Connection request from ...".
     EXPECT_EQ(f().stStatusbar.text(2), "127.0.0.1 is rejected to make a connection");
 }
