@@ -8,6 +8,7 @@
 #include "access/LockForms.h"
 #include "access/PasswordStore.h"
 #include "access/Encryption.h"
+#include "connection/AddressServices.h"
 #include "connection/Connection.h"
 #include "platform/Clipboard.h"
 #include "platform/Desktop.h"
@@ -220,6 +221,11 @@ void MainWindow::onTriggered(const QString& name)
         runModal(QStringLiteral("frmProperty"));
     } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
         m_frm.connection().mnuDisconnect_Click();
+    } else if (is("mnuRefresh") || name == toolbarButton(3)) {
+        // Not in a session and no transfer in the way: the local addresses
+        // are read again (the pane's refresh is the typing logic's).
+        if (!m_frm.IsConnected() && !m_frm.transfer().progress().loaded)
+            m_frm.connection().address().GetLocalHost();
     } else if (is("mnuSave")) {
         m_frm.records().mnuSave_Click();
     } else if (is("mnuCopy") || name == toolbarButton(5)) {

@@ -4,6 +4,8 @@
 // its switch.
 
 #include "access/PasswordStore.h"
+#include "connection/AddressServices.h"
+#include "connection/Connection.h"
 #include "shell/MainWindow.h"
 #include "support/TestCopy.h"
 #include "wire/LiveTyping.h"
@@ -226,6 +228,25 @@ TEST(MainWindowLayout, StatusPanelsNeverOverlap)
             shown << r;
         }
         EXPECT_GE(shown.size(), 4) << width;
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// Refresh without a session reads the local addresses again.
+TEST(MainWindowEntries, RefreshWithoutASessionReadsTheLocalAddresses)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    AddressServices& a = w.copy.frm().connection().address();
+    for (const char* entry : {"mnuRefresh", "Toolbar1:3"}) {
+        a.localAddresses.clear();
+        a.localHostName.clear();
+        w.trigger(entry);
+        EXPECT_FALSE(a.localAddresses.isEmpty()) << entry;
+        EXPECT_FALSE(a.localHostName.isEmpty()) << entry;
     }
 }
 
