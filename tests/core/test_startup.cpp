@@ -1,4 +1,6 @@
 #include "core/IniStore.h"
+#include "connection/Connection.h"
+#include "connection/PropertyDialog.h"
 #include "core/Startup.h"
 #include "support/TestCopy.h"
 
@@ -173,7 +175,26 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         EXPECT_EQ(second.winsock(0).LocalPort(), first.port() + 1);
         EXPECT_EQ(first.get("LocalPort"), QString::number(first.port()));
         EXPECT_FALSE(QFile::exists(first.file("Command.ini")));
+        EXPECT_TRUE(second.controls.enabled("frmProperty.cmdApply"));
         second.requestClose(false);
+    }
+    // Its port taken as well: it cannot listen, and the port settings, the
+    // first copy's, cannot be applied from it.
+    {
+        // (The port in the file is read afresh: closing the copy above may
+        // have moved it.)
+        const QString portInFile = first.get("LocalPort");
+        QTcpServer taken;
+        ASSERT_TRUE(taken.listen(QHostAddress::Any, quint16(portInFile.toInt() + 1)));
+        FrmMain second(env);
+        startCopy(second);
+        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
+        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdApply"));
+        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdOK"));
+        second.connection().propertyDialog().cmdApply_Click();
+        EXPECT_EQ(first.get("LocalPort"), portInFile);
+        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
+        second.ProgramExiting = true;  // ends without the disconnect's rebinding
     }
     Q_UNUSED(before);
 }
