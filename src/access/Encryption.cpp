@@ -100,6 +100,7 @@ void Encryption::beginSession()
 {
     m_frm.remoteEncrypted = false;
     m_frm.remoteKey.clear();
+    m_keyAnnounced = false;
     clearMarks();
     readEncryptedSetting();
 }
@@ -107,6 +108,17 @@ void Encryption::beginSession()
 bool Encryption::sendKeyRaw()
 {
     m_frm.sendRaw(keyFrame());
+    m_keyAnnounced = true;
+    return true;
+}
+
+bool Encryption::announceKeyBeforeCipher()
+{
+    if (m_keyAnnounced || !m_frm.encryptOn || !m_frm.IsConnected())
+        return false;
+    ensureSessionKey();
+    sendKeyRaw();
+    showLocalMark();
     return true;
 }
 
@@ -127,6 +139,7 @@ bool Encryption::sendKeyOnAccept()
     showLocalMark();
     ensureSessionKey();
     // Not a wrapped frame: it passes the enciphering loop unchanged.
+    m_keyAnnounced = true;
     m_frm.xSendData(keyFrame());
     return true;
 }

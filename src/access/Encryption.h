@@ -62,6 +62,14 @@ public:
     // Answer to "^reFresh": the same frame under the same condition, without
     // marking it sent.
     bool sendKeyForRefresh(bool keySent);
+    // Before the first enciphered frame of a session: when this side's key
+    // has not gone out yet (encryption switched on after the session began,
+    // or an accepting side that had no key), a key is made if there is none
+    // and the key frame goes out raw, so the peer never shows cipher text.
+    // True when the frame went out now.
+    bool announceKeyBeforeCipher();
+    // This side's key frame has gone out in this session.
+    bool keyAnnounced() const { return m_keyAnnounced; }
 
     // --- the peer's key ---------------------------------------------------------
     // At the start of the remaining text of an arrival: a "tt:=" frame while
@@ -93,6 +101,7 @@ private:
 
     FrmMain& m_frm;
     std::unique_ptr<PasswordStore> m_passwords;
+    bool m_keyAnnounced = false;
 };
 
 }  // namespace vonnel

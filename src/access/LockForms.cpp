@@ -33,6 +33,23 @@ QString FrmPassLock::labelPassword()
     return QStringLiteral("Confirm your password:");
 }
 
+QString FrmPassLock::levelName(const QString& level)
+{
+    return level.startsWith(QLatin1Char('2')) ? QStringLiteral("Away password")
+                                              : QStringLiteral("Startup password");
+}
+
+QString FrmPassLock::levelPurpose(const QString& level)
+{
+    return level.startsWith(QLatin1Char('2')) ? FrmSecurity::lblAwayNote()
+                                              : FrmSecurity::lblStartupNote();
+}
+
+QString FrmPassLock::level() const
+{
+    return m_store.passLevel;
+}
+
 bool FrmPassLock::charactersFit(const QString& text)
 {
     for (const QChar c : text) {
@@ -160,6 +177,14 @@ void FrmSecurity::setPass(const QString& level)
         m_store.runPassLock(level);
     else if (m_store.runUnlock(level))
         m_store.runPassLock(level);
+    // Setting one level here clears the override; the other level, if it
+    // never had a record, would then be closed behind a word the user never
+    // chose. It gets the no-password record instead.
+    const QString other = level.startsWith(QLatin1Char('1')) ? QStringLiteral("2nd")
+                                                             : QStringLiteral("1st");
+    if (!m_frm.setting(PasswordStore::levelKey(level)).isEmpty())
+        m_store.storeNoPasswordIfMissing(other);
+    m_store.loadPassword(other);
     m_store.loadPassword(level);
     refill();
 }

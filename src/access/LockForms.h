@@ -19,6 +19,13 @@ public:
     static QString captionBottom();  // "Or, leave them empty for no password."
     static QString labelPass();      // "Choose your password:"
     static QString labelPassword();  // "Confirm your password:"
+    // Which password a level sets, for the window's title and head line:
+    // "Startup password" for "1st", "Away password" for "2nd".
+    static QString levelName(const QString& level);
+    static QString levelPurpose(const QString& level);
+
+    // The level this window sets.
+    QString level() const;
 
     QString txtPass;
     QString txtPassword;
@@ -64,6 +71,14 @@ private:
 class FrmSecurity {
 public:
     FrmSecurity(FrmMain& frm, PasswordStore& store);
+
+    static QString lblStartup() { return QStringLiteral("Startup password protected"); }
+    static QString lblStartupNote() { return QStringLiteral("Prevent unauthorized person from usage"); }
+    static QString lblAway() { return QStringLiteral("Away password protected"); }
+    static QString lblAwayNote()
+    {
+        return QStringLiteral("Prevent unauthorized person from accessing during chat session");
+    }
 
     QString txtPass1;
     QString txtPass2;

@@ -114,6 +114,16 @@ void PasswordStore::storePassword(const QString& text)
     m_frm.writeSetting(QStringLiteral("Override Password"), QStringLiteral("0"));
 }
 
+bool PasswordStore::storeNoPasswordIfMissing(const QString& level)
+{
+    if (!m_frm.setting(levelKey(level)).isEmpty())
+        return false;
+    const QDate today = m_frm.clock().today();
+    m_frm.writeSetting(levelKey(level), fromCp1252(genpass(toCp1252(kNoPassword), today)));
+    m_frm.writeSetting(savedKey(level), today.toString(Qt::ISODate));
+    return true;
+}
+
 QString PasswordStore::passwordOfLevel() const
 {
     switch (levelNumber(passLevel)) {
@@ -157,7 +167,8 @@ void PasswordStore::runPassLock(const QString& level)
         passLockScreen(form);
         return;
     }
-    const QString title = FrmMain::kTitle + QStringLiteral(" - ") + level;
+    const QString title =
+        FrmMain::kTitle + QStringLiteral(" - ") + m_frm.translate(FrmPassLock::levelName(level));
     const QString head = m_frm.translate(FrmPassLock::captionTop()) + QStringLiteral("\r\n") +
                          m_frm.translate(FrmPassLock::captionBottom()) + QStringLiteral("\r\n\r\n");
     while (!form.closed) {

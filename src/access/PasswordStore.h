@@ -48,6 +48,9 @@ public:
     // Writes text (trimmed) as the password of passLevel, with today's date,
     // and clears Override Password.
     void storePassword(const QString& text);
+    // Writes the no-password record for a level that has no record at all;
+    // true when it did.
+    bool storeNoPasswordIfMissing(const QString& level);
     // The password that an unlock at passLevel compares with.
     QString passwordOfLevel() const;
 

@@ -179,6 +179,10 @@ void Connection::ConnectProcedure()
         d->setAbort(abortWord, QStringLiteral("Abort"));
     Winsock& ws = f.winsock(f.sIdx);
     ws.Close();
+    // Only the answer to this call counts: a session this side ended itself
+    // left the flag of its own first data behind.
+    f.RemoteResponded = false;
+    m_callRefused = false;
 
     const QString address = f.setting(QStringLiteral("Previous IP Address"));
     const QString portText = f.setting(QStringLiteral("Connect Port"));
@@ -367,8 +371,12 @@ void Connection::winsock_Connect(int index)
             f.stStatusbar.setText(2, text);
         }
         if (ws.State() == Winsock::sckListening || f.StopConnecting) {
+            // Closed before the other side said a word: it did not take the call.
+            m_callRefused = !f.StopConnecting;
             if (LoginDialog* d = login())
                 d->appendStatus(disconnected);
+            if (m_callRefused)
+                f.stStatusbar.setText(2, f.translate(refusedText()));
             f.StopConnecting = true;
             return;
         }
@@ -498,6 +506,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         if (wait < 5)
             wait = 5;  // read and adjusted; the box itself has no time limit
         Q_UNUSED(wait);
+        // A hidden window: the tray icon says who is calling.
+        if (!f.isVisible() || f.windowState() == FrmMain::vbMinimized)
+            f.setTrayTip(f.translate(QStringLiteral("From: ")) + f.PeerIP);
         f.PeerHostName = address().ResolveAddress(f.PeerIP);
         if (f.PeerHostName == AddressServices::kFailed)
             f.PeerHostName.clear();
@@ -510,6 +521,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
                 FrmMain::kTitle);
         if (a != Answer::Yes) {
             f.logs().connection(f.PeerIP + QStringLiteral(" is rejected to make a connection"));
+            // The request's own status line would stay up: say how it ended.
+            f.stStatusbar.setText(
+                2, f.PeerIP + f.translate(QStringLiteral(" is rejected to make a connection")));
             Winsock& ws = f.winsock(f.sIdx);
             ws.Close();
             f.idleDelay0();

@@ -41,6 +41,10 @@ public:
     void ConnectProcedure();
     // True for this computer's own names and addresses.
     bool isOwnAddress(const QString& text) const;
+    // The last call reached the other side, which closed it without a word:
+    // it did not take the call.
+    bool callRefused() const { return m_callRefused; }
+    static QString refusedText() { return QStringLiteral("The remote user did not accept the connection"); }
 
     // --- the session's events ----------------------------------------------
     void winsock_Connect(int index);
@@ -76,6 +80,7 @@ private:
     std::unique_ptr<AddressServices> m_address;
     std::unique_ptr<LoginDialog> m_login;
     std::unique_ptr<PropertyDialog> m_property;
+    bool m_callRefused = false;
 };
 
 }  // namespace vonnel

@@ -94,7 +94,9 @@ void LoginDialog::cmdOK_Click()
     const QString second = f.translate(QStringLiteral("second"), QStringLiteral("sec."));
     const QString cancelled = f.translate(QStringLiteral("Connecting Cancelled"));
     const QString online = f.translate(QStringLiteral("is online"));
-    const QString offline = f.translate(QStringLiteral("not valid address (or offline)"));
+    // An unanswered echo proves nothing: echoes may be filtered or not
+    // allowed to this program, and the address may still take the call.
+    const QString offline = f.translate(QStringLiteral("gave no answer to the echo request"));
     const QString cannotResolveTo = f.translate(QStringLiteral("Cannot resolve to"));
 
     if (cmbIPadr.isEmpty() || txtConnectPort.isEmpty())
@@ -183,15 +185,19 @@ void LoginDialog::cmdOK_Click()
         f.stStatusbar.setToolTip(2, QString());
     }
 
+    // A refused call is no cancel: its report stays open and says so.
+    const bool refused = f.StopConnecting && c.callRefused();
     if (f.StopConnecting) {
-        appendStatus(cancelled);
+        appendStatus(refused ? f.translate(Connection::refusedText()) : cancelled);
         c.mnuDisconnect_Click();
         f.txtServer.setEnabled(true);
         if (f.txtServer.text().isEmpty())
             f.setVisible(true);
+        if (refused)
+            f.stStatusbar.setText(2, f.translate(Connection::refusedText()));
     }
     // A failed attempt leaves its report open until the user closes it.
-    if (f.StopConnecting || f.IsConnected())
+    if ((f.StopConnecting && !refused) || f.IsConnected())
         unload();
     notify();
 }

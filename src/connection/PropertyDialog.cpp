@@ -33,6 +33,16 @@ bool PropertyDialog::cmdCancelEnabled() const
     return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
 }
 
+bool PropertyDialog::cmdApplyEnabled() const
+{
+    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdApply"));
+}
+
+bool PropertyDialog::cmdOKEnabled() const
+{
+    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdOK"));
+}
+
 void PropertyDialog::cmdRestore_Click()
 {
     txtLocalPort = QStringLiteral("2500");
@@ -45,6 +55,8 @@ void PropertyDialog::cmdRestore_Click()
 void PropertyDialog::cmdApply_Click()
 {
     FrmMain& f = m_frm;
+    if (!cmdApplyEnabled())
+        return;
     if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty()) {
         f.prompter().msgBox(f.translate(QStringLiteral("Local Port and Remote Port must be filled in")));
         cmdRestore_Click();
@@ -102,6 +114,8 @@ void PropertyDialog::cmdApply_Click()
 
 void PropertyDialog::cmdOK_Click()
 {
+    if (!cmdOKEnabled())
+        return;
     lblSysMsg.clear();
     // During a session the ports are not touched.
     if (m_frm.winsock(0).State() != Winsock::sckConnected) {

@@ -30,6 +30,8 @@ public:
     void cmdSafeLst_Click();
     void cmdHelp_Click();
     bool cmdCancelEnabled() const;
+    bool cmdApplyEnabled() const;
+    bool cmdOKEnabled() const;
 
     // The hosts file: the system's own, unless the key HostsPath names one.
     QString HostsPath() const;

@@ -47,6 +47,7 @@ void FrmMain::Form_Load()
     QString localPortText = setting(QStringLiteral("LocalPort"));
     const QString remotePortText = setting(QStringLiteral("RemotePort"));
 
+    bool secondCopy = false;
     m_copyLock = std::make_unique<CopyLock>(AppPath());
     if (!m_copyLock->acquired()) {
         if (settingInt(QStringLiteral("Dup Vonnel")) == 0) {
@@ -58,6 +59,7 @@ void FrmMain::Form_Load()
             return;
         }
         localPortText = QString::number(iniInt(localPortText) + 1);
+        secondCopy = true;
     }
 
     // error.log holds the failures of the present run only.
@@ -94,6 +96,12 @@ void FrmMain::Form_Load()
     ws.setLocalPort(quint16(iniInt(localPortText)));
     checkStatus();
     const int listenError = ws.Listen();
+    // A second copy that cannot listen on its own port may not change the
+    // ports either: they belong to the first copy.
+    if (secondCopy && listenError != 0) {
+        controls.setEnabled(QStringLiteral("frmProperty.cmdApply"), false);
+        controls.setEnabled(QStringLiteral("frmProperty.cmdOK"), false);
+    }
 
     stStatusbar.setTag(2, translate(QStringLiteral("Local Port")));
     stStatusbar.setText(2, stStatusbar.panel(2).tag + QStringLiteral(" = ") +
@@ -159,6 +167,9 @@ void FrmMain::Init()
 
     if (!settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();
+
+    controls.setVisible(QStringLiteral("mnuEncryption"),
+                        !settingFlag(QStringLiteral("Encryption Menu Off")));
 
     // Passwords are set up on the first starts; then both levels are read.
     encryption().passwords().initPasswordSetting();

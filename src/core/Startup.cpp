@@ -61,6 +61,10 @@ bool startCopy(FrmMain& f)
     f.HelpPath = f.setting(QStringLiteral("Help Path"));
     if (f.HelpPath.isEmpty())
         f.HelpPath = appPath + QStringLiteral("help/");
+    // The key is kept without the closing separator; pages are joined to
+    // the folder, not to its name.
+    else if (!f.HelpPath.endsWith(QLatin1Char('/')) && !f.HelpPath.endsWith(QLatin1Char('\\')))
+        f.HelpPath += QLatin1Char('/');
     f.UsageCount = f.settingInt(QStringLiteral("Usage")) + 1;
     f.writeSetting(QStringLiteral("Usage"), QString::number(f.UsageCount));
 
@@ -93,8 +97,11 @@ bool startCopy(FrmMain& f)
     if (parsed == QLatin1String("NULL") && !noSplash && f.TrayOnly == 0)
         f.views().showModeless(QStringLiteral("frmPopMsg"));
 
-    if (QFileInfo::exists(resolveCaseBlind(appPath + QStringLiteral("help/index.htm"))))
-        f.writeSetting(QStringLiteral("Help Path"), appPath + QStringLiteral("help"));
+    // The help folder as it is spelt on disk ("Help" as shipped).
+    const QString helpIndex = resolveCaseBlind(resolveCaseBlind(appPath + QStringLiteral("Help")) +
+                                               QStringLiteral("/index.htm"));
+    if (QFileInfo::exists(helpIndex))
+        f.writeSetting(QStringLiteral("Help Path"), QFileInfo(helpIndex).absolutePath());
 
     f.Form_Load();
     if (f.ended())

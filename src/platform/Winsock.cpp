@@ -9,6 +9,12 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include <cerrno>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace vonnel {
 
 namespace {
@@ -23,7 +29,7 @@ int winsockErrorNumber(int e)
     case QAbstractSocket::SocketTimeoutError: return Winsock::errTimedOut;
     case QAbstractSocket::AddressInUseError: return Winsock::errAddressInUse;
     case QAbstractSocket::NetworkError: return Winsock::errNetworkUnreachable;
-    case QAbstractSocket::RemoteHostClosedError: return 10054;
+    case QAbstractSocket::RemoteHostClosedError: return Winsock::errConnectionReset;
     case QAbstractSocket::SocketAccessError: return 10013;
     default: return 10053;
     }
@@ -33,6 +39,7 @@ Winsock::Winsock(int index, QObject* parent) : QObject(parent), m_index(index) {
 
 Winsock::~Winsock()
 {
+    stopWatching();
     for (auto& p : m_pending)
         if (p)
             p->abort();
@@ -93,10 +100,14 @@ int Winsock::Listen()
     m_lastError = 0;
     if (m_state != sckClosed)
         return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
-    // Callers left undecided from an earlier round are refused now.
+    // Callers left undecided from an earlier round are refused now, with an
+    // orderly close the caller can tell from a failure.
     for (auto& p : m_pending)
-        if (p)
-            p->abort();
+        if (p) {
+            p->disconnect(this);
+            closeOrderly(p);
+            p->deleteLater();
+        }
     m_pending.clear();
     auto* server = new QTcpServer(this);
     if (!server->listen(QHostAddress::Any, m_localPort)) {
@@ -162,6 +173,7 @@ int Winsock::Connect(const QString& host, quint16 port)
         s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         applyKeepAlive(s);
         m_remoteIP = dottedAddress(s->peerAddress());
+        watchPeer(s);
         setState(sckConnected);
         Q_EMIT Connect_(m_index);
     });
@@ -186,6 +198,7 @@ int Winsock::Accept(qintptr requestId)
     }
     dropConnection();
     adopt(s);
+    watchPeer(s);
     setState(sckConnected);
     // Anything the caller sent before the accept is announced at once.
     if (s->bytesAvailable() > 0)
@@ -221,6 +234,7 @@ void Winsock::adopt(QTcpSocket* s)
     connect(s, &QTcpSocket::disconnected, this, [this, s] {
         if (m_socket != s || m_state != sckConnected)
             return;
+        stopWatching();
         setState(sckClosing);
         Q_EMIT Close_(m_index);
     });
@@ -253,12 +267,55 @@ qintptr Winsock::connectionDescriptor() const
     return m_socket ? m_socket->socketDescriptor() : -1;
 }
 
+void Winsock::watchPeer(QTcpSocket* s)
+{
+    stopWatching();
+    if (s->socketDescriptor() >= 0)
+        m_watchFd = ::dup(int(s->socketDescriptor()));
+}
+
+void Winsock::stopWatching()
+{
+    if (m_watchFd >= 0)
+        ::close(m_watchFd);
+    m_watchFd = -1;
+}
+
+bool Winsock::peerReset() const
+{
+    if (m_watchFd < 0)
+        return false;
+    // A peer that closed in order leaves the socket waiting for our close.
+    // A reset closes it outright; when the reset came first, the read that
+    // met it took the pending error with it. A reset that only answered our
+    // data after the peer's orderly close leaves its error pending: that
+    // session still ended in order.
+    tcp_info info{};
+    socklen_t len = sizeof info;
+    if (::getsockopt(m_watchFd, IPPROTO_TCP, TCP_INFO, &info, &len) != 0 ||
+        info.tcpi_state != TCP_CLOSE)
+        return false;
+    int pending = 0;
+    len = sizeof pending;
+    ::getsockopt(m_watchFd, SOL_SOCKET, SO_ERROR, &pending, &len);
+    return pending == 0;
+}
+
 void Winsock::onSocketError()
 {
     const auto e = m_socket->error();
-    // An orderly close by the peer is a close, not an error.
-    if (e == QAbstractSocket::RemoteHostClosedError && m_state == sckConnected)
+    if (e == QAbstractSocket::RemoteHostClosedError && m_state == sckConnected) {
+        const bool reset = peerReset();
+        stopWatching();
+        // An orderly close by the peer is a close, not an error; a reset is
+        // an error, as the session knows it.
+        if (!reset)
+            return;
+        fail(errConnectionReset, QStringLiteral("Connection is reset by remote side"));
+        setState(sckError);
+        Q_EMIT Error(m_index, errConnectionReset, m_lastErrorText);
         return;
+    }
     if (m_state == sckClosing || m_state == sckClosed)
         return;
     const int n = winsockErrorNumber(e);
@@ -288,20 +345,34 @@ qint64 Winsock::bytesAvailable() const
     return m_socket ? m_socket->bytesAvailable() : 0;
 }
 
-void Winsock::dropConnection()
+void Winsock::closeOrderly(QTcpSocket* s)
 {
-    if (!m_socket)
-        return;
-    QTcpSocket* s = m_socket;
-    m_socket = nullptr;
-    s->disconnect(this);
-    // Bytes already handed over still go out before the close.
+    // Bytes already handed over still go out before the close. What the
+    // peer sent that nobody will read is taken off the socket first: a
+    // socket closed with unread bytes ends in a reset, not a close.
     if (s->state() == QAbstractSocket::ConnectedState) {
+        s->readAll();
+        if (s->socketDescriptor() >= 0) {
+            char sink[4096];
+            while (::recv(int(s->socketDescriptor()), sink, sizeof sink, MSG_DONTWAIT) > 0) {
+            }
+        }
         s->flush();
         s->disconnectFromHost();
     } else {
         s->abort();
     }
+}
+
+void Winsock::dropConnection()
+{
+    stopWatching();
+    if (!m_socket)
+        return;
+    QTcpSocket* s = m_socket;
+    m_socket = nullptr;
+    s->disconnect(this);
+    closeOrderly(s);
     s->deleteLater();
 }
 

@@ -37,6 +37,7 @@ public:
     static constexpr int errHostNotFound = 11001;
     static constexpr int errNetworkUnreachable = 10051;
     static constexpr int errInvalidOperation = 40006;
+    static constexpr int errConnectionReset = 10054;
 
     explicit Winsock(int index, QObject* parent = nullptr);
     ~Winsock() override;
@@ -99,8 +100,15 @@ private:
     void adopt(QTcpSocket* socket);
     void applyKeepAlive(QTcpSocket* socket);
     void dropConnection();
+    static void closeOrderly(QTcpSocket* socket);
     void onNewConnection();
     void onSocketError();
+    // A second descriptor of the session socket, kept so the socket's own
+    // state can still be read after the library has closed its descriptor:
+    // that is what tells a reset by the peer from its orderly close.
+    void watchPeer(QTcpSocket* socket);
+    void stopWatching();
+    bool peerReset() const;
 
     int m_index;
     int m_state = sckClosed;
@@ -112,6 +120,7 @@ private:
     QString m_remoteIP;
     int m_lastError = 0;
     QString m_lastErrorText;
+    int m_watchFd = -1;
     QTcpServer* m_server = nullptr;
     QPointer<QTcpSocket> m_socket;
     // Callers waiting for a decision, by request identifier. A caller that

@@ -4,6 +4,7 @@
 #include "core/Startup.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
+#include "platform/Companions.h"
 #include "platform/Desktop.h"
 #include "platform/ScriptedPrompter.h"
 #include "platform/WidgetPrompter.h"
@@ -126,6 +127,10 @@ int runProgram(int argc, char** argv)
     else
         prompter = std::make_unique<WidgetPrompter>();
     app.setPrompter(prompter.get());
+    // The pieces a session needs and cannot miss silently: each missing
+    // one is named, and the start goes on.
+    if (!args.headless)
+        reportMissingCompanions(*prompter, companionProbes());
 
     Views headlessViews;
     CopyEnvironment env;

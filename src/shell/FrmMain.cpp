@@ -53,6 +53,18 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(this, &FrmMain::sessionEnded, this, [this] {
         typing().keySent = false;
     });
+    // The counters belong to one session: none is carried past its end or
+    // into the next one.
+    const auto resetCounters = [this] {
+        bytesSentCount = 0;
+        arrivedLength = 0;
+        stStatusbar.setText(10, QString());
+        stStatusbar.setText(11, QString());
+        stStatusbar.setText(3, QString::number(txtServer.length()) + QStringLiteral(" - ") +
+                                   QString::number(txtClient().length()));
+    };
+    connect(this, &FrmMain::sessionEnded, this, resetCounters);
+    connect(this, &FrmMain::sessionOpened, this, resetCounters);
     receiver().keySent = [this] { return typing().keySent; };
     receiver().cSendFileCheck = [this](QString& data, QByteArray& bytes) {
         return transfer().cSendFileCheck(data, bytes);

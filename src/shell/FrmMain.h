@@ -106,6 +106,14 @@ public:
     enum WindowState { vbNormal = 0, vbMinimized = 1, vbMaximized = 2 };
     int windowState() const { return m_windowState; }
     void setWindowState(int s);
+    // The tray icon's tip: the title, or who is calling while the window
+    // is hidden.
+    QString trayTip() const { return m_trayTip; }
+    void setTrayTip(const QString& tip)
+    {
+        m_trayTip = tip;
+        Q_EMIT trayTipChanged(tip);
+    }
     // Brings the window back (from the tray): behind the away lock when a
     // second-level password guards it.
     void ShowMain();
@@ -210,6 +218,7 @@ public:
 
 Q_SIGNALS:
     void captionChanged();
+    void trayTipChanged(const QString& tip);
     void visibilityChanged(bool visible);
     void windowStateChanged(int state);
     void endRequested(int code);
@@ -256,6 +265,7 @@ private:
     std::array<std::unique_ptr<Winsock>, 2> m_winsock;
     std::array<std::unique_ptr<TextPane>, 2> m_txtClient;
     QString m_caption;
+    QString m_trayTip = QStringLiteral("Vonnel");
     bool m_visible = false;
     int m_windowState = vbNormal;
     bool m_ended = false;

@@ -4,12 +4,14 @@
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "platform/Bell.h"
+#include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/ConnectionDialogs.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "transfer/Transfer.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QFileInfo>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -29,44 +31,16 @@
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QVBoxLayout>
+#include "shell/Icons.h"
 #include "shell/Tips.h"
 #include "shell/TypingBinder.h"
 #include "wire/LiveTyping.h"
+#include "wire/PaneFormat.h"
 
 namespace vonnel {
 
 namespace {
 constexpr int kTwipsPerPixel = 15;
-// The toolbar's Send File button; it has no number of its own.
-const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
-
-QIcon dotIcon(const QColor& fill, const QColor& rim)
-{
-    QPixmap pm(16, 16);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(QPen(rim, 1.5));
-    p.setBrush(fill);
-    p.drawEllipse(QRectF(2.5, 2.5, 11, 11));
-    return QIcon(pm);
-}
-
-QIcon letterIcon(const QString& text, const QColor& color, bool bold = true, bool italic = false)
-{
-    QPixmap pm(24, 24);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
-    p.setRenderHint(QPainter::TextAntialiasing);
-    QFont f = QApplication::font();
-    f.setPixelSize(text.size() > 1 ? 11 : 16);
-    f.setBold(bold);
-    f.setItalic(italic);
-    p.setFont(f);
-    p.setPen(color);
-    p.drawText(pm.rect(), Qt::AlignCenter, text);
-    return QIcon(pm);
-}
 
 // Tool tips of panels 1 and 3..11; panel 2's is set case by case.
 const char* const kPanelTips[11] = {"Click here for help",
@@ -119,8 +93,26 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     new TypingBinder(m_frm, m_server, m_client);
     connect(this, &MainWindow::triggered, &m_frm.typing(),
             [this](const QString& n) { m_frm.typing().controlTriggered(n); });
+    // The colour buttons ask through the window's colour dialog.
+    m_frm.typing().chooseColour = [this](qint64 current, const QString& title) {
+        return chooseColour(current, title);
+    };
+    // Right button: popsFormat in place of the standard menu. Keys typed in
+    // the remote pane go on in the local pane, where typing belongs.
+    for (QPlainTextEdit* pane : {m_server, m_client}) {
+        pane->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(pane, &QWidget::customContextMenuRequested, this, [this, pane](const QPoint& at) {
+            showPopsFormat(pane, pane->viewport()->mapToGlobal(at));
+        });
+        pane->installEventFilter(this);
+        pane->viewport()->installEventFilter(this);
+    }
+    setFocusProxy(m_server);
+    m_server->setFocus();
 
     connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
+    for (const QString& name : m_actions.keys())
+        refreshControl(name);
     // Panels change with every frame of a transfer (the send picture, the
     // byte counts): they are drawn at most every few hundredths of a second.
     m_panelTimer.setSingleShot(true);
@@ -152,6 +144,24 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
     m_progress = installProgressDialog(frm, this);
+    connect(&frm.transfer().progress(), &ProgressModel::changed, this, &MainWindow::refreshHold);
+    connect(&frm.transfer().progress(), &ProgressModel::loadedChanged, this, [this](bool loaded) {
+        // A progress window that closes itself at the end leaves a word
+        // beside the status panels for a while.
+        m_notice = loaded ? QString() : ProgressDialog::finishedNotice(m_frm);
+        if (!m_notice.isEmpty())
+            QTimer::singleShot(20000, this, [this, shown = m_notice] {
+                if (m_notice == shown) {
+                    m_notice.clear();
+                    refreshHold();
+                }
+            });
+        refreshHold();
+    });
+    connect(&frm.controls, &Controls::changed, this, [this](const QString& name) {
+        if (name == QLatin1String("mnuSendFile"))
+            refreshHold();
+    });
     connect(&frm.transfer(), &Transfer::beep, this, [] { systemBeep(); });
     setWindowTitle(frm.caption());
     for (int n = 1; n <= StatusBar::kPanels; ++n)
@@ -257,6 +267,7 @@ void MainWindow::buildMenus()
     m_actions.value(QStringLiteral("mnuViewontop"))->setCheckable(true);
     m_actions.value(QStringLiteral("mnuMute"))->setCheckable(true);
     m_actions.value(QStringLiteral("mnuSecurity"))->setCheckable(true);
+    m_actions.value(QStringLiteral("mnuOverride"))->setCheckable(true);
 }
 
 void MainWindow::buildToolbar()
@@ -273,8 +284,8 @@ void MainWindow::buildToolbar()
         {"Disconnect", dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c))},
         {"Refresh", st->standardIcon(QStyle::SP_BrowserReload)},
         {"Clear Screen", st->standardIcon(QStyle::SP_DialogResetButton)},
-        {"Copy", letterIcon(QStringLiteral("Cp"), ink, false)},
-        {"Paste", letterIcon(QStringLiteral("Ps"), ink, false)},
+        {"Copy", copyIcon(ink)},
+        {"Paste", pasteIcon(ink)},
         {"Bold", letterIcon(QStringLiteral("B"), ink, true)},
         {"Italic", letterIcon(QStringLiteral("I"), ink, false, true)},
         {"Increase Font Size", letterIcon(QStringLiteral("A+"), ink)},
@@ -294,6 +305,8 @@ void MainWindow::buildToolbar()
         a->setToolTip(m_frm.translate(QLatin1String(buttons[i].tip)));
         connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
         m_actions.insert(name, a);
+        if (i == 12)
+            a->setCheckable(true);  // Override: down while on
         if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
             bar->addSeparator();
     }
@@ -329,7 +342,7 @@ void MainWindow::buildStatusBar()
             label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])));
         if (n == 2) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-            label->setMinimumWidth(120);
+            label->setMinimumWidth(60);
             label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         } else {
             label->setMinimumWidth(n == 1 ? 22 : (n == 8 || n == 9) ? 18 : 40);
@@ -340,10 +353,45 @@ void MainWindow::buildStatusBar()
         m_panels << label;
     }
     sb->addWidget(strip, 1);
+    // Says that a transfer waits on hold while its window is away.
+    m_hold = new QLabel;
+    m_hold->setObjectName(QStringLiteral("lblOnHold"));
+    m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
+    m_hold->setVisible(false);
+    sb->addPermanentWidget(m_hold);
+}
+
+QString MainWindow::holdText(FrmMain& frm)
+{
+    if (!frm.TransferOnHold)
+        return QString();
+    const Transfer& t = frm.transfer();
+    const bool receiving = t.holdDirection.contains(QLatin1String("Receiving"));
+    return frm.translate(receiving ? QStringLiteral("Receiving on hold") : QStringLiteral("Sending on hold")) +
+           QStringLiteral(": ") + QFileInfo(t.holdFileName).fileName() + QStringLiteral(" (") +
+           t.holdProgressText + QLatin1Char(')');
+}
+
+void MainWindow::refreshHold()
+{
+    QString text = holdText(m_frm);
+    if (text.isEmpty())
+        text = m_notice;
+    // Long names are cut in the middle; the tool tip has the whole text.
+    m_hold->setText(m_hold->fontMetrics().elidedText(text, Qt::ElideMiddle, 260));
+    m_hold->setToolTip(text + QLatin1Char('\n') +
+                       m_frm.translate(QStringLiteral("Tools - Send File continues it")));
+    m_hold->setVisible(!text.isEmpty());
+    // The panels make room for it.
+    for (int n = 1; n <= StatusBar::kPanels; ++n)
+        refreshPanel(n);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    for (QPlainTextEdit* pane : {m_server, m_client})
+        if (watched == pane || watched == pane->viewport())
+            return paneEvent(pane, event) || QMainWindow::eventFilter(watched, event);
     if (event->type() == QEvent::MouseButtonRelease) {
         const int n = int(m_panels.indexOf(static_cast<QLabel*>(watched)));
         if (n >= 0)
@@ -357,7 +405,8 @@ void MainWindow::buildTray()
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_tray = new QSystemTrayIcon(windowIcon(), this);
-    m_tray->setToolTip(QStringLiteral("Vonnel"));
+    m_tray->setToolTip(m_frm.trayTip());
+    connect(&m_frm, &FrmMain::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(QStringLiteral("mnuTray"));
     addEntry(m_trayMenu, QStringLiteral("mnuSysShow"), QStringLiteral("Show"), QStringLiteral("&Show"));
@@ -406,6 +455,10 @@ void MainWindow::refreshControl(const QString& name)
     if (name == QLatin1String("mnuSendFile"))
         if (QAction* b = m_actions.value(kSendFileButton))
             b->setEnabled(s.enabled);
+    // The Override button stays down while the entry is checked.
+    if (name == QLatin1String("mnuOverride"))
+        if (QAction* b = m_actions.value(toolbarButton(13)))
+            b->setChecked(s.checked);
     a->setEnabled(s.enabled);
     a->setVisible(s.visible);
     if (a->isCheckable())
@@ -453,48 +506,22 @@ void MainWindow::refreshPanel(int n)
     if (n == 10 || n == 11)
         label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
-    label->setVisible(p.visible);
+    const int room = width() - (m_hold && !m_hold->isHidden() ? m_hold->sizeHint().width() : 0);
+    label->setVisible(p.visible && panelFits(n, room));
 }
 
-void MainWindow::onTriggered(const QString& name)
+bool MainWindow::panelFits(int n, int windowWidth)
 {
-    const auto is = [&name](const char* n) { return name == QLatin1String(n); };
-    if (is("mnuFileExit") || is("mnuFileClose")) {
-        close();
-    } else if (is("mnuConnect") || name == toolbarButton(1)) {
-        m_frm.connection().mnuConnect_Click();
-    } else if (is("mnuFileProperties")) {
-        runModal(QStringLiteral("frmProperty"));
-    } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
-        m_frm.connection().mnuDisconnect_Click();
-    } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
-        m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("index.htm"));
-    } else if (is("mnuHomePage") || is("mnuSupport") || is("mnuUpdate")) {
-        const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
-                            : is("mnuSupport") ? QStringLiteral("Support")
-                                               : QStringLiteral("Update");
-        const QString url = m_frm.setting(key);
-        if (!url.isEmpty())
-            m_frm.desktop().openUrl(url);
-    } else if (is("mnuAbout")) {
-        m_frm.prompter().msgBox(m_frm.VersionString + QStringLiteral("\r\r") +
-                                    m_frm.translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
-                                    m_frm.setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
-                                    m_frm.translate(QStringLiteral("Connection Count")) +
-                                    QStringLiteral(": ") + m_frm.setting(QStringLiteral("Connection Count")),
-                                MsgStyle::Information,
-                                m_frm.translate(QStringLiteral("About")) + QStringLiteral(" ") +
-                                    FrmMain::kTitle);
-    } else if (is("mnuViewontop")) {
-        const bool on = !m_frm.controls.checked(name);
-        m_frm.controls.setChecked(name, on);
-        setWindowFlag(Qt::WindowStaysOnTopHint, on);
-        show();
-    } else if (is("mnuMin")) {
-        showMinimized();
-    } else if (is("mnuSendFile") || name == kSendFileButton) {
-        m_frm.transfer().mnuSendFile_Click();
-    }
+    // On a narrow window the panels give way, least needed first, so none
+    // is drawn over another: Caps and Num, then the clock and the
+    // character counter, then the byte counters.
+    if (windowWidth < 640 && (n == 5 || n == 6))
+        return false;
+    if (windowWidth < 520 && (n == 7 || n == 3))
+        return false;
+    if (windowWidth < 420 && (n == 10 || n == 11 || n == 4))
+        return false;
+    return true;
 }
 
 bool MainWindow::runModal(const QString& form)
@@ -610,6 +637,8 @@ void MainWindow::moveEvent(QMoveEvent* e)
 void MainWindow::resizeEvent(QResizeEvent* e)
 {
     QMainWindow::resizeEvent(e);
+    for (int n = 1; n <= StatusBar::kPanels; ++n)
+        refreshPanel(n);
     rememberPlacement();
 }
 

@@ -4,12 +4,15 @@
 // logic; it shows the models and hands user actions to the controller.
 
 #include "shell/Views.h"
+#include "shell/dialogs/AccessDialogs.h"
 
 #include <QHash>
 #include <QMainWindow>
 #include <QPixmap>
 #include <QSet>
 #include <QTimer>
+#include <QPointer>
+#include <optional>
 
 class QAction;
 class QLabel;
@@ -42,6 +45,25 @@ public:
     QPlainTextEdit* clientPane() const { return m_client; }
     QAction* action(const QString& name) const { return m_actions.value(name); }
     ProgressDialog* progressWindow() const { return m_progress; }
+    EncryptDialog* encryptWindow() const { return m_encrypt; }
+
+    // The toolbar's Send File button; it has no number of its own.
+    static inline const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
+    // The menu entry or button that an entry of the panes' pop-up runs.
+    static QString popsFormatTwin(const QString& popEntry);
+    // Right button on a pane: the pop-up popsFormat.
+    void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
+
+    // The status bar's word on a transfer on hold; empty when none is.
+    QLabel* transferNotice() const { return m_hold; }
+    static QString holdText(FrmMain& frm);
+    // Whether status panel n keeps its place on a window this wide.
+    static bool panelFits(int n, int windowWidth);
+
+    void mnuCopy_Click();
+    void mnuCopyAll_Click();
+    void mnuSecurity_Click();
+    void mnuEncrypt_Click();
 
 Q_SIGNALS:
     // A user action on a named control (menu entry or toolbar button).
@@ -55,6 +77,10 @@ protected:
 
 private:
     void onTriggered(const QString& name);
+    // The selection of the pane last worked in, else of the other pane.
+    QString selectedText() const;
+    std::optional<qint64> chooseColour(qint64 current, const QString& title);
+    bool paneEvent(QPlainTextEdit* pane, QEvent* event);
     void showTips();
     void buildMenus();
     void buildToolbar();
@@ -65,6 +91,7 @@ private:
     void refreshControl(const QString& name);
     void refreshPanel(int n);
     void rememberPlacement();
+    void refreshHold();
     static QIcon statePicture(StatePicture p);
 
     FrmMain& m_frm;
@@ -80,6 +107,11 @@ private:
     QTimer m_panelTimer;
     QSet<int> m_dirtyPanels;
     QHash<int, QPixmap> m_statePixmaps;
+    QPointer<EncryptDialog> m_encrypt;
+    QPlainTextEdit* m_lastPane = nullptr;
+    QLabel* m_hold = nullptr;
+    QPoint m_dragFrom{-1, -1};  // where a press in a selection began
+    QString m_notice;  // the end of the last transfer, while it is shown
 };
 
 }  // namespace vonnel

@@ -22,6 +22,7 @@ void FrmMain::ShowMain()
     setVisible(true);
     txtServer.caretToEnd();
     TrayOnly = 0;
+    setTrayTip(kTitle);  // the caller it named is in sight now
     controls.setEnabled(QStringLiteral("mnuTray"), true);
     views().raiseMain();
 }

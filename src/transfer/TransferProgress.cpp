@@ -78,6 +78,12 @@ void Transfer::updateProgress(const QString& what)
         if (!w.caption.contains(tail))
             w.caption += tail;
         w.lblProgress.color = Qt::black;
+        // Nothing is left to cancel: the button closes the window, and the
+        // receiving side is told what became of the part it has.
+        setCancelButton("Close");
+        if (receiving && !drawVisible())
+            w.lblProgress.text += QStringLiteral("\n") + lookup("The part received is kept in") +
+                                  QLatin1Char(' ') + recvFilePath;
         Q_EMIT beep();
         w.cmdPause.enabled = false;
         w.refresh();

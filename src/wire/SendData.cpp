@@ -2,11 +2,13 @@
 // with it on, the wrapped frames are cut out one by one and their inner
 // text enciphered, everything else passing in clear.
 
+#include "access/Encryption.h"
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
 #include "shell/Views.h"
+#include "wire/LiveTyping.h"
 
 #include <algorithm>
 #include <array>
@@ -67,6 +69,12 @@ void FrmMain::xSendData(QString data)
         sendRaw(data);
         return;
     }
+
+    // The peer learns the key before the first text enciphered with it.
+    if (std::any_of(kWrapped.begin(), kWrapped.end(),
+                    [&data](const Wrapped& w) { return data.contains(QLatin1String(w.open)); }) &&
+        encryption().announceKeyBeforeCipher())
+        typing().keySent = true;
 
     const QString all = data;
     while (!data.isEmpty()) {

@@ -6,6 +6,7 @@
 #include "access/Encryption.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
+#include "wire/LiveTyping.h"
 
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -58,6 +59,9 @@ struct EncryptedSession {
         EXPECT_TRUE(copy.frm().IsConnected());
         copy.frm().encryptOn = true;
         copy.frm().sessionKey = QString::fromLatin1(kKey);
+        // The key goes out before the first enciphered frame of the session.
+        EXPECT_TRUE(copy.frm().encryption().announceKeyBeforeCipher());
+        EXPECT_EQ(readAtLeast(peer, 16, 2000), "tt:=" + kKey + "=:tt");
     }
     QByteArray send(const QString& text, int expect)
     {
@@ -164,16 +168,28 @@ TEST(EncryptedSend, KeyFramesOnTheWire)
     static const QRegularExpression keyForm("^\\d\\d:\\d\\d [AP]M$");
 
     // Accepting side with encryption off: no key, nothing sent.
-    f.encryptOn = false;
+    enc.beginSession();
+    EXPECT_FALSE(f.encryptOn);
     f.sessionKey.clear();
     EXPECT_FALSE(enc.sendKeyOnAccept());
     EXPECT_TRUE(f.sessionKey.isEmpty());
     // One that later switched it on has no key: the first typing sends
-    // nothing, and its text is enciphered under the empty key.
+    // nothing, but the first enciphered frame goes out behind a key of the
+    // clock, so the peer never shows cipher letters.
     f.encryptOn = true;
+    f.typing().keySent = false;
     bool keySent = false;
     EXPECT_FALSE(enc.sendFirstKey(keySent));
-    EXPECT_EQ(s.send("<KEY> a <:KEY>1</KEY>", 21), "<KEY> " + PeerPc1::encrypt("", "a") + " <:KEY>1</KEY>");
+    const QByteArray first = s.send("<KEY> a <:KEY>1</KEY>", 16 + 21);
+    ASSERT_TRUE(keyForm.match(f.sessionKey).hasMatch()) << f.sessionKey.toStdString();
+    const QByteArray late = "tt:=" + f.sessionKey.toLatin1() + "=:tt";
+    EXPECT_EQ(first, late + "<KEY> " + PeerPc1::encrypt(f.sessionKey.toLatin1(), "a") + " <:KEY>1</KEY>");
+    EXPECT_TRUE(f.typing().keySent);
+    // Once per session: later frames, and frames with nothing to encipher,
+    // go alone.
+    EXPECT_EQ(s.send("<KEY> b <:KEY>2</KEY>", 21),
+              "<KEY> " + PeerPc1::encrypt(f.sessionKey.toLatin1(), "b") + " <:KEY>2</KEY>");
+    EXPECT_FALSE(enc.announceKeyBeforeCipher());
 
     // Accepting side with encryption on: a key of the clock, through xSendData.
     EXPECT_TRUE(enc.sendKeyOnAccept());
@@ -293,4 +309,40 @@ TEST(EncryptedSend, TwoCopiesEncryptionOnOneSideOnly)
     // The caller has encryption off: its text crosses in clear.
     EXPECT_TRUE(tap.toCallee.contains("<Paste> plain from the caller</Paste>"));
     EXPECT_FALSE(tap.toCallee.contains("tt:="));
+}
+
+// Encryption switched on in the middle of a session, after the first typing,
+// on either side: the peer gets the key before the first enciphered
+// character and its pane reads what was typed, never cipher letters.
+TEST(EncryptedSend, SwitchedOnMidSessionThePeerReadsClearText)
+{
+    for (const bool callerSwitches : {true, false}) {
+        SCOPED_TRACE(callerSwitches ? "caller switches" : "callee switches");
+        TestCopy caller;
+        TestCopy callee;
+        ASSERT_TRUE(caller.start());
+        ASSERT_TRUE(callee.start());
+        ASSERT_TRUE(connectCopies(caller, callee));
+        TestCopy& typist = callerSwitches ? caller : callee;
+        TestCopy& reader = callerSwitches ? callee : caller;
+        auto type = [&typist](const QString& text) {
+            for (const QChar c : text) {
+                typist.frm().typing().keyboardPress(c.toUpper().unicode(), 0, QString(c));
+                typist.frm().typing().keyboardRelease(c.toUpper().unicode(), 0);
+                pump(5);
+            }
+        };
+        type("ab");
+        ASSERT_TRUE(waitUntil([&] { return reader.frm().txtClient().text() == "ab"; }, 3000))
+            << reader.frm().txtClient().text().toStdString();
+        EXPECT_FALSE(reader.frm().remoteEncrypted);
+
+        typist.set("Encrypted", "1");
+        type("cd");
+        EXPECT_TRUE(waitUntil([&] { return reader.frm().txtClient().text() == "abcd"; }, 3000))
+            << reader.frm().txtClient().text().toStdString();
+        EXPECT_TRUE(typist.frm().encryptOn);
+        EXPECT_TRUE(reader.frm().remoteEncrypted);
+        EXPECT_EQ(reader.frm().remoteKey, typist.frm().sessionKey);
+    }
 }

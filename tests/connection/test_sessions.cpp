@@ -266,7 +266,8 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     EXPECT_FALSE(d->unloaded);  // the report stays up until closed
     QStringList expected = {
         "Please wait: Resolving network host...",
-        "127.0.0.1 not valid address (or offline)",
+        // An unanswered echo claims nothing about the address.
+        "127.0.0.1 gave no answer to the echo request",
         "Connecting .....",
     };
     for (int i = 1; i <= 5; ++i)
@@ -363,6 +364,8 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     start({{"Auto Accept Connection", "0"}});
     b->copy.set("Auto Accept Connection", "0");
     b->copy.prompter().addAnswers({"No"});
+    // The window is away in the tray: the tray's tip names the caller.
+    f().setVisible(false);
     bool dropped = false;
     const QByteArray got = ring(&dropped);
     EXPECT_TRUE(got.isEmpty());
@@ -375,6 +378,11 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
     EXPECT_TRUE(f().txtServer.enabled());
     EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is rejected to make a connection"));
+    EXPECT_EQ(f().trayTip(), "From: 127.0.0.1");
+    f().ShowMain();
+    EXPECT_EQ(f().trayTip(), "Vonnel");
+    // The status line no longer reads "Connection request from ...".
+    EXPECT_EQ(f().stStatusbar.text(2), "127.0.0.1 is rejected to make a connection");
 }
 
 TEST_F(Decisions, ListLongerThanACallReadsFailsTheCall)
@@ -553,6 +561,86 @@ TEST(Pings, UnansweredEchoEndsWithinItsTime)
     t.start();
     EXPECT_FALSE(p.echo("192.0.2.1", 200));  // documentation network: nobody answers
     EXPECT_LT(t.elapsed(), 1000);
+}
+
+}  // namespace
+
+namespace {
+
+// A call after this side ended the previous session itself: the caller
+// waits for the answer and never shows "Connected" while the question is
+// open; when the other side refuses (closes without a word), the caller
+// says so. (The deciding side is a raw listener here: two copies in one
+// thread would nest one's question inside the other's wait.)
+TEST(Sessions, SecondCallWaitsForTheAnswerAndReportsARefusal)
+{
+    Caller a;
+    ASSERT_TRUE(a.started);
+    FrmMain& fa = a.copy.frm();
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost, 0));
+    QTcpSocket* peer = nullptr;
+    bool answer = true;
+    QObject::connect(&server, &QTcpServer::newConnection, [&] {
+        peer = server.nextPendingConnection();
+        if (answer)
+            peer->write("!ver. Other 1.0.0 ver!");
+    });
+    ASSERT_TRUE(a.call("127.0.0.1", server.serverPort()));
+    a.endCall();
+    ASSERT_TRUE(fa.IsConnected());
+    ASSERT_TRUE(fa.RemoteResponded);
+    fa.connection().mnuDisconnect_Click();
+
+    // Second call: the question stays open for a while, then "No".
+    answer = false;
+    QStringList shownByCaller;
+    QObject listening;  // ends the watch before the list goes
+    QObject::connect(&fa.stStatusbar, &StatusBar::panelChanged, &listening, [&](int n) {
+        if (n == 2)
+            shownByCaller << fa.stStatusbar.text(2);
+    });
+    bool upWhileAsking = true;
+    QTimer::singleShot(700, [&] {
+        upWhileAsking = fa.RemoteResponded || fa.caption().startsWith("Vonnel - ");
+        if (peer)
+            peer->disconnectFromHost();
+    });
+    LoginDialog* d = a.call("127.0.0.1", server.serverPort());
+    ASSERT_TRUE(d);
+    EXPECT_FALSE(upWhileAsking);
+    EXPECT_FALSE(fa.IsConnected());
+    for (const QString& text : shownByCaller)
+        EXPECT_FALSE(text.startsWith("Connected")) << text.toStdString();
+    EXPECT_EQ(fa.stStatusbar.text(2), "The remote user did not accept the connection")
+        << shownByCaller.join(" | ").toStdString();
+    EXPECT_TRUE(d->txtStatus.contains("The remote user did not accept the connection"));
+    a.endCall();
+}
+
+}  // namespace
+
+namespace {
+
+// The byte counters of panels 10 and 11 show one session: they are empty
+// again once it has ended.
+TEST(Sessions, CountersDoNotOutliveTheSession)
+{
+    TestCopy copy(0, {{"No Recover Socket Error", "1"}});
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    FrmMain& f = copy.frm();
+    f.xSendData("<MSG> hello </MSG>");
+    peer.write("^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>");
+    ASSERT_TRUE(waitUntil([&] {
+        return !f.stStatusbar.text(10).isEmpty() && !f.stStatusbar.text(11).isEmpty();
+    }));
+    peer.disconnectFromHost();
+    ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_TRUE(f.stStatusbar.text(10).isEmpty()) << f.stStatusbar.text(10).toStdString();
+    EXPECT_TRUE(f.stStatusbar.text(11).isEmpty()) << f.stStatusbar.text(11).toStdString();
+    EXPECT_EQ(f.bytesSentCount, 0);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 #include "core/IniStore.h"
+#include "connection/Connection.h"
+#include "connection/PropertyDialog.h"
 #include "core/Startup.h"
 #include "support/TestCopy.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -172,7 +175,26 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         EXPECT_EQ(second.winsock(0).LocalPort(), first.port() + 1);
         EXPECT_EQ(first.get("LocalPort"), QString::number(first.port()));
         EXPECT_FALSE(QFile::exists(first.file("Command.ini")));
+        EXPECT_TRUE(second.controls.enabled("frmProperty.cmdApply"));
         second.requestClose(false);
+    }
+    // Its port taken as well: it cannot listen, and the port settings, the
+    // first copy's, cannot be applied from it.
+    {
+        // (The port in the file is read afresh: closing the copy above may
+        // have moved it.)
+        const QString portInFile = first.get("LocalPort");
+        QTcpServer taken;
+        ASSERT_TRUE(taken.listen(QHostAddress::Any, quint16(portInFile.toInt() + 1)));
+        FrmMain second(env);
+        startCopy(second);
+        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
+        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdApply"));
+        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdOK"));
+        second.connection().propertyDialog().cmdApply_Click();
+        EXPECT_EQ(first.get("LocalPort"), portInFile);
+        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
+        second.ProgramExiting = true;  // ends without the disconnect's rebinding
     }
     Q_UNUSED(before);
 }
@@ -211,6 +233,43 @@ TEST(Startup, ConfirmExitNoKeepsTheCopyRunning)
     EXPECT_FALSE(copy.frm().ProgramExiting);
     EXPECT_EQ(copy.prompter().records().last().title, "Vonnel - Program Exit");
     EXPECT_EQ(copy.frm().winsock(0).State(), Winsock::sckListening);
+}
+
+}  // namespace
+
+namespace {
+
+// The first start from the shipped preset goes straight to the main window:
+// no password windows (Tools > Security sets them at any time), no unlock.
+TEST(Startup, FirstStartFromThePresetOpensTheMainWindowAtOnce)
+{
+    TestCopy copy;
+    copy.set("Usage", ReadIni(kSection, "Usage", presetPath()));
+    ASSERT_TRUE(copy.start());
+    EXPECT_TRUE(copy.prompter().records().isEmpty())
+        << copy.prompter().records().value(0).text.toStdString();
+    EXPECT_TRUE(copy.frm().isVisible());
+    EXPECT_FALSE(copy.frm().StartupLockFailed);
+}
+
+// The help folder is written as it is spelt on disk, and read back with
+// its separator, so pages open from it at the next start.
+TEST(Startup, HelpPathKeepsTheFolderAsSpeltAndOpensPages)
+{
+    for (const char* folder : {"Help", "help"}) {
+        TestCopy copy;
+        QDir(copy.appPath()).mkpath(folder);
+        QFile index(copy.file(QString(folder) + "/index.htm"));
+        ASSERT_TRUE(index.open(QIODevice::WriteOnly));
+        index.close();
+        ASSERT_TRUE(copy.start());
+        EXPECT_EQ(copy.get("Help Path"), copy.appPath() + folder);
+
+        TestCopy again;
+        again.set("Help Path", copy.get("Help Path"));
+        ASSERT_TRUE(again.start());
+        EXPECT_EQ(again.frm().HelpPath, copy.appPath() + folder + "/");
+    }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The progress window shows its model and hands its buttons to the logic.
 
+#include "shell/MainWindow.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "support/Session.h"
 #include "transfer/Transfer.h"
@@ -8,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <gtest/gtest.h>
 
@@ -64,15 +66,86 @@ TEST(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
     EXPECT_TRUE(b.frm().TransferOnHold);
     ASSERT_TRUE(waitUntil([&] { return !a.frm().transfer().progress().loaded; }));
 
+    // With the window away, the main window says the transfer is on hold.
+    EXPECT_TRUE(MainWindow::holdText(b.frm()).startsWith("Receiving on hold: "))
+        << MainWindow::holdText(b.frm()).toStdString();
+    EXPECT_TRUE(MainWindow::holdText(b.frm()).endsWith("%)"));
+    EXPECT_TRUE(MainWindow::holdText(a.frm()).startsWith("Sending on hold: "));
+
     // Back from the hold; closing the window by its frame is a hold again.
     b.frm().transfer().mnuSendFile_Click();
     ASSERT_TRUE(waitUntil([&] { return window->isVisible(); }));
     EXPECT_TRUE(window->cmdPause()->isEnabled());
     EXPECT_FALSE(b.frm().TransferOnHold);
+    EXPECT_TRUE(MainWindow::holdText(b.frm()).isEmpty());
+    // The percentage stays in sight on the bar while the label is away.
+    EXPECT_TRUE(window->prbProgress()->isTextVisible());
+    EXPECT_TRUE(window->prbProgress()->text().endsWith('%'));
     window->close();
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(b.frm().TransferOnHold);
     EXPECT_TRUE(b.frm().transfer().transferPaused);
+}
+
+// The sender cancels: the receiver's window has nothing left to cancel,
+// its button closes it, and it says where the part received stays.
+TEST(ProgressWindow, AfterTheSenderCancelsTheReceiverIsToldAndCloses)
+{
+    TestCopy a, b;
+    for (TestCopy* c : {&a, &b}) {
+        c->set("Byte Per Send", "2000");
+        c->set("Close Progress", "0");
+    }
+    ASSERT_TRUE(a.start());
+    ASSERT_TRUE(b.start());
+    ASSERT_TRUE(connectCopies(a, b));
+    std::unique_ptr<ProgressDialog> window(installProgressDialog(b.frm(), nullptr));
+    const QString source = a.file("s.bin");
+    const QString target = b.file("t.bin");
+    {
+        QFile f(source);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(8 * 1024 * 1024, 'y'));
+    }
+    a.prompter().addAnswers({"file:" + source});
+    b.prompter().addAnswers({"yes", "file:" + target});
+    a.frm().transfer().mnuSendFile_Click();
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo(target).size() > 100 * 1000; }));
+    a.frm().transfer().cmdCancel_Click();
+    ASSERT_TRUE(waitUntil([&] { return window->windowTitle().contains("(Cancelled)"); }));
+    EXPECT_EQ(window->cmdCancel()->text(), "Close");
+    EXPECT_TRUE(window->lblProgress()->text().contains("The part received is kept in " + target))
+        << window->lblProgress()->text().toStdString();
+    window->grab().save(QStringLiteral(VONNEL_BINARY_DIR "/frmProgress-cancelled.png"));
+    window->cmdCancel()->click();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_FALSE(b.frm().transfer().progress().loaded);
+}
+
+// A window that closes itself at the end leaves a word beside the status panels.
+TEST(ProgressWindow, ClosingItselfAtTheEndLeavesANotice)
+{
+    TestCopy a, b;
+    for (TestCopy* c : {&a, &b})
+        c->set("Close Progress", "1");
+    ASSERT_TRUE(a.start());
+    ASSERT_TRUE(b.start());
+    ASSERT_TRUE(connectCopies(a, b));
+    MainWindow main(b.frm());
+    const QString source = a.file("small.txt");
+    {
+        QFile f(source);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(5000, 'z'));
+    }
+    a.prompter().addAnswers({"file:" + source});
+    b.prompter().addAnswers({"yes", "file:" + b.file("small.txt")});
+    a.frm().transfer().mnuSendFile_Click();
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo(b.file("small.txt")).size() == 5000; }));
+    ASSERT_TRUE(waitUntil([&] { return !b.frm().transfer().progress().loaded; }));
+    EXPECT_EQ(main.transferNotice()->text(), "File received: small.txt");
+    EXPECT_FALSE(main.transferNotice()->isHidden());
+    EXPECT_TRUE(ProgressDialog::finishedNotice(a.frm()).startsWith("File sent: "));
 }
 
 }  // namespace

@@ -170,7 +170,11 @@ TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
     pump(200);
 
     for (Transfer* t : {&ta(), &tb()}) {
-        EXPECT_EQ(t->progress().lblProgress.text, "File sending/receiving cancelled");
+        // The receiving side also says where the part it has stays.
+        const QString said = t == &tb() ? "File sending/receiving cancelled\nThe part received is kept in " + target
+                                        : QString("File sending/receiving cancelled");
+        EXPECT_EQ(t->progress().lblProgress.text, said);
+        EXPECT_EQ(t->progress().cmdCancel.tag, "Close");
         EXPECT_TRUE(t->progress().lblProgress.visible);
         EXPECT_FALSE(t->progress().cmdPause.enabled);
         EXPECT_FALSE(t->transferPaused);

@@ -179,6 +179,8 @@ public:
         auto* ok = button(frm.translate(QStringLiteral("OK"), QStringLiteral("OK")));
         m_cancel = button(frm.translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")));
         auto* apply = button(frm.translate(QStringLiteral("Apply"), QStringLiteral("Apply")));
+        m_apply = apply;
+        m_ok = ok;
         auto* restore = button(frm.translate(QStringLiteral("Restore"), QStringLiteral("Restore")));
         auto* help = button(frm.translate(QStringLiteral("Help"), QStringLiteral("Help")));
         ok->setDefault(true);
@@ -232,8 +234,12 @@ private:
         m_sysMsg->setText(m_d.lblSysMsg);
         m_sysMsg->setVisible(!m_d.lblSysMsg.isEmpty());
         m_cancel->setEnabled(m_d.cmdCancelEnabled());
+        m_apply->setEnabled(m_d.cmdApplyEnabled());
+        m_ok->setEnabled(m_d.cmdOKEnabled());
     }
 
+    QPushButton* m_apply = nullptr;
+    QPushButton* m_ok = nullptr;
     PropertyDialog& m_d;
     QLineEdit *m_computer, *m_host, *m_ip, *m_local, *m_local5, *m_remote, *m_remote5;
     QLabel* m_sysMsg;

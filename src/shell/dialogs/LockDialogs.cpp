@@ -69,8 +69,15 @@ void UnlockDialog::CancelButton_Click()
 PassLockDialog::PassLockDialog(FrmMain& frm, FrmPassLock& form, QWidget* parent)
     : QDialog(parent), m_form(form), m_pass(new QLineEdit(this)), m_password(new QLineEdit(this))
 {
-    setWindowTitle(FrmMain::kTitle);
+    // Each window says which of the two passwords it sets.
+    const QString level = form.level();
+    setWindowTitle(FrmMain::kTitle + QStringLiteral(" - ") + frm.translate(FrmPassLock::levelName(level)));
     setModal(true);
+    auto* heading = new QLabel(QStringLiteral("<b>%1</b><br>%2")
+                                   .arg(frm.translate(FrmPassLock::levelName(level)).toHtmlEscaped(),
+                                        frm.translate(FrmPassLock::levelPurpose(level)).toHtmlEscaped()),
+                               this);
+    heading->setObjectName(QStringLiteral("lblLevel"));
     m_pass->setObjectName(QStringLiteral("txtPass"));
     m_password->setObjectName(QStringLiteral("txtPassword"));
     m_pass->setEchoMode(QLineEdit::Password);
@@ -78,6 +85,7 @@ PassLockDialog::PassLockDialog(FrmMain& frm, FrmPassLock& form, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
 
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(heading);
     layout->addWidget(new QLabel(frm.translate(FrmPassLock::captionTop()), this));
     layout->addWidget(new QLabel(frm.translate(FrmPassLock::labelPass()), this));
     layout->addWidget(m_pass);

@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -31,7 +32,10 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     m_bar = new QProgressBar;
     m_bar->setObjectName(QStringLiteral("prbProgress"));
     m_bar->setRange(0, 100);
-    m_bar->setTextVisible(false);
+    // The bar carries the percentage itself, so it stays in sight whatever
+    // the label above it shows (it is hidden while a transfer runs on).
+    m_bar->setTextVisible(true);
+    m_bar->setFormat(QStringLiteral("%p%"));
     m_close = new QCheckBox(frm.translate(QStringLiteral("Close this window when it finishes")));
     m_close->setObjectName(QStringLiteral("chkCloseProgress"));
     m_pause = new QPushButton;
@@ -111,6 +115,16 @@ void ProgressDialog::loadedChanged(bool loaded)
     } else {
         hide();
     }
+}
+
+QString ProgressDialog::finishedNotice(FrmMain& frm)
+{
+    const ProgressModel& w = frm.transfer().progress();
+    if (w.cmdCancel.tag != QLatin1String("Finish"))
+        return QString();
+    const bool receiving = w.txtSendRec.contains(QLatin1String("Receiving"));
+    return frm.translate(receiving ? QStringLiteral("File received") : QStringLiteral("File sent")) +
+           QStringLiteral(": ") + QFileInfo(w.lblFilename).fileName();
 }
 
 void ProgressDialog::closeEvent(QCloseEvent* event)

@@ -24,6 +24,10 @@ public:
     QPushButton* cmdPause() const { return m_pause; }
     QPushButton* cmdCancel() const { return m_cancel; }
     QLabel* lblProgress() const { return m_progress; }
+    QProgressBar* prbProgress() const { return m_bar; }
+    // What the window says when it closes itself at the end of a transfer,
+    // or empty when it did not end there.
+    static QString finishedNotice(FrmMain& frm);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,0 +1,253 @@
+// The main window's entries do what they name: Copy, Copy All, Save, the
+// colour buttons, Security and Encryption reach their routines; keys typed
+// in the remote pane land in the local one; the encryption entry hides on
+// its switch.
+
+#include "access/PasswordStore.h"
+#include "connection/AddressServices.h"
+#include "connection/Connection.h"
+#include "shell/MainWindow.h"
+#include "support/TestCopy.h"
+#include "wire/LiveTyping.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QColorDialog>
+#include <QFile>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTextCursor>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace vonnel;
+using namespace vonnel::test;
+
+namespace {
+
+struct Window {
+    explicit Window(const QList<QPair<QString, QString>>& settings = {}) : copy(0, settings)
+    {
+        started = copy.start();
+        // A window bound late shows the state the entries already have.
+        window = std::make_unique<MainWindow>(copy.frm());
+    }
+    void trigger(const QString& name) { window->action(name)->trigger(); }
+    void focus(QPlainTextEdit* pane)
+    {
+        QFocusEvent in(QEvent::FocusIn, Qt::MouseFocusReason);
+        QCoreApplication::sendEvent(pane, &in);
+    }
+    TestCopy copy;
+    std::unique_ptr<MainWindow> window;
+    bool started = false;
+};
+
+TEST(MainWindowEntries, CopyAndCopyAllFillTheClipboard)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    FrmMain& f = w.copy.frm();
+    f.txtServer.setText("typed here");
+    f.txtClient().setText("first line\r\nsecond line");
+    QPlainTextEdit* remote = w.window->clientPane();
+
+    // Nothing selected: Copy leaves the clipboard alone.
+    w.copy.clipboard().setText("before");
+    w.trigger("mnuCopy");
+    EXPECT_EQ(w.copy.clipboard().text(), "before");
+
+    // A selection in the remote pane: menu entry and toolbar button alike.
+    const struct {
+        const char* entry;
+        int from, to;
+        const char* expected;
+    } copies[] = {
+        {"mnuCopy", 0, 5, "first"},
+        {"Toolbar1:5", 6, 15, "line\r\nseco"},
+    };
+    for (const auto& c : copies) {
+        QTextCursor cursor(remote->document());
+        cursor.setPosition(c.from);
+        cursor.setPosition(c.to, QTextCursor::KeepAnchor);
+        remote->setTextCursor(cursor);
+        w.focus(remote);
+        w.copy.clipboard().setText(QString());
+        w.trigger(c.entry);
+        EXPECT_EQ(w.copy.clipboard().text(), c.expected) << c.entry;
+    }
+
+    // Copy All takes the whole text of the pane last worked in.
+    w.trigger("mnuCopyAll");
+    EXPECT_EQ(w.copy.clipboard().text(), "first line\r\nsecond line");
+    w.focus(w.window->serverPane());
+    w.trigger("mnuCopyAll");
+    EXPECT_EQ(w.copy.clipboard().text(), "typed here");
+}
+
+TEST(MainWindowEntries, SaveWritesTheChatRecord)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    w.copy.frm().txtServer.setText("my words");
+    w.copy.frm().txtClient().setText("their words");
+    const QString path = w.copy.file("record.txt");
+    w.copy.prompter().addAnswers({"file3:" + path});
+    w.trigger("mnuSave");
+    const QByteArray saved = readFile(path);
+    EXPECT_TRUE(saved.contains("my words")) << saved.constData();
+    EXPECT_TRUE(saved.contains("their words"));
+}
+
+TEST(MainWindowEntries, KeysTypedInTheRemotePaneGoToTheLocalPane)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    for (const char* ch : {"h", "i"}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_A + (ch[0] - 'a'), Qt::NoModifier, ch);
+        QCoreApplication::sendEvent(w.window->clientPane(), &press);
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_A + (ch[0] - 'a'), Qt::NoModifier, ch);
+        QCoreApplication::sendEvent(w.window->serverPane(), &release);
+    }
+    EXPECT_EQ(w.copy.frm().txtServer.text(), "hi");
+    EXPECT_TRUE(w.copy.frm().txtClient().text().isEmpty());
+    // Ctrl+C stays with the remote pane: it copies, it types nothing.
+    QKeyEvent copy(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, QString());
+    QCoreApplication::sendEvent(w.window->clientPane(), &copy);
+    EXPECT_EQ(w.copy.frm().txtServer.text(), "hi");
+}
+
+TEST(MainWindowEntries, ColourButtonsAskAndSetTheLocalLook)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    const struct {
+        const char* button;
+        QColor chosen;
+        qint64 (PaneFormat::*read)() const;
+        qint64 expected;
+    } cases[] = {
+        {"Toolbar1:11", QColor(0, 0, 255), &PaneFormat::foreColor, 16711680},
+        {"Toolbar1:12", QColor(255, 255, 0), &PaneFormat::backColor, 65535},
+    };
+    for (const auto& c : cases) {
+        bool asked = false;
+        QTimer::singleShot(100, [&] {
+            if (auto* d = qobject_cast<QColorDialog*>(QApplication::activeModalWidget())) {
+                asked = true;
+                d->setCurrentColor(c.chosen);
+                d->accept();
+            }
+        });
+        QTimer::singleShot(3000, [] {
+            if (QWidget* d = QApplication::activeModalWidget())
+                d->close();
+        });
+        w.trigger(c.button);
+        EXPECT_TRUE(asked) << c.button;
+        EXPECT_EQ((w.copy.frm().typing().serverFormat.*c.read)(), c.expected) << c.button;
+    }
+}
+
+TEST(MainWindowEntries, SecurityOpensItsWindowAndKeepsTheCheckTrue)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    QString seen;
+    QTimer::singleShot(100, [&] {
+        if (QWidget* d = QApplication::activeModalWidget()) {
+            seen = d->objectName();
+            if (auto* ok = d->findChild<QPushButton*>("OKButton"))
+                ok->click();
+        }
+    });
+    QTimer::singleShot(3000, [] {
+        if (QWidget* d = QApplication::activeModalWidget())
+            d->close();
+    });
+    w.trigger("mnuSecurity");
+    EXPECT_EQ(seen, "frmSecurity");
+    // The check mark says whether a password applies; a click doesn't set it.
+    EXPECT_FALSE(w.window->action("mnuSecurity")->isChecked());
+}
+
+TEST(MainWindowEntries, EncryptionEntryOpensTheToolUnlessSwitchedOff)
+{
+    for (const bool off : {false, true}) {
+        Window w(QList<QPair<QString, QString>>{{"Encryption Menu Off", off ? "1" : "0"}});
+        ASSERT_TRUE(w.started);
+        EXPECT_EQ(w.window->action("mnuEncryption")->isVisible(), !off);
+        if (off)
+            continue;
+        w.trigger("mnuEncryption");
+        ASSERT_TRUE(w.window->encryptWindow());
+        EXPECT_TRUE(w.window->encryptWindow()->isVisible());
+        w.window->encryptWindow()->close();
+    }
+}
+
+TEST(MainWindowEntries, EveryPopUpEntryRunsAnEntryOfTheWindow)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    for (const char* pop : {"popCopy", "popCopyAll", "popPaste", "popBold", "popItalic", "popFontUp",
+                            "popFontDown", "popFontColour", "popBackColour", "popOverride", "popClrScr"}) {
+        const QString twin = MainWindow::popsFormatTwin(QLatin1String(pop));
+        ASSERT_FALSE(twin.isEmpty()) << pop;
+        EXPECT_TRUE(w.window->action(twin)) << pop << " -> " << twin.toStdString();
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// However narrow the window, no status panel is drawn over another or
+// beyond the window's edge.
+TEST(MainWindowLayout, StatusPanelsNeverOverlap)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    w.copy.frm().stStatusbar.setText(10, "1234");
+    w.copy.frm().stStatusbar.setText(11, "5678");
+    w.window->show();
+    for (const int width : {900, 600, 480, 400, 340}) {
+        w.window->resize(width, 300);
+        pump(50);
+        QList<QRect> shown;
+        for (int n = 1; n <= 11; ++n) {
+            auto* label = w.window->findChild<QWidget*>(QStringLiteral("panel%1").arg(n));
+            ASSERT_TRUE(label);
+            if (!label->isVisible())
+                continue;
+            const QRect r(label->mapTo(w.window.get(), QPoint(0, 0)), label->size());
+            EXPECT_LE(r.right(), w.window->width()) << "panel " << n << " at width " << width;
+            for (const QRect& other : shown)
+                EXPECT_FALSE(r.intersects(other)) << "panel " << n << " at width " << width;
+            shown << r;
+        }
+        EXPECT_GE(shown.size(), 4) << width;
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// Refresh without a session reads the local addresses again.
+TEST(MainWindowEntries, RefreshWithoutASessionReadsTheLocalAddresses)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    AddressServices& a = w.copy.frm().connection().address();
+    for (const char* entry : {"mnuRefresh", "Toolbar1:3"}) {
+        a.localAddresses.clear();
+        a.localHostName.clear();
+        w.trigger(entry);
+        EXPECT_FALSE(a.localAddresses.isEmpty()) << entry;
+        EXPECT_FALSE(a.localHostName.isEmpty()) << entry;
+    }
+}
+
+}  // namespace
