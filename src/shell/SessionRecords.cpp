@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHostInfo>
+#include <QLocale>
 
 namespace vonnel {
 
@@ -44,7 +45,7 @@ void SessionRecords::sessionEnded()
 QString SessionRecords::headerLine() const
 {
     return QStringLiteral("Vonnel Free ") +
-           m_frm.clock().today().toString(QStringLiteral("M/d/yyyy")) + QLatin1Char(' ') +
+           QLocale().toString(m_frm.clock().today(), QLocale::ShortFormat) + QLatin1Char(' ') +
            timeText(m_frm.SessionStartTime) + QStringLiteral(" - ") +
            timeText(m_frm.SessionEndTime);
 }

@@ -68,7 +68,9 @@ TEST(SessionRecord, PeerShutDownEndsTheSessionAndWritesTheRecord)
                                   after.toString("MMddhhmm") + ".txt"};
     EXPECT_TRUE(expected.contains(found[0])) << found[0].toStdString();
     const QString text = readText(copy.file(found[0]));
-    EXPECT_TRUE(text.startsWith("Vonnel Free ")) << text.toStdString();
+    // The date in the user's short form.
+    const QString today = QLocale().toString(QDate::currentDate(), QLocale::ShortFormat);
+    EXPECT_TRUE(text.startsWith("Vonnel Free " + today + " ")) << text.toStdString();
     const QStringList lines = text.split("\r\n");
     ASSERT_GE(lines.size(), 4);
     EXPECT_EQ(lines[1], "");
@@ -202,6 +204,25 @@ TEST(SessionRecord, BothSidesStampTheEndAndKeepPlainLinesUnderEncryption)
         EXPECT_TRUE(text.contains(": first secret line\r\n")) << text.toStdString();
         EXPECT_TRUE(text.contains(": reply\r\n"));
     }
+}
+
+}  // namespace
+
+namespace {
+
+TEST(SessionRecord, TheHeaderDateIsInTheUsersShortForm)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    const QLocale before;
+    for (const auto& [language, country] : {std::pair{QLocale::German, QLocale::Germany},
+                                            std::pair{QLocale::English, QLocale::UnitedKingdom}}) {
+        QLocale::setDefault(QLocale(language, country));
+        const QString date = QLocale().toString(QDate::currentDate(), QLocale::ShortFormat);
+        EXPECT_TRUE(copy.frm().records().headerLine().startsWith("Vonnel Free " + date + " "))
+            << copy.frm().records().headerLine().toStdString();
+    }
+    QLocale::setDefault(before);
 }
 
 }  // namespace
