@@ -8,6 +8,7 @@
 #include "core/IniStore.h"
 #include "support/TestCopy.h"
 #include "wire/Receiver.h"
+#include "wire/RemotePane.h"
 
 #include <QApplication>
 #include <cstdint>
@@ -45,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     f.remoteKey = (flags & 4) ? QStringLiteral("03:25 PM") : QString();
     f.overflowLimit = (flags & 8) ? 1 : 50;
     f.repairCountLimit = 50;
-    r.repairCount = 0;
+    r.remotePane().repairCount = 0;
     f.unloading = false;
     f.txtClient(0).setText((flags & 16) ? QStringLiteral("abc") : QString());
     f.txtTextMsg.clear();

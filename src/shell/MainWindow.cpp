@@ -377,6 +377,11 @@ void MainWindow::refreshHold()
     QString text = holdText(m_frm);
     if (text.isEmpty())
         text = m_notice;
+    // Called with every change of a running transfer: only a new text is
+    // drawn, and only then do the panels make room again.
+    if (text == m_holdShown && m_hold->isHidden() == text.isEmpty())
+        return;
+    m_holdShown = text;
     // Long names are cut in the middle; the tool tip has the whole text.
     m_hold->setText(m_hold->fontMetrics().elidedText(text, Qt::ElideMiddle, 260));
     m_hold->setToolTip(text + QLatin1Char('\n') +

@@ -112,6 +112,7 @@ private:
     QLabel* m_hold = nullptr;
     QPoint m_dragFrom{-1, -1};  // where a press in a selection began
     QString m_notice;  // the end of the last transfer, while it is shown
+    QString m_holdShown;  // the text beside the panels now
 };
 
 }  // namespace vonnel
