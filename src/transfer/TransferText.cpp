@@ -62,6 +62,8 @@ qint64 exactAckLength(qint64 n)
     if (n <= 0)
         return 0;
     const qint64 step = ackStep(n);
+    if (step == 1)
+        return n;  // below ten million every count is written out whole
     // Round down to the digits the text keeps, then step down while the
     // single-precision value on the way would still move it; a few steps
     // at the very most.
