@@ -2,8 +2,7 @@
 
 #include "shell/MainWindow.h"
 #include "shell/dialogs/ProgressDialog.h"
-#include "support/Session.h"
-#include "transfer/Transfer.h"
+#include "transfer/TwoCopies.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -18,31 +17,22 @@ using namespace vonnel::test;
 
 namespace {
 
-TEST(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
-{
-    TestCopy a, b;
-    for (TestCopy* c : {&a, &b}) {
-        c->set("Byte Per Send", "2000");
-        c->set("Close Progress", "0");
-    }
-    ASSERT_TRUE(a.start());
-    ASSERT_TRUE(b.start());
-    ASSERT_TRUE(connectCopies(a, b));
-    std::unique_ptr<ProgressDialog> window(installProgressDialog(b.frm(), nullptr));
-    EXPECT_FALSE(window->isVisible());
-
-    const QString source = a.file("out/s.bin");
-    const QString target = b.file("in/t.bin");
-    QDir().mkpath(QFileInfo(source).path());
-    QDir().mkpath(QFileInfo(target).path());
+// Two copies, a sending to b, with b's progress window on the screen.
+class ProgressWindow : public TwoCopies {
+protected:
+    void SetUp() override
     {
-        QFile f(source);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(8 * 1024 * 1024, 'x'));
+        TwoCopies::SetUp();
+        a.set("Byte Per Send", "2000");
+        window.reset(installProgressDialog(b.frm(), nullptr));
     }
-    a.prompter().addAnswers({"file:" + source});
-    b.prompter().addAnswers({"yes", "file:" + target});
-    a.frm().transfer().mnuSendFile_Click();
+    std::unique_ptr<ProgressDialog> window;
+};
+
+TEST_F(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
+{
+    EXPECT_FALSE(window->isVisible());
+    startTransfer(8 * 1024 * 1024, 51);
     ASSERT_TRUE(waitUntil([&] { return window->isVisible(); }));
     ASSERT_TRUE(waitUntil([&] { return QFileInfo(target).size() > 1024 * 1024; }));
 
@@ -89,27 +79,9 @@ TEST(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
 
 // The sender cancels: the receiver's window has nothing left to cancel,
 // its button closes it, and it says where the part received stays.
-TEST(ProgressWindow, AfterTheSenderCancelsTheReceiverIsToldAndCloses)
+TEST_F(ProgressWindow, AfterTheSenderCancelsTheReceiverIsToldAndCloses)
 {
-    TestCopy a, b;
-    for (TestCopy* c : {&a, &b}) {
-        c->set("Byte Per Send", "2000");
-        c->set("Close Progress", "0");
-    }
-    ASSERT_TRUE(a.start());
-    ASSERT_TRUE(b.start());
-    ASSERT_TRUE(connectCopies(a, b));
-    std::unique_ptr<ProgressDialog> window(installProgressDialog(b.frm(), nullptr));
-    const QString source = a.file("s.bin");
-    const QString target = b.file("t.bin");
-    {
-        QFile f(source);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(8 * 1024 * 1024, 'y'));
-    }
-    a.prompter().addAnswers({"file:" + source});
-    b.prompter().addAnswers({"yes", "file:" + target});
-    a.frm().transfer().mnuSendFile_Click();
+    startTransfer(8 * 1024 * 1024, 52);
     ASSERT_TRUE(waitUntil([&] { return QFileInfo(target).size() > 100 * 1000; }));
     a.frm().transfer().cmdCancel_Click();
     ASSERT_TRUE(waitUntil([&] { return window->windowTitle().contains("(Cancelled)"); }));
@@ -123,27 +95,14 @@ TEST(ProgressWindow, AfterTheSenderCancelsTheReceiverIsToldAndCloses)
 }
 
 // A window that closes itself at the end leaves a word beside the status panels.
-TEST(ProgressWindow, ClosingItselfAtTheEndLeavesANotice)
+TEST_F(ProgressWindow, ClosingItselfAtTheEndLeavesANotice)
 {
-    TestCopy a, b;
-    for (TestCopy* c : {&a, &b})
-        c->set("Close Progress", "1");
-    ASSERT_TRUE(a.start());
-    ASSERT_TRUE(b.start());
-    ASSERT_TRUE(connectCopies(a, b));
+    b.set("Close Progress", "1");
     MainWindow main(b.frm());
-    const QString source = a.file("small.txt");
-    {
-        QFile f(source);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(5000, 'z'));
-    }
-    a.prompter().addAnswers({"file:" + source});
-    b.prompter().addAnswers({"yes", "file:" + b.file("small.txt")});
-    a.frm().transfer().mnuSendFile_Click();
-    ASSERT_TRUE(waitUntil([&] { return QFileInfo(b.file("small.txt")).size() == 5000; }));
+    startTransfer(5000, 53);
+    ASSERT_TRUE(waitUntil([&] { return received() == 5000; }));
     ASSERT_TRUE(waitUntil([&] { return !b.frm().transfer().progress().loaded; }));
-    EXPECT_EQ(main.transferNotice()->text(), "File received: small.txt");
+    EXPECT_EQ(main.transferNotice()->text(), "File received: target.bin");
     EXPECT_FALSE(main.transferNotice()->isHidden());
     EXPECT_TRUE(ProgressDialog::finishedNotice(a.frm()).startsWith("File sent: "));
 }
