@@ -42,11 +42,6 @@ void ArrivalFaults::reportArrival(const QString& remaining)
              remaining);
 }
 
-void ArrivalFaults::reportBox(const QString& kind, const QString& text)
-{
-    show(kind, text);
-}
-
 void ArrivalFaults::show(const QString& kind, const QString& text)
 {
     // Once per kind and session: the handlers go on either way, and what

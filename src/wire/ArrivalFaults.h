@@ -23,7 +23,6 @@ public:
     // stage stands until it is reported.
     void raise(int number, const QString& description);
     bool pending() const { return m_number != 0; }
-    int number() const { return m_number; }
     void clear();
 
     // After a handler stage: prefix + number + " " + description, when a
@@ -32,12 +31,9 @@ public:
     // At the end of an arrival: a failure other than number 5 gives the
     // "DataArrival Error" box with what was left of the text.
     void reportArrival(const QString& remaining);
-    // A box of the control-code handler, said whole by its caller.
-    void reportBox(const QString& kind, const QString& text);
 
     // A new session: every kind may be shown once more.
     void beginSession() { m_shown.clear(); }
-    bool shown(const QString& kind) const { return m_shown.contains(kind); }
 
 private:
     void show(const QString& kind, const QString& text);
