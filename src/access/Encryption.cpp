@@ -197,6 +197,14 @@ QString Encryption::decipher(const QString& inner)
     return getEPass(inner, m_frm.remoteKey);
 }
 
+QString Encryption::decipher(const QString& inner, QString* error)
+{
+    error->clear();
+    if (!m_frm.remoteEncrypted)
+        return inner;
+    return fromCp1252(vonnel::getEPass(toCp1252(inner), toCp1252(m_frm.remoteKey), error));
+}
+
 QString Encryption::decipherOld(const QString& inner)
 {
     return getEPass(inner, m_frm.remoteKey);

@@ -82,6 +82,9 @@ public:
     // Inner text of "<KEY> ", "<Paste> ", "<URL> ", "<SPK> ", "<MSG> ":
     // deciphered with the peer's key once it is known, else as it stands.
     QString decipher(const QString& inner);
+    // The same, with a damaged cipher text said in error (empty when whole)
+    // instead of a box: the caller reports it as its own failure.
+    QString decipher(const QString& inner, QString* error);
     // The old "<e#" frame: always deciphered with the peer's key.
     QString decipherOld(const QString& inner);
 

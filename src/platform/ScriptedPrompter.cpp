@@ -77,6 +77,7 @@ Answer ScriptedPrompter::box(const BoxRequest& request)
     if (a == Answer::None || !request.buttons().contains(a))
         a = request.defaultAnswer();
     record(QStringLiteral("box"), request.title, request.text, answerWord(a));
+    m_records.last().style = request.style;
     return a;
 }
 

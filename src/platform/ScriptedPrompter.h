@@ -15,6 +15,7 @@ struct PromptRecord {
     QString title;
     QString text;
     QString answer;  // as written in the answers file
+    int style = 0;   // a box's MsgStyle sum
 };
 
 class ScriptedPrompter : public Prompter {

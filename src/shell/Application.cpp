@@ -5,6 +5,7 @@
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Companions.h"
+#include "platform/Cursor.h"
 #include "platform/Desktop.h"
 #include "platform/ScriptedPrompter.h"
 #include "platform/WidgetPrompter.h"
@@ -142,6 +143,9 @@ int runProgram(int argc, char** argv)
     env.clipboard = &clipboard;
     env.desktop = &desktop;
     env.views = &headlessViews;
+    OverrideCursor overrideCursor;
+    if (!args.headless)
+        env.cursor = &overrideCursor;
 
     // The window must exist before the copy so that it can be its view;
     // it binds to the controller once both stand.

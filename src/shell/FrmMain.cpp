@@ -12,14 +12,17 @@
 #include "core/Logs.h"
 #include "core/Translator.h"
 #include "platform/Clock.h"
+#include "platform/Cursor.h"
 #include "platform/Desktop.h"
 #include "platform/Pinger.h"
 #include "platform/Prompter.h"
 #include "shell/Views.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLocale>
 #include <QThread>
+#include <optional>
 
 namespace vonnel {
 
@@ -39,6 +42,10 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         m_ownPinger = std::make_unique<Pinger>();
         m_env.pinger = m_ownPinger.get();
     }
+    if (!m_env.cursor) {
+        m_ownCursor = std::make_unique<Cursor>();
+        m_env.cursor = m_ownCursor.get();
+    }
     tTimer1.setInterval(60000);
     tTimer2.setInterval(5000);
     m_connection = std::make_unique<Connection>(*this);
@@ -50,6 +57,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
 
     // Routines that live in one subsystem and are called from another.
     connect(this, &FrmMain::sessionOpened, this, &FrmMain::aftOptSet);
+    connect(&receiver(), &Receiver::updateRequested, this, &FrmMain::mnuUpdate_Click);
     connect(this, &FrmMain::sessionEnded, this, [this] {
         typing().keySent = false;
     });
@@ -300,15 +308,42 @@ void FrmMain::stStatusbar_PanelClick(int panel)
 
 void FrmMain::idleDelay(double& seconds, bool keepPointer)
 {
-    Q_UNUSED(keepPointer);  // the wait cursor is the window's business
     if (seconds == 0)
         seconds = settingNumber(QStringLiteral("Connect Idle"));
     if (seconds <= 0)
         return;
+    // The hourglass is asked for before the spin and the normal pointer
+    // after it. No events run meanwhile, and the window system is handed
+    // pointer changes at the next turn of the event loop: for a wait on
+    // its own the user sees a window that does not answer and, depending
+    // on the platform, the hourglass for the wait or no change at all; a
+    // wait that a blocking send or another wait follows shows the
+    // hourglass until the loop runs again.
+    std::optional<WaitPointer> busy;
+    if (!keepPointer)
+        busy.emplace(cursor());
     // No events run meanwhile: nothing may change the socket during it.
     const double start = clock().timer();
     while (clock().timer() < start + seconds)
         QThread::msleep(1);
+}
+
+void FrmMain::mnuUpdate_Click()
+{
+    const QString address = setting(QStringLiteral("Update"));
+    QString tool = setting(QStringLiteral("UpdateExe"));
+    if (!tool.isEmpty()) {
+        // The user's own update tool, from the settings: never peer text.
+        if (QFileInfo(tool).isRelative())
+            tool = appFile(tool);
+        QStringList args = setting(QStringLiteral("UpdateParam")).split(QLatin1Char(' '),
+                                                                      Qt::SkipEmptyParts);
+        if (!address.isEmpty())
+            args << address;
+        desktop().startProgram(tool, args);
+    } else if (!address.isEmpty()) {
+        desktop().openUrl(address);
+    }
 }
 
 void FrmMain::yieldEvents()

@@ -36,6 +36,7 @@ class Encryption;
 class SessionRecords;
 class CopyLock;
 class Pinger;
+class Cursor;
 class IniFileWatch;
 
 struct CopyEnvironment {
@@ -48,6 +49,7 @@ struct CopyEnvironment {
     Desktop* desktop = nullptr;
     Views* views = nullptr;
     Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
+    Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
 };
 
 class FrmMain : public QObject {
@@ -72,6 +74,8 @@ public:
     Views& views() const { return *m_env.views; }
     void setViews(Views* v) { m_env.views = v; }
     Pinger& pinger() const { return *m_env.pinger; }
+    // The mouse pointer over this copy's windows (wait or normal).
+    Cursor& cursor() const { return *m_env.cursor; }
     void setPinger(Pinger* p);
     Translator& translator() const { return *m_translator; }
     Logs& logs() const { return *m_logs; }
@@ -176,8 +180,14 @@ public:
     void cmdHiddenReady_Click();
     void cmdHiddenNotReady_Click();
     void stStatusbar_PanelClick(int panel);
+    // Help > Update: the update tool (UpdateExe with UpdateParam and the
+    // Update address) when one is set, else the Update address in the
+    // user's browser. Also run after a version conflict.
+    void mnuUpdate_Click();
     // Spins on the clock without running events. 0 seconds means the
-    // Connect Idle time, which is written back to the caller.
+    // Connect Idle time, which is written back to the caller. The wait
+    // pointer is up for the spin unless keepPointer is set, in which case
+    // the pointer is left as the caller has it.
     void idleDelay(double& seconds, bool keepPointer = false);
     void idleDelay0() { double s = 0; idleDelay(s); }
     void idleDelayFor(double s) { idleDelay(s); }
@@ -262,6 +272,7 @@ private:
     std::unique_ptr<SessionRecords> m_records;
     std::unique_ptr<CopyLock> m_copyLock;
     std::unique_ptr<Pinger> m_ownPinger;
+    std::unique_ptr<Cursor> m_ownCursor;
     std::array<std::unique_ptr<Winsock>, 2> m_winsock;
     std::array<std::unique_ptr<TextPane>, 2> m_txtClient;
     QString m_caption;

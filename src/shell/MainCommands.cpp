@@ -238,10 +238,11 @@ void MainWindow::onTriggered(const QString& name)
         mnuEncrypt_Click();
     } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
         m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("index.htm"));
-    } else if (is("mnuHomePage") || is("mnuSupport") || is("mnuUpdate")) {
+    } else if (is("mnuUpdate")) {
+        m_frm.mnuUpdate_Click();
+    } else if (is("mnuHomePage") || is("mnuSupport")) {
         const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
-                            : is("mnuSupport") ? QStringLiteral("Support")
-                                               : QStringLiteral("Update");
+                                              : QStringLiteral("Support");
         const QString url = m_frm.setting(key);
         if (!url.isEmpty())
             m_frm.desktop().openUrl(url);

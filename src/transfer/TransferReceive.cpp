@@ -160,12 +160,18 @@ void Transfer::saveError(const QFile& target)
     FrmMain& f = m_frm;
     const QString text = target.isOpen() ? target.errorString() : QStringLiteral("Bad file name or number");
     const int number = target.isOpen() ? int(target.error()) : 52;
+    const bool wasOpen = target.isOpen();
+    const QString name = target.fileName();
     closeAllFiles();
     m_receiving = m_picReceiving = false;
     ++recvHandleCounter;
     f.xSendData(QStringLiteral("%%Sending Cancel%%"));
     f.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
                      text + QStringLiteral(" (") + QString::number(number) + QLatin1Char(')'));
+    // The receive loop tells the user, as "File Fransfer " + number: the
+    // peer has been told to stop, and the file holds what came before.
+    f.receiver().faults().raise(wasOpen ? fault::kFileAccess : fault::kBadFile,
+                                text + QStringLiteral(" (") + name + QLatin1Char(')'));
 }
 
 void Transfer::getSaveFileName(QString offer)

@@ -5,6 +5,7 @@
 #include "connection/Connection.h"
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
+#include "platform/Cursor.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
 #include "wire/LiveTyping.h"
@@ -105,6 +106,9 @@ void LiveTyping::PasteText(bool ownInsert)
     if (text.size() <= limit || !connected) {
         if (connected) {
             pasting = true;
+            // A long paste is one long write: the wait pointer shows for it
+            // and the normal one comes back however the send ends.
+            WaitPointer busy(f.cursor());
             send(QStringLiteral("<Paste> ") + text + QStringLiteral("</Paste>"));
             scan(text);
             f.PasteInProgress = true;

@@ -5,12 +5,15 @@
 #include "access/CipherText.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
+#include "platform/Cursor.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
 #include "shell/Views.h"
 #include "wire/FrameText.h"
 #include "wire/LiveTyping.h"
 #include "wire/RemotePane.h"
+
+#include <cstring>
 
 namespace vonnel {
 
@@ -34,9 +37,10 @@ QString trimControl(const QString& s)
 }  // namespace
 
 Receiver::Receiver(FrmMain& frm)
-    : QObject(&frm), m_frm(frm), m_pane(new RemotePane(frm, this))
+    : QObject(&frm), m_frm(frm), m_pane(new RemotePane(frm, this)), m_faults(frm.prompter(), frm.logs())
 {
     connect(&frm, &FrmMain::sessionOpened, m_pane, &RemotePane::beginSession);
+    connect(&frm, &FrmMain::sessionOpened, this, [this] { m_faults.beginSession(); });
     cSendFileCheck = [](QString& data, QByteArray&) { return consumeFileMessage(data); };
     keySent = [] { return false; };
     connect(&frm.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
@@ -79,6 +83,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         f.idleDelay(testDelay);
 
     f.PasteInProgress = false;
+    f.cursor().setNormal();
     f.stStatusbar.setPicture(1, StatePicture::picRec);
     f.stStatusbar.setText(2, QString());
     const qint64 mins =
@@ -101,6 +106,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         // so only what may follow its end is made text.
         f.txtClient(index).caretToEnd();
         text = frameArrival(bytes);
+        m_faults.reportStage(QStringLiteral("File Fransfer "));
     } else {
         text = fromCp1252(bytes);
     }
@@ -117,8 +123,10 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     // Whatever the passes left is lost; the pane may have missed a frame.
     if (!text.isEmpty())
         m_pane->lost();
+    m_faults.reportArrival(text);
 
     f.PasteInProgress = false;
+    f.cursor().setNormal();
     refreshLengths();
     f.stStatusbar.setPicture(1, StatePicture::picReady);
     f.checkStatus();
@@ -173,7 +181,11 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
         QString c = getBetween(text, QStringLiteral("<KEY> "), QStringLiteral(" <:KEY>"));
         text = stripThrough(text, QStringLiteral(" <:KEY>"));
         c = decipher(c);
-        readPosition(getBetween(text, QString(), QStringLiteral("</KEY>")), m_keyPosition);
+        const QString position = getBetween(text, QString(), QStringLiteral("</KEY>"));
+        // A split frame leaves no position, which is no failure; one that
+        // is there and is no number is. The previous position stays.
+        if (!readPosition(position, m_keyPosition) && !position.trimmed().isEmpty())
+            m_faults.raise(fault::kTypeMismatch, QStringLiteral("Type mismatch"));
         text = stripThrough(text, QStringLiteral("</KEY>"));
         m_pane->typedCharacter(c, m_keyPosition);
         refreshLengths();
@@ -203,20 +215,27 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
     if (text.startsWith(QLatin1String("<SPKSET> "))) {
         const QString inner =
             getBetween(text, QStringLiteral("<SPKSET> "), QStringLiteral(" </SPKSET>"));
+        const bool closed = text.contains(QLatin1String(" </SPKSET>"));
         text = stripThrough(text, QStringLiteral(" </SPKSET>"));
-        Q_EMIT speakerSettingReceived(inner);
+        // What was set before stays when the fields are not whole; a frame
+        // cut short by the read is no failure and is not taken either.
+        if (closed && checkSpeakerSetting(inner))
+            Q_EMIT speakerSettingReceived(inner);
+        m_faults.reportStage(QStringLiteral("SPKSET "));
     }
 
     if (text.startsWith(QLatin1String("<SPK> "))) {
         const QString inner = getBetween(text, QStringLiteral("<SPK> "), QStringLiteral(" </SPK>"));
         text = stripThrough(text, QStringLiteral(" </SPK>"));
-        Q_EMIT speakReceived(decipher(inner));
+        Q_EMIT speakReceived(decipherInStage(inner));
+        m_faults.reportStage(QStringLiteral("SPK "));
     }
 
     if (text.startsWith(QLatin1String("<MSG> "))) {
         const QString inner = getBetween(text, QStringLiteral("<MSG> "), QStringLiteral(" </MSG>"));
         text = stripThrough(text, QStringLiteral(" </MSG>"));
-        takeRecordLine(decipher(inner));
+        takeRecordLine(decipherInStage(inner));
+        m_faults.reportStage(QStringLiteral("MSG "));
     }
 
     if (text.startsWith(QLatin1String("%%"))) {
@@ -228,8 +247,10 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
         }
     }
 
-    if (text.startsWith(QLatin1String("<*> ")))
+    if (text.startsWith(QLatin1String("<*> "))) {
         text = cSendFileCheck(text, bytes);
+        m_faults.reportStage(QStringLiteral("File Fransfer "));
+    }
 
     if (text.startsWith(QLatin1String("&&"))) {
         if (text.size() < 3 || text.at(2) != QLatin1Char('&')) {
@@ -301,12 +322,14 @@ QString Receiver::cControlCheck(QString& data)
     if (data.startsWith(QLatin1String("<SPK> "))) {
         const QString inner = getBetween(data, QStringLiteral("<SPK> "), QStringLiteral(" </SPK>"));
         data = stripThrough(data, QStringLiteral(" </SPK>"));
-        Q_EMIT speakReceived(decipher(inner));
+        Q_EMIT speakReceived(decipherInStage(inner));
+        m_faults.reportStage(QStringLiteral("NEW SPK "));
     }
     if (data.startsWith(QLatin1String("<MSG> "))) {
         const QString inner = getBetween(data, QStringLiteral("<MSG> "), QStringLiteral(" </MSG>"));
         data = stripThrough(data, QStringLiteral(" </MSG>"));
-        takeRecordLine(decipher(inner));
+        takeRecordLine(decipherInStage(inner));
+        m_faults.reportStage(QStringLiteral("NEW MSG "));
     }
     if (data.startsWith(QLatin1String("^SPC"))) {
         readPosition(getBetween(data, QStringLiteral("^SPC"), QStringLiteral("#SPC")), n);
@@ -369,6 +392,7 @@ void Receiver::resendWholeText()
     f.xSendData(QStringLiteral("<Paste> ") + f.txtServer.text() + QStringLiteral("</Paste>"));
     f.txtClient().caretToEnd();
     f.PasteInProgress = false;
+    f.cursor().setNormal();
 }
 
 // --- remote shut-down ------------------------------------------------------------
@@ -409,6 +433,40 @@ void Receiver::remoteShutDown()
 QString Receiver::decipher(const QString& inner) const
 {
     return m_frm.encryption().decipher(inner);
+}
+
+QString Receiver::decipherInStage(const QString& inner)
+{
+    QString error;
+    const QString plain = m_frm.encryption().decipher(inner, &error);
+    if (!error.isEmpty())
+        m_faults.raise(fault::kInvalidCall, error);
+    return plain;
+}
+
+bool Receiver::checkSpeakerSetting(const QString& fields)
+{
+    static const char* const kTags[] = {"L", "PN", "E", "N", "S", "P"};
+    for (const char* tag : kTags) {
+        const QString open = QStringLiteral("<%1>").arg(QLatin1String(tag));
+        const QString close = QStringLiteral("</%1>").arg(QLatin1String(tag));
+        const qsizetype a = fields.indexOf(open);
+        const qsizetype b = a < 0 ? -1 : fields.indexOf(close, a + open.size());
+        if (b < 0) {
+            m_faults.raise(fault::kInvalidCall,
+                           QStringLiteral("The speech settings lack the field ") + open);
+            return false;
+        }
+        const bool number = std::strchr("LSP", tag[0]) && tag[1] == '\0';
+        bool ok = true;
+        if (number)
+            fields.mid(a + open.size(), b - a - open.size()).trimmed().toInt(&ok);
+        if (!ok) {
+            m_faults.raise(fault::kTypeMismatch, QStringLiteral("Type mismatch"));
+            return false;
+        }
+    }
+    return true;
 }
 
 QString Receiver::remoteName() const

@@ -13,6 +13,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "wire/ArrivalFaults.h"
+
 namespace vonnel {
 
 class FrmMain;
@@ -79,6 +81,9 @@ public:
     // The answer to the last "^reFresh" has gone out.
     bool refreshAnswered = false;
 
+    // Failures met while an arrival is taken apart, and their boxes.
+    ArrivalFaults& faults() { return m_faults; }
+
     // The remote board's drawing parameters, kept between messages.
     struct BoardState {
         QString foreColor, backColor;
@@ -123,6 +128,12 @@ private:
     bool runPass(int index, QString& text, QByteArray& bytes);
     void takeRecordLine(const QString& line);
     QString decipher(const QString& inner) const;
+    // Deciphers the inner text of a stage's frame; a cipher text that
+    // cannot be taken apart is the stage's failure, not a box of its own.
+    QString decipherInStage(const QString& inner);
+    // The fields of "<SPKSET> ": a failure is noted when a tag is missing
+    // or a number field holds no number. Returns whether they are whole.
+    bool checkSpeakerSetting(const QString& fields);
     void answerRefresh();
     void remoteShutDown();
     void refreshLengths();
@@ -132,6 +143,7 @@ private:
     FrmMain& m_frm;
     RemotePane* m_pane;
     BoardState m_board;
+    ArrivalFaults m_faults;
     // The position of the last typed character frame of this arrival; a
     // frame that carries no number leaves it as it was.
     int m_keyPosition = 0;

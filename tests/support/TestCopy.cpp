@@ -134,6 +134,7 @@ bool TestCopy::start(const QString& commandLine)
     env.clock = &m_clock;
     env.clipboard = &m_clipboard;
     env.desktop = &m_desktop;
+    env.cursor = &m_cursor;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
     return startCopy(*m_frm);

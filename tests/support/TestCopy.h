@@ -5,6 +5,7 @@
 
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
+#include "platform/Cursor.h"
 #include "platform/Desktop.h"
 #include "platform/ScriptedPrompter.h"
 #include "shell/FrmMain.h"
@@ -52,6 +53,7 @@ public:
     ScriptedPrompter& prompter() { return m_prompter; }
     MemoryClipboard& clipboard() { return m_clipboard; }
     RecordingDesktop& desktop() { return m_desktop; }
+    RecordingCursor& cursor() { return m_cursor; }
 
 private:
     QTemporaryDir m_dir;
@@ -61,6 +63,7 @@ private:
     ScriptedPrompter m_prompter;
     MemoryClipboard m_clipboard;
     RecordingDesktop m_desktop;
+    RecordingCursor m_cursor;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };

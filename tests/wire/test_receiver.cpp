@@ -319,11 +319,12 @@ TEST_F(Receive, FeatureMessagesReachTheirSignals)
     EXPECT_EQ(format[0][0].toString(), fmt);
     EXPECT_EQ(pane(), "ab ");
 
-    arrive("<URL> www.example.com </URL><SPKSET> 1$2 </SPKSET><SPK> say this </SPK>");
+    const QString voice = "<L>1033</L><PN>Engine</PN><E>e1</E><N>Mode</N><S>0</S><P>-1</P>";
+    arrive("<URL> www.example.com </URL><SPKSET> " + voice + " </SPKSET><SPK> say this </SPK>");
     ASSERT_EQ(urls.count(), 1);
     EXPECT_EQ(urls[0][0].toString(), "www.example.com");
     ASSERT_EQ(spkset.count(), 1);
-    EXPECT_EQ(spkset[0][0].toString(), "1$2");
+    EXPECT_EQ(spkset[0][0].toString(), voice);
     ASSERT_EQ(speak.count(), 1);
     EXPECT_EQ(speak[0][0].toString(), "say this");
 
