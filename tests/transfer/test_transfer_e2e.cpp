@@ -141,7 +141,7 @@ TEST_F(TwoCopies, AReceiverPauseKeepsTheChunkInFlight)
     // The receiver pauses right after it acknowledged a frame: the next
     // frame is already on its way. It is written where the sender's
     // position stands, and continuing goes on from there.
-    const qsizetype size = 400 * 3200;
+    const qsizetype size = 4000 * 3200;
     startTransfer(size, 13);
     ASSERT_TRUE(waitUntil([&] { return received() > size / 4; }));
     bool clicked = false;
@@ -167,7 +167,7 @@ class CancelFrom : public TwoCopies, public ::testing::WithParamInterface<bool> 
 TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
 {
     const bool fromReceiver = GetParam();
-    const qsizetype size = 4 * 1024 * 1024;
+    const qsizetype size = 16 * 1024 * 1024;
     startTransfer(size, 14);
     ASSERT_TRUE(waitUntil([&] { return received() > size / 4; }));
     (fromReceiver ? tb() : ta()).cmdCancel_Click();

@@ -141,7 +141,7 @@ class TwoCopiesEnd : public TwoCopies, public ::testing::WithParamInterface<Copi
 
 TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
 {
-    startTransfer(6 << 20, 24);
+    startTransfer(16 << 20, 24);
     ASSERT_TRUE(waitUntil([&] { return received() > (1 << 20); }));
     switch (GetParam()) {
     case CopiesEnd::SenderDisconnects:
@@ -427,11 +427,17 @@ TEST_F(TwoCopies, AThousandReceiverPausesWithFramesInFlightLeaveTheFileWhole)
             });
         });
     });
-    startTransfer(20000 * 2000, 42);
-    ASSERT_TRUE(finished(120000)) << received() << " after " << pauses << " pauses";
+    // A busy machine may let more frames through between pauses: further
+    // files follow until the thousand pauses are made, each compared.
+    for (int round = 0; pauses < 1000 && round < 5; ++round) {
+        startTransfer(20000 * 2000, 42 + round);
+        ASSERT_TRUE(finished(120000)) << received() << " after " << pauses << " pauses";
+        EXPECT_EQ(readFile(target), data) << "file " << round;
+        ta().unloadProgress();
+        tb().unloadProgress();
+    }
     QObject::disconnect(c);
     EXPECT_EQ(pauses, 1000);
-    EXPECT_EQ(readFile(target), data);
 }
 
 }  // namespace
