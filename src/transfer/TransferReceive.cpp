@@ -245,7 +245,7 @@ void Transfer::beginGetFile()
     FrmMain& f = m_frm;
     transferCancelled = false;
     picCancelled = false;
-    recvHandleCounter = recvHandleCounter + sendFileHandle + picSendHandle + 1;
+    recvHandleCounter = nextHandle(recvHandleCounter, sendFileHandle, picSendHandle);
     const bool board = drawVisible();
     QString path;
     QFile* target;

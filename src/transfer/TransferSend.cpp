@@ -165,7 +165,7 @@ void Transfer::beginSendFile(QString path)
     transferCancelled = false;
     picCancelled = false;
     holdPosition = 0;
-    fileHandleCounter = fileHandleCounter + recvFileHandle + picRecvHandle + 1;
+    fileHandleCounter = nextHandle(fileHandleCounter, recvFileHandle, picRecvHandle);
     const int counter = fileHandleCounter;
     const bool board = drawVisible();
 

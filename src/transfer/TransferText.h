@@ -57,6 +57,15 @@ int percentOf(qint64 a, qint64 b);
 
 inline const QString kCrLf = QStringLiteral("\r\n");
 
+// The next handle number of one direction: its counter plus the other
+// direction's two handles plus one, so a send and a receive in flight never
+// share a number. The numbers feed each other and would double every few
+// transfers; they are kept to the 16-bit range the messages show them in.
+inline int nextHandle(int counter, int otherFile, int otherPicture)
+{
+    return int((qint64(counter) + otherFile + otherPicture + 1) % 32768);
+}
+
 // A local path in the form the wire carries: every "/" written as "\", so
 // that any receiver finds the name behind the last backslash.
 QString wirePath(const QString& localPath);

@@ -97,6 +97,20 @@ TEST(AckCount, TheReceiverCutsBackToALengthTheCountCarriesExactly)
     }
 }
 
+TEST(Handles, NumbersStayInTheSixteenBitRangeHoweverManyTransfersRun)
+{
+    int send = 0, recv = 0;
+    for (int i = 0; i < 200; ++i) {
+        send = nextHandle(send, recv, 0);
+        recv = nextHandle(recv, send, send + 1);
+        ASSERT_GE(send, 0);
+        ASSERT_LT(send, 32768);
+        ASSERT_GE(recv, 0);
+        ASSERT_LT(recv, 32768);
+    }
+    EXPECT_EQ(nextHandle(3, 4, 0), 8);
+}
+
 struct OfferCase {
     const char* offer;
     const char* bare;
