@@ -7,8 +7,6 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 mb=${1:-200}
 build=${2:-$here/build}
 [ $# -gt 2 ] && shift 2 || set --
-if [ ! -f "$build/CMakeCache.txt" ]; then
-  cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release -DVONNEL_BUILD_TESTS=OFF >/dev/null
-fi
-cmake --build "$build" --target vonnel_transfer -j2 >/dev/null
+. "$here/bench/lib.sh"
+build_bench vonnel_transfer "$build"
 QT_QPA_PLATFORM=offscreen "$build/bench/vonnel_transfer" "$mb" "$@" 2>/dev/null
