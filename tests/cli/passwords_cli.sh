@@ -7,7 +7,9 @@ vonnel=$1; preset=$2
 work=$(mktemp -d); pid=; trap '[ -n "$pid" ] && kill $pid 2>/dev/null; rm -rf "$work"' EXIT
 fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
+# A port nothing answers on now, so "not listening" speaks of this copy.
 port=$(( 20000 + RANDOM % 20000 ))
+while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 20000 + RANDOM % 20000 )); done
 
 mkdir "$work/app"
 sed "s/^LocalPort=.*/LocalPort=$port/; s/^Usage=.*/Usage=10/; s/^Override Password=.*/Override Password=0/" \
@@ -24,7 +26,7 @@ check "not listening after" "! (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
 # The marker word of a level without a record opens it.
 printf 'text:qzyrtnEdiov\n' > "$work/right"
 "$vonnel" --app-path "$work/app" --headless --answers "$work/right" 2>"$work/err2" & pid=$!
-for i in $(seq 1 50); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
+for i in $(seq 1 200); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
 check "right password: the copy listens" "(exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
 kill -TERM $pid; wait $pid; pid=
 

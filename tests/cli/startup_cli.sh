@@ -6,7 +6,9 @@ vonnel=$1; preset=$2
 work=$(mktemp -d); trap 'kill $pid 2>/dev/null; rm -rf "$work"' EXIT
 fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
+# A port nothing answers on now, so "not listening" speaks of this copy.
 port=$(( 20000 + RANDOM % 20000 ))
+while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 20000 + RANDOM % 20000 )); done
 
 # No vonnel.ini and nothing to repair it from: the Critical Error box, then the end.
 mkdir "$work/empty"
@@ -20,7 +22,7 @@ mkdir "$work/app"
 sed "s/^LocalPort=.*/LocalPort=$port/; s/^Usage=.*/Usage=10/" "$preset" > "$work/app/Vonnel.BAK"
 echo "Error 1=stale" > "$work/app/error.log"
 "$vonnel" --app-path "$work/app" --headless 2>"$work/err2" & pid=$!
-for i in $(seq 1 50); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
+for i in $(seq 1 200); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
 check "listens on LocalPort" "(exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
 check "vonnel.ini rebuilt" "grep -q '^LocalPort=$port' '$work/app/vonnel.ini'"
 check "usage counted" "grep -q '^Usage=11' '$work/app/vonnel.ini'"
