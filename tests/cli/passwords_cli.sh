@@ -7,9 +7,10 @@ vonnel=$1; preset=$2
 work=$(mktemp -d); pid=; trap '[ -n "$pid" ] && kill $pid 2>/dev/null; rm -rf "$work"' EXIT
 fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
-# A port nothing answers on now, so "not listening" speaks of this copy.
-port=$(( 20000 + RANDOM % 20000 ))
-while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 20000 + RANDOM % 20000 )); done
+# A port below the range the system hands out to other sockets (where
+# the tests' own copies listen) that nothing answers on now.
+port=$(( 10000 + RANDOM % 20000 ))
+while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 10000 + RANDOM % 20000 )); done
 
 mkdir "$work/app"
 sed "s/^LocalPort=.*/LocalPort=$port/; s/^Usage=.*/Usage=10/; s/^Override Password=.*/Override Password=0/" \
@@ -30,5 +31,6 @@ for i in $(seq 1 200); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && brea
 check "right password: the copy listens" "(exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
 kill -TERM $pid; wait $pid; pid=
 
+[ $fail -eq 0 ] || sed 's/^/  stderr: /' "$work/err1" "$work/err2"
 echo "$pass passed, $fail failed"
 [ $fail -eq 0 ]

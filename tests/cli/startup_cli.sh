@@ -6,9 +6,10 @@ vonnel=$1; preset=$2
 work=$(mktemp -d); trap 'kill $pid 2>/dev/null; rm -rf "$work"' EXIT
 fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
-# A port nothing answers on now, so "not listening" speaks of this copy.
-port=$(( 20000 + RANDOM % 20000 ))
-while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 20000 + RANDOM % 20000 )); done
+# A port below the range the system hands out to other sockets (where
+# the tests' own copies listen) that nothing answers on now.
+port=$(( 10000 + RANDOM % 20000 ))
+while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 10000 + RANDOM % 20000 )); done
 
 # No vonnel.ini and nothing to repair it from: the Critical Error box, then the end.
 mkdir "$work/empty"
