@@ -6,11 +6,13 @@
 // Beside it, a raw TCP one-way trip of the same frame size on the same
 // event loop.
 //
-// Usage: vonnel_latency [N]      (default 2000)
+// Usage: bench_latency [N]      (default 2000)
 
 #include "support/Session.h"
 #include "support/TestCopy.h"
 #include "wire/LiveTyping.h"
+#include "connection/Session.h"
+#include "platform/Winsock.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -85,8 +87,8 @@ int main(int argc, char** argv)
     }
     FrmMain& fa = a.frm();
     FrmMain& fb = b.frm();
-    Winsock& inB = fb.winsock(0);
-    TextPane& remote = fb.txtClient(0);
+    Winsock& inB = fb.session().winsock(0);
+    TextPane& remote = fb.model().txtClient(0);
 
     qint64 arrivals = 0;
     QObject::connect(&inB, &Winsock::DataArrival, [&](int, qint64) { ++arrivals; });
@@ -104,7 +106,7 @@ int main(int argc, char** argv)
     QElapsedTimer clock;
     int frameSize = 0;
     for (int i = 0; i < n; ++i) {
-        if (fa.txtServer.length() > 60000)
+        if (fa.model().txtServer.length() > 60000)
             break;
         const QString c = letters.mid(i % letters.size(), 1);
         const int want = remote.length() + 1;
@@ -123,7 +125,7 @@ int main(int argc, char** argv)
     }
     if (paneMeasured)
         frameSize = int(QByteArray("<KEY> a <:KEY>").size() +
-                        QByteArray::number(fa.txtServer.length()).size() + 6);
+                        QByteArray::number(fa.model().txtServer.length()).size() + 6);
 
     const std::vector<double> raw = rawOneWay(int(typed.size()), frameSize);
     const Figures t = figures(typed), r = figures(raw);

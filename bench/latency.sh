@@ -6,5 +6,5 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 n=${1:-2000}
 build=${2:-$here/build}
 . "$here/bench/lib.sh"
-build_bench vonnel_latency "$build"
-QT_QPA_PLATFORM=offscreen "$build/bench/vonnel_latency" "$n"
+build_bench bench_latency "$build"
+QT_QPA_PLATFORM=offscreen "$build/bench/bench_latency" "$n"

@@ -4,7 +4,7 @@
 // a raw loop that only appends one line of the same length to a file per
 // frame (the least a recorded frame can cost).
 //
-// Usage: vonnel_strayflood [frames] [payload bytes]   (default 100000 2000)
+// Usage: bench_strayflood [frames] [payload bytes]   (default 100000 2000)
 
 #include "core/Logs.h"
 #include "support/TestCopy.h"

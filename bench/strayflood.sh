@@ -7,5 +7,5 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 n=${1:-100000}
 build=${2:-$here/build}
 . "$here/bench/lib.sh"
-build_bench vonnel_strayflood "$build"
-QT_QPA_PLATFORM=offscreen "$build/bench/vonnel_strayflood" "$n" 2>/dev/null
+build_bench bench_strayflood "$build"
+QT_QPA_PLATFORM=offscreen "$build/bench/bench_strayflood" "$n" 2>/dev/null

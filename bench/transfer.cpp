@@ -8,12 +8,13 @@
 // does (the like-for-like ratio), and flushing each write at once (the
 // floor of a stop-and-wait loop over Qt's sockets).
 //
-// Usage: vonnel_transfer [megabytes] [bytes per send ...]   (default 200 2000 8000)
+// Usage: bench_transfer [megabytes] [bytes per send ...]   (default 200 2000 8000)
 // VONNEL_BENCH_ROUNDS sets the number of rounds (default 3).
 
 #include "support/Session.h"
 #include "support/TestCopy.h"
 #include "transfer/Transfer.h"
+#include "platform/Prompter.h"
 
 #include <QApplication>
 #include <QDir>

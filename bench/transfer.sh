@@ -8,5 +8,5 @@ mb=${1:-200}
 build=${2:-$here/build}
 [ $# -gt 2 ] && shift 2 || set --
 . "$here/bench/lib.sh"
-build_bench vonnel_transfer "$build"
-QT_QPA_PLATFORM=offscreen "$build/bench/vonnel_transfer" "$mb" "$@" 2>/dev/null
+build_bench bench_transfer "$build"
+QT_QPA_PLATFORM=offscreen "$build/bench/bench_transfer" "$mb" "$@" 2>/dev/null

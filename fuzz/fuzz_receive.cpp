@@ -9,6 +9,9 @@
 #include "support/TestCopy.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "core/CopyContext.h"
 
 #include <QApplication>
 #include <cstdint>
@@ -40,16 +43,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FrmMain& f = copy->frm();
     Receiver& r = f.receiver();
     const uint8_t flags = data[0];
-    f.selfRepair = flags & 1;
-    f.acceptIncompatible = flags & 2;
-    f.remoteEncrypted = flags & 4;
-    f.remoteKey = (flags & 4) ? QStringLiteral("03:25 PM") : QString();
-    f.overflowLimit = (flags & 8) ? 1 : 50;
-    f.repairCountLimit = 50;
+    f.receiver().selfRepair = flags & 1;
+    f.receiver().acceptIncompatible = flags & 2;
+    f.encryption().remoteEncrypted = flags & 4;
+    f.encryption().remoteKey = (flags & 4) ? QStringLiteral("03:25 PM") : QString();
+    f.receiver().overflowLimit = (flags & 8) ? 1 : 50;
+    f.receiver().repairCountLimit = 50;
     r.remotePane().repairCount = 0;
-    f.unloading = false;
-    f.txtClient(0).setText((flags & 16) ? QStringLiteral("abc") : QString());
-    f.txtTextMsg.clear();
+    f.ctx().unloading = false;
+    f.model().txtClient(0).setText((flags & 16) ? QStringLiteral("abc") : QString());
+    f.model().txtTextMsg.clear();
     r.remoteHistory.clear();
     copy->prompter().clearRecords();
 
@@ -58,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 
     // Nothing one arrival does may grow the pane beyond the arrival and
     // the fill-up ceiling.
-    if (f.txtClient(0).length() > (1 << 20) + 8 + int(size) * 2)
+    if (f.model().txtClient(0).length() > (1 << 20) + 8 + int(size) * 2)
         std::abort();
     return 0;
 }

@@ -13,6 +13,7 @@
 #include "support/TestCopy.h"
 #include "transfer/Transfer.h"
 #include "wire/Receiver.h"
+#include "platform/Prompter.h"
 
 #include <QApplication>
 #include <QDir>

@@ -14,13 +14,15 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
 class PasswordStore;
+class Sender;
 
 class Encryption : public QObject {
     Q_OBJECT
 public:
-    explicit Encryption(FrmMain& frm);
+    Encryption(CopyContext& ctx, MainModel& model, Sender& sender, QObject* parent = nullptr);
     ~Encryption() override;
 
     // --- the cipher routines with their failure boxes -------------------------
@@ -95,6 +97,17 @@ public:
     // Tool tips of panels 8 and 9 from what they show.
     void refreshMarkTips();
 
+    // Enciphers the inner text of a wrapped frame with this side's key.
+    QString encipher(const QString& inner) { return genEPass(inner, sessionKey); }
+
+    // --- the session's cipher state -------------------------------------------
+    // This side enciphers its frames (Encrypted, read at each session).
+    bool encryptOn = false;
+    // The peer's frames come enciphered: its key frame has arrived.
+    bool remoteEncrypted = false;
+    QString sessionKey;
+    QString remoteKey;
+
     // --- passwords --------------------------------------------------------------
     PasswordStore& passwords() const { return *m_passwords; }
 
@@ -102,7 +115,9 @@ private:
     bool sendKeyRaw();
     void failureBox(const QString& prefix, const QString& error, const QString& text);
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Sender& m_sender;
     std::unique_ptr<PasswordStore> m_passwords;
     bool m_keyAnnounced = false;
 };

@@ -5,13 +5,14 @@
 #include "core/IniStore.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
 
 namespace vonnel {
 
 // --- frmPassLock ------------------------------------------------------------------
 
-FrmPassLock::FrmPassLock(FrmMain& frm, PasswordStore& store) : m_frm(frm), m_store(store) {}
+FrmPassLock::FrmPassLock(CopyContext& ctx, PasswordStore& store) : m_ctx(ctx), m_store(store) {}
 
 QString FrmPassLock::captionTop()
 {
@@ -58,15 +59,15 @@ bool FrmPassLock::charactersFit(const QString& text)
         if (fromCp1252(byte) != one) {
             // Beyond the code page: the old runtime gave such characters a
             // negative code.
-            m_frm.prompter().msgBox(
-                m_frm.translate(QStringLiteral("Any other than English character is not support")),
+            m_ctx.prompter().msgBox(
+                m_ctx.translate(QStringLiteral("Any other than English character is not support")),
                 MsgStyle::Exclamation);
             return false;
         }
         const int code = uchar(byte.at(0));
         if (code >= 128 && code <= 254) {
-            m_frm.prompter().msgBox(
-                m_frm.translate(QStringLiteral("Any other than standard ASCII character is not support")),
+            m_ctx.prompter().msgBox(
+                m_ctx.translate(QStringLiteral("Any other than standard ASCII character is not support")),
                 MsgStyle::Exclamation);
             return false;
         }
@@ -80,14 +81,14 @@ void FrmPassLock::cmdOK_Click()
         txtPass = PasswordStore::kNoPassword;
         txtPassword = PasswordStore::kNoPassword;
     } else if (txtPass.size() < 4) {
-        m_frm.prompter().msgBox(m_frm.translate(QStringLiteral("Password must be at least 4 characters.")),
+        m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Password must be at least 4 characters.")),
                                 MsgStyle::Exclamation);
         txtPass.clear();
         txtPassword.clear();
         return;
     } else if (txtPass != txtPassword) {
-        m_frm.prompter().msgBox(
-            m_frm.translate(QStringLiteral("Please enter the SAME password for both boxes.")),
+        m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("Please enter the SAME password for both boxes.")),
             MsgStyle::Exclamation);
         txtPass.clear();
         txtPassword.clear();
@@ -101,7 +102,7 @@ void FrmPassLock::cmdOK_Click()
 
 // --- frmUnlock --------------------------------------------------------------------
 
-FrmUnlock::FrmUnlock(FrmMain& frm, PasswordStore& store) : m_frm(frm), m_store(store) {}
+FrmUnlock::FrmUnlock(CopyContext& ctx, PasswordStore& store) : m_ctx(ctx), m_store(store) {}
 
 QString FrmUnlock::title()
 {
@@ -132,7 +133,7 @@ void FrmUnlock::OKButton_Click()
     const QString password = m_store.passwordOfLevel();
     if (recoveryArmed) {
         recoveryArmed = false;
-        m_frm.prompter().msgBox(QStringLiteral("Password is: ") + password);
+        m_ctx.prompter().msgBox(QStringLiteral("Password is: ") + password);
     }
     if (txtUnlock == password) {
         m_store.unlockPassed = true;
@@ -141,17 +142,17 @@ void FrmUnlock::OKButton_Click()
     }
     m_store.unlockPassed = false;
     if (txtUnlock == QLatin1String("help")) {
-        m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("password.htm"));
+        m_ctx.desktop().openFile(m_ctx.HelpPath + QStringLiteral("password.htm"));
         return;
     }
-    m_frm.prompter().msgBox(m_frm.translate(QStringLiteral("Not a valid Password!!!")),
+    m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Not a valid Password!!!")),
                             MsgStyle::Exclamation);
     txtUnlock.clear();
 }
 
 // --- frmSecurity ------------------------------------------------------------------
 
-FrmSecurity::FrmSecurity(FrmMain& frm, PasswordStore& store) : m_frm(frm), m_store(store) {}
+FrmSecurity::FrmSecurity(CopyContext& ctx, PasswordStore& store) : m_ctx(ctx), m_store(store) {}
 
 void FrmSecurity::Form_Load()
 {
@@ -169,7 +170,7 @@ void FrmSecurity::refill()
 
 void FrmSecurity::setPass(const QString& level)
 {
-    const int usage = m_frm.settingInt(QStringLiteral("Usage"));
+    const int usage = m_ctx.settingInt(QStringLiteral("Usage"));
     m_store.passLevel = level;
     const bool has = level.startsWith(QLatin1Char('1')) ? m_store.hasFirstPassword
                                                          : m_store.hasSecondPassword;
@@ -182,7 +183,7 @@ void FrmSecurity::setPass(const QString& level)
     // chose. It gets the no-password record instead.
     const QString other = level.startsWith(QLatin1Char('1')) ? QStringLiteral("2nd")
                                                              : QStringLiteral("1st");
-    if (!m_frm.setting(PasswordStore::levelKey(level)).isEmpty())
+    if (!m_ctx.setting(PasswordStore::levelKey(level)).isEmpty())
         m_store.storeNoPasswordIfMissing(other);
     m_store.loadPassword(other);
     m_store.loadPassword(level);
@@ -197,28 +198,28 @@ void FrmSecurity::OKButton_Click()
 
 void FrmSecurity::cmdHelp_Click()
 {
-    m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("security.htm"));
+    m_ctx.desktop().openFile(m_ctx.HelpPath + QStringLiteral("security.htm"));
 }
 
 // --- frmEncrypt -------------------------------------------------------------------
 
-FrmEncrypt::FrmEncrypt(FrmMain& frm) : m_frm(frm) {}
+FrmEncrypt::FrmEncrypt(CopyContext& ctx, Encryption& cipher) : m_ctx(ctx), m_cipher(cipher) {}
 
 void FrmEncrypt::Form_Load()
 {
-    colour = m_frm.setting(QStringLiteral("Encrypt-Colour"));
-    colourFg = m_frm.setting(QStringLiteral("Encrypt-Colour-FG"));
-    colourBk = m_frm.setting(QStringLiteral("Encrypt-Colour-BK"));
-    lblKey = m_frm.translate(QStringLiteral("Key:"));
-    captionEncrypt = m_frm.translate(QStringLiteral("Encrypt"));
-    captionDecrypt = m_frm.translate(QStringLiteral("Decrypt"));
+    colour = m_ctx.setting(QStringLiteral("Encrypt-Colour"));
+    colourFg = m_ctx.setting(QStringLiteral("Encrypt-Colour-FG"));
+    colourBk = m_ctx.setting(QStringLiteral("Encrypt-Colour-BK"));
+    lblKey = m_ctx.translate(QStringLiteral("Key:"));
+    captionEncrypt = m_ctx.translate(QStringLiteral("Encrypt"));
+    captionDecrypt = m_ctx.translate(QStringLiteral("Decrypt"));
 }
 
 bool FrmEncrypt::keyGiven()
 {
     if (!txtKey.isEmpty())
         return true;
-    m_frm.prompter().msgBox(m_frm.translate(QStringLiteral("Key should not be empty")),
+    m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Key should not be empty")),
                             MsgStyle::Exclamation);
     return false;
 }
@@ -226,18 +227,18 @@ bool FrmEncrypt::keyGiven()
 void FrmEncrypt::cmdEncrypt_Click()
 {
     if (keyGiven())
-        txtResult = m_frm.encryption().genEPass(txtText, txtKey);
+        txtResult = m_cipher.genEPass(txtText, txtKey);
 }
 
 void FrmEncrypt::cmdDecrypt_Click()
 {
     if (keyGiven())
-        txtResult = m_frm.encryption().getEPass(txtResult, txtKey);
+        txtResult = m_cipher.getEPass(txtResult, txtKey);
 }
 
 void FrmEncrypt::cmdHelp_Click()
 {
-    m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("encryption.htm"));
+    m_ctx.desktop().openFile(m_ctx.HelpPath + QStringLiteral("encryption.htm"));
 }
 
 }  // namespace vonnel

@@ -7,13 +7,14 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class Encryption;
 class PasswordStore;
 
 // Sets the password of store.passLevel.
 class FrmPassLock {
 public:
-    FrmPassLock(FrmMain& frm, PasswordStore& store);
+    FrmPassLock(CopyContext& ctx, PasswordStore& store);
 
     static QString captionTop();     // "Enter new password in the following. (Case Sensative)"
     static QString captionBottom();  // "Or, leave them empty for no password."
@@ -39,14 +40,14 @@ private:
     // False (after its box) when a text holds a character the store can't keep.
     bool charactersFit(const QString& text);
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
     PasswordStore& m_store;
 };
 
 // Asks for the password of store.passLevel.
 class FrmUnlock {
 public:
-    FrmUnlock(FrmMain& frm, PasswordStore& store);
+    FrmUnlock(CopyContext& ctx, PasswordStore& store);
 
     static QString title();  // "Vonnel - [Locked]"
     static QString label();  // "Please enter password to unlock it"
@@ -63,14 +64,14 @@ public:
     void imgLock_Click();
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
     PasswordStore& m_store;
 };
 
 // The overview of both levels.
 class FrmSecurity {
 public:
-    FrmSecurity(FrmMain& frm, PasswordStore& store);
+    FrmSecurity(CopyContext& ctx, PasswordStore& store);
 
     static QString lblStartup() { return QStringLiteral("Startup password protected"); }
     static QString lblStartupNote() { return QStringLiteral("Prevent unauthorized person from usage"); }
@@ -97,14 +98,14 @@ private:
     void setPass(const QString& level);
     void refill();
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
     PasswordStore& m_store;
 };
 
 // The hand tool: enciphers or deciphers a text under a typed key.
 class FrmEncrypt {
 public:
-    explicit FrmEncrypt(FrmMain& frm);
+    FrmEncrypt(CopyContext& ctx, Encryption& cipher);
 
     static QString title() { return QStringLiteral("128 Bit Encryption"); }
 
@@ -123,7 +124,8 @@ public:
 private:
     bool keyGiven();
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    Encryption& m_cipher;
 };
 
 }  // namespace vonnel

@@ -5,7 +5,8 @@
 #include "core/IniStore.h"
 #include "platform/Clock.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
 
 namespace vonnel {
 
@@ -40,7 +41,7 @@ struct ScreenUp {
 
 }  // namespace
 
-PasswordStore::PasswordStore(FrmMain& frm) : m_frm(frm) {}
+PasswordStore::PasswordStore(CopyContext& ctx, MainModel& model) : m_ctx(ctx), m_model(model) {}
 
 QDate PasswordStore::parseSavedDate(const QString& text)
 {
@@ -55,21 +56,21 @@ QString PasswordStore::readPassword(const QString& cipher)
 {
     if (cipher.isEmpty())
         return kEmptyCipher;
-    QDate day = m_frm.clock().today();
-    const QString saved = m_frm.setting(savedKey(passLevel));
+    QDate day = m_ctx.clock().today();
+    const QString saved = m_ctx.setting(savedKey(passLevel));
     if (!saved.isEmpty()) {
         const QDate d = parseSavedDate(saved);
         if (d.isValid())
             day = d;
         else
-            m_frm.prompter().msgBox(QStringLiteral("Decryption Error: Type mismatch"),
+            m_ctx.prompter().msgBox(QStringLiteral("Decryption Error: Type mismatch"),
                                     MsgStyle::Exclamation);
     }
     QString error;
     const QByteArray plain =
         getEPass(toCp1252(cipher), numericKey(dayNumber(day)), &error);
     if (!error.isEmpty())
-        m_frm.prompter().msgBox(QStringLiteral("Decryption Error: ") + error, MsgStyle::Exclamation);
+        m_ctx.prompter().msgBox(QStringLiteral("Decryption Error: ") + error, MsgStyle::Exclamation);
     return fromCp1252(plain);
 }
 
@@ -79,8 +80,8 @@ void PasswordStore::loadPassword(const QString& level)
     if (n == 0)
         return;
     passLevel = n == 1 ? QStringLiteral("1st") : QStringLiteral("2nd");
-    const QString cipher = m_frm.setting(levelKey(passLevel));
-    const bool overridden = m_frm.settingFlag(QStringLiteral("Override Password"));
+    const QString cipher = m_ctx.setting(levelKey(passLevel));
+    const bool overridden = m_ctx.settingFlag(QStringLiteral("Override Password"));
 
     QString password;
     bool has = true;
@@ -107,20 +108,20 @@ void PasswordStore::loadBoth()
 
 void PasswordStore::storePassword(const QString& text)
 {
-    const QDate today = m_frm.clock().today();
+    const QDate today = m_ctx.clock().today();
     const QByteArray cipher = genpass(toCp1252(sharedTrim(text)), today);
-    m_frm.writeSetting(levelKey(passLevel), fromCp1252(cipher));
-    m_frm.writeSetting(savedKey(passLevel), today.toString(Qt::ISODate));
-    m_frm.writeSetting(QStringLiteral("Override Password"), QStringLiteral("0"));
+    m_ctx.writeSetting(levelKey(passLevel), fromCp1252(cipher));
+    m_ctx.writeSetting(savedKey(passLevel), today.toString(Qt::ISODate));
+    m_ctx.writeSetting(QStringLiteral("Override Password"), QStringLiteral("0"));
 }
 
 bool PasswordStore::storeNoPasswordIfMissing(const QString& level)
 {
-    if (!m_frm.setting(levelKey(level)).isEmpty())
+    if (!m_ctx.setting(levelKey(level)).isEmpty())
         return false;
-    const QDate today = m_frm.clock().today();
-    m_frm.writeSetting(levelKey(level), fromCp1252(genpass(toCp1252(kNoPassword), today)));
-    m_frm.writeSetting(savedKey(level), today.toString(Qt::ISODate));
+    const QDate today = m_ctx.clock().today();
+    m_ctx.writeSetting(levelKey(level), fromCp1252(genpass(toCp1252(kNoPassword), today)));
+    m_ctx.writeSetting(savedKey(level), today.toString(Qt::ISODate));
     return true;
 }
 
@@ -139,15 +140,15 @@ bool PasswordStore::runUnlock(const QString& level)
 {
     ScreenUp up(m_screensUp);
     passLevel = level;
-    FrmUnlock form(m_frm, *this);
+    FrmUnlock form(m_ctx, *this);
     form.Form_Load();
     if (unlockScreen) {
         unlockScreen(form);
         return unlockPassed;
     }
     while (!form.closed) {
-        const auto typed = m_frm.prompter().input(
-            m_frm.translate(FrmUnlock::title()), m_frm.translate(FrmUnlock::label()), QString());
+        const auto typed = m_ctx.prompter().input(
+            m_ctx.translate(FrmUnlock::title()), m_ctx.translate(FrmUnlock::label()), QString());
         if (!typed) {
             form.CancelButton_Click();
             break;
@@ -162,24 +163,24 @@ void PasswordStore::runPassLock(const QString& level)
 {
     ScreenUp up(m_screensUp);
     passLevel = level;
-    FrmPassLock form(m_frm, *this);
+    FrmPassLock form(m_ctx, *this);
     if (passLockScreen) {
         passLockScreen(form);
         return;
     }
     const QString title =
-        FrmMain::kTitle + QStringLiteral(" - ") + m_frm.translate(FrmPassLock::levelName(level));
-    const QString head = m_frm.translate(FrmPassLock::captionTop()) + QStringLiteral("\r\n") +
-                         m_frm.translate(FrmPassLock::captionBottom()) + QStringLiteral("\r\n\r\n");
+        MainModel::kTitle + QStringLiteral(" - ") + m_ctx.translate(FrmPassLock::levelName(level));
+    const QString head = m_ctx.translate(FrmPassLock::captionTop()) + QStringLiteral("\r\n") +
+                         m_ctx.translate(FrmPassLock::captionBottom()) + QStringLiteral("\r\n\r\n");
     while (!form.closed) {
-        const auto pass = m_frm.prompter().input(
-            title, head + m_frm.translate(FrmPassLock::labelPass()), QString());
+        const auto pass = m_ctx.prompter().input(
+            title, head + m_ctx.translate(FrmPassLock::labelPass()), QString());
         if (!pass) {
             form.cmdCancel_Click();
             break;
         }
         const auto confirm =
-            m_frm.prompter().input(title, m_frm.translate(FrmPassLock::labelPassword()), QString());
+            m_ctx.prompter().input(title, m_ctx.translate(FrmPassLock::labelPassword()), QString());
         if (!confirm) {
             form.cmdCancel_Click();
             break;
@@ -200,10 +201,10 @@ bool PasswordStore::startupLock()
                              "mnuSysProperties", "mnuSysClose", "mnuEdit", "mnuMessage", "mnuTools",
                              "mnuFileProperties", "mnuConnect", "mnuFileAutoConnect", "mnuFileClose",
                              "mnuSpecial", "mnuDisconnect", "mnuSave"})
-        m_frm.controls.setEnabled(QLatin1String(name), false);
-    m_frm.controls.setVisible(QStringLiteral("Toolbar1"), false);
-    m_frm.txtServer.setEnabled(false);
-    m_frm.StartupLockFailed = true;
+        m_model.controls.setEnabled(QLatin1String(name), false);
+    m_model.controls.setVisible(QStringLiteral("Toolbar1"), false);
+    m_model.txtServer.setEnabled(false);
+    startupLockFailed = true;
     return false;
 }
 
@@ -216,8 +217,8 @@ bool PasswordStore::secondLevelUnlocked()
 
 void PasswordStore::initPasswordSetting()
 {
-    if (m_frm.settingInt(QStringLiteral("Usage")) < 3) {
-        m_frm.stStatusbar.setText(2, m_frm.translate(QStringLiteral("Inialize password setting...")));
+    if (m_ctx.settingInt(QStringLiteral("Usage")) < 3) {
+        m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Inialize password setting...")));
         runPassLock(QStringLiteral("1st"));
         runPassLock(QStringLiteral("2nd"));
     }
@@ -227,12 +228,12 @@ void PasswordStore::initPasswordSetting()
 
 void PasswordStore::applyMenuState()
 {
-    m_frm.controls.setCaption(QStringLiteral("mnuMin"),
+    m_model.controls.setCaption(QStringLiteral("mnuMin"),
                               hasSecondPassword
-                                  ? m_frm.translate(QStringLiteral("Minimize && Lock"),
+                                  ? m_ctx.translate(QStringLiteral("Minimize && Lock"),
                                                     QStringLiteral("Min&Lock"))
-                                  : m_frm.translate(QStringLiteral("Minimize")));
-    m_frm.controls.setChecked(QStringLiteral("mnuSecurity"), hasFirstPassword || hasSecondPassword);
+                                  : m_ctx.translate(QStringLiteral("Minimize")));
+    m_model.controls.setChecked(QStringLiteral("mnuSecurity"), hasFirstPassword || hasSecondPassword);
 }
 
 }  // namespace vonnel

@@ -11,7 +11,8 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
 class FrmPassLock;
 class FrmUnlock;
 
@@ -25,7 +26,7 @@ public:
     // What reading an empty cipher text gives.
     static inline const QString kEmptyCipher = QStringLiteral("qzyrtnEdiovoidEntryzq");
 
-    explicit PasswordStore(FrmMain& frm);
+    PasswordStore(CopyContext& ctx, MainModel& model);
 
     // The level being read, set or asked for: "1st" or "2nd".
     QString passLevel = QStringLiteral("1st");
@@ -70,6 +71,8 @@ public:
     // not satisfied the main window's commands are disabled and
     // StartupLockFailed is set. Returns false in that case.
     bool startupLock();
+    // The start-up lock was not passed: the copy ends.
+    bool startupLockFailed = false;
     // The second-level gate of ShowMain and the tray's URL entry.
     bool secondLevelUnlocked();
     // Init: below three starts the passwords are set up; then both levels are
@@ -81,7 +84,8 @@ public:
     static QDate parseSavedDate(const QString& text);
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
     int m_screensUp = 0;
 };
 

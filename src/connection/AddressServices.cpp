@@ -1,7 +1,8 @@
 #include "connection/AddressServices.h"
 
 #include "connection/IpList.h"
-#include "shell/FrmMain.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
 
 #include <QEventLoop>
 #include <QHostAddress>
@@ -11,7 +12,10 @@
 
 namespace vonnel {
 
-AddressServices::AddressServices(FrmMain& frm) : QObject(&frm), m_frm(frm) {}
+AddressServices::AddressServices(CopyContext& ctx, MainModel& model, QObject* parent)
+    : QObject(parent), m_ctx(ctx), m_model(model)
+{
+}
 
 bool AddressServices::looksDotted(const QString& text)
 {
@@ -21,10 +25,9 @@ bool AddressServices::looksDotted(const QString& text)
 QString AddressServices::lookup(const QString& text, bool reverse, const QString& word,
                                 bool showStatus)
 {
-    FrmMain& f = m_frm;
-    const QString before = f.stStatusbar.text(2);
+    const QString before = m_model.stStatusbar.text(2);
     if (showStatus)
-        f.stStatusbar.setText(2, word);
+        m_model.stStatusbar.setText(2, word);
     m_busy = true;
     Q_EMIT lookupRunning(true);
 
@@ -43,7 +46,7 @@ QString AddressServices::lookup(const QString& text, bool reverse, const QString
     m_busy = false;
     Q_EMIT lookupRunning(false);
     if (showStatus)
-        f.stStatusbar.setText(2, before);
+        m_model.stStatusbar.setText(2, before);
 
     if (info.error() != QHostInfo::NoError)
         return kFailed;
@@ -65,7 +68,7 @@ QString AddressServices::lookup(const QString& text, bool reverse, const QString
 
 QString AddressServices::ResolveName(const QString& host, bool showStatus)
 {
-    const QString word = m_frm.translate(QStringLiteral("ResolvingAddress"),
+    const QString word = m_ctx.translate(QStringLiteral("ResolvingAddress"),
                                          QStringLiteral("Resolving network address..."));
     const QString name = host.trimmed();
     if (name.isEmpty())
@@ -75,7 +78,7 @@ QString AddressServices::ResolveName(const QString& host, bool showStatus)
 
 QString AddressServices::ResolveAddress(const QString& address)
 {
-    const QString word = m_frm.translate(QStringLiteral("ResolvingHost"),
+    const QString word = m_ctx.translate(QStringLiteral("ResolvingHost"),
                                          QStringLiteral("Resolving network host..."));
     if (address.isEmpty())
         return QString();

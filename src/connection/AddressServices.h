@@ -9,7 +9,8 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
 
 class AddressServices : public QObject {
     Q_OBJECT
@@ -17,7 +18,7 @@ public:
     static inline const QString kFailed = QStringLiteral("- - - - - - ");
     static constexpr int kMaxLocalAddresses = 10;
 
-    explicit AddressServices(FrmMain& frm);
+    AddressServices(CopyContext& ctx, MainModel& model, QObject* parent = nullptr);
 
     // The dotted address of a host name (or of a dotted text, itself).
     QString ResolveName(const QString& host, bool showStatus = true);
@@ -47,7 +48,8 @@ private:
     // Runs the lookup while the window keeps painting; user input waits.
     QString lookup(const QString& text, bool reverse, const QString& word, bool showStatus);
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
     bool m_busy = false;
 };
 

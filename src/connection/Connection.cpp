@@ -6,8 +6,11 @@
 #include "connection/PropertyDialog.h"
 #include "core/IniStore.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 #include <QHostAddress>
 #include <QLocale>
@@ -20,11 +23,18 @@ namespace {
 const QString kCrLf = QStringLiteral("\r\n");
 }
 
-Connection::Connection(FrmMain& frm)
-    : QObject(&frm), m_frm(frm), m_address(std::make_unique<AddressServices>(frm))
+Connection::Connection(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+                       Encryption& cipher, QObject* parent)
+    : QObject(parent),
+      m_ctx(ctx),
+      m_model(model),
+      m_session(session),
+      m_sender(sender),
+      m_cipher(cipher),
+      m_address(std::make_unique<AddressServices>(ctx, model))
 {
     for (int i = 0; i < 2; ++i) {
-        Winsock& ws = frm.winsock(i);
+        Winsock& ws = m_session.winsock(i);
         // Decisions and ends of sessions run from the event loop, never
         // inside the socket's own signal.
         connect(&ws, &Winsock::ConnectionRequest, this, &Connection::Winsock_ConnectionRequest,
@@ -33,13 +43,13 @@ Connection::Connection(FrmMain& frm)
         connect(&ws, &Winsock::Close_, this, &Connection::Winsock_Close, Qt::QueuedConnection);
         connect(&ws, &Winsock::Error, this, &Connection::Winsock_Error);
     }
-    Winsock& ws = frm.winsock(0);
+    Winsock& ws = m_session.winsock(0);
     connect(&ws, &Winsock::SendComplete, this, &Connection::Winsock_SendComplete);
     connect(&ws, &Winsock::SendProgress, this, &Connection::Winsock_SendProgress);
     // The first data of a session is what the caller waits for.
     connect(&ws, &Winsock::DataArrival, this, [this](int index, qint64) {
         if (index == 0)
-            m_frm.RemoteResponded = true;
+            m_session.RemoteResponded = true;
     });
 }
 
@@ -47,24 +57,23 @@ Connection::~Connection() = default;
 
 void Connection::spin()
 {
-    m_frm.yieldEvents();
+    m_session.yieldEvents();
     QThread::usleep(50);
 }
 
 void Connection::showMain()
 {
-    FrmMain& f = m_frm;
-    if (!f.isVisible() || f.windowState() == FrmMain::vbMinimized) {
-        f.setVisible(true);
-        f.setWindowState(FrmMain::vbNormal);
-        f.setVisible(true);
+    if (!m_model.isVisible() || m_model.windowState() == MainModel::vbMinimized) {
+        m_model.setVisible(true);
+        m_model.setWindowState(MainModel::vbNormal);
+        m_model.setVisible(true);
     }
 }
 
 bool Connection::isOwnAddress(const QString& text) const
 {
     const QString t = text.trimmed();
-    Winsock& ws = m_frm.winsock(0);
+    Winsock& ws = m_session.winsock(0);
     if (t.compare(ws.LocalHostName(), Qt::CaseInsensitive) == 0 || t == ws.LocalIP() ||
         t.compare(QLatin1String("localhost"), Qt::CaseInsensitive) == 0)
         return true;
@@ -83,11 +92,10 @@ bool Connection::isOwnAddress(const QString& text) const
 
 void Connection::ListenOnLocalPort()
 {
-    FrmMain& f = m_frm;
-    Winsock& ws = f.winsock(f.sIdx);
-    ws.setLocalPort(quint16(f.settingInt(QStringLiteral("LocalPort"))));
+    Winsock& ws = m_session.winsock(m_session.sIdx);
+    ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
     ws.Listen();
-    f.checkStatus();
+    m_session.checkStatus();
     if (ws.State() == Winsock::sckListening)
         return;
     const quint16 next = quint16(ws.LocalPort() + 1);
@@ -95,41 +103,41 @@ void Connection::ListenOnLocalPort()
     ws.Listen();
     const QString text = QStringLiteral("Error: Local Port Address in use by another program") +
                          kCrLf + QStringLiteral("it will automatically change to");
-    f.prompter().msgBox(text, MsgStyle::Information,
+    m_ctx.prompter().msgBox(text, MsgStyle::Information,
                         QStringLiteral("Port Setting") + QLatin1Char(' ') + QString::number(next));
-    f.stStatusbar.setTag(2, f.translate(QStringLiteral("Local Port")));
-    f.stStatusbar.setText(2, f.stStatusbar.panel(2).tag + QStringLiteral(" = ") +
+    m_model.stStatusbar.setTag(2, m_ctx.translate(QStringLiteral("Local Port")));
+    m_model.stStatusbar.setText(2, m_model.stStatusbar.panel(2).tag + QStringLiteral(" = ") +
                                  QString::number(ws.LocalPort()));
-    f.stStatusbar.setToolTip(2, f.stStatusbar.text(2));
+    m_model.stStatusbar.setToolTip(2, m_model.stStatusbar.text(2));
     ShowLocalInfo();
     // An automatic change lasts.
-    f.writeSetting(QStringLiteral("LocalPort"), QString::number(ws.LocalPort()));
+    m_ctx.writeSetting(QStringLiteral("LocalPort"), QString::number(ws.LocalPort()));
 }
 
 void Connection::ShowLocalInfo()
 {
-    FrmMain& f = m_frm;
-    if (f.IsConnected())
+    if (m_session.IsConnected())
         return;
     AddressServices& a = address();
     a.GetLocalHost();
-    QString lines = f.translate(QStringLiteral("Computer Name")) + QStringLiteral(": ") +
+    QString lines = m_ctx.translate(QStringLiteral("Computer Name")) + QStringLiteral(": ") +
                     a.ComputerName() + kCrLf;
     for (const QString& ip : a.localAddresses) {
         if (ip == QLatin1String("0.0.0.0"))
             continue;
-        lines += f.translate(QStringLiteral("Address")) + QStringLiteral("    IP ") +
+        lines += m_ctx.translate(QStringLiteral("Address")) + QStringLiteral("    IP ") +
                  QStringLiteral(": ") + ip + kCrLf;
     }
-    lines += f.translate(QStringLiteral("Port")) + QStringLiteral("\t : ") +
-             QString::number(f.winsock(0).LocalPort());
-    f.txtServer.append(lines);
+    lines += m_ctx.translate(QStringLiteral("Port")) + QStringLiteral("\t : ") +
+             QString::number(m_session.winsock(0).LocalPort());
+    m_model.txtServer.append(lines);
 }
 
 PropertyDialog& Connection::propertyDialog()
 {
     if (!m_property) {
-        m_property = std::make_unique<PropertyDialog>(m_frm);
+        m_property = std::make_unique<PropertyDialog>(m_ctx, m_model, m_session);
+        connect(m_property.get(), &PropertyDialog::applied, this, &Connection::propertiesApplied);
         m_property->Form_Load();
     }
     return *m_property;
@@ -146,30 +154,56 @@ void Connection::Winsock_SendComplete(int index)
 {
     if (index > 0)
         return;
-    FrmMain& f = m_frm;
-    if (f.txtServer.locked())
-        f.txtServer.setLocked(false);
-    if (f.SessionDateStart.isValid()) {
-        const qint64 mins = f.SessionDateStart.secsTo(f.clock().now()) / 60;
-        if (mins > iniInt(f.stStatusbar.text(4)))
-            f.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                         f.translate(QStringLiteral("min.")));
+    if (m_model.txtServer.locked())
+        m_model.txtServer.setLocked(false);
+    if (m_session.SessionDateStart.isValid()) {
+        const qint64 mins = m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60;
+        if (mins > iniInt(m_model.stStatusbar.text(4)))
+            m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
+                                         m_ctx.translate(QStringLiteral("min.")));
     }
-    f.stStatusbar.setPicture(1, StatePicture::picReady);
-    if (f.views().isVisible(QStringLiteral("frmDraw")))
-        Q_EMIT f.drawStatus(1, QString(), StatePicture::picReady);
+    m_model.stStatusbar.setPicture(1, StatePicture::picReady);
+    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picReady);
 }
 
 void Connection::Winsock_SendProgress(int index, qint64 bytesSent, qint64)
 {
     if (index > 0)
         return;
-    FrmMain& f = m_frm;
-    f.stStatusbar.setPicture(1, StatePicture::picSend);
-    if (f.views().isVisible(QStringLiteral("frmDraw")))
-        Q_EMIT f.drawStatus(1, QString(), StatePicture::picSend);
-    f.bytesSentCount += bytesSent;
-    f.stStatusbar.setText(11, FrmMain::byteCountText(f.bytesSentCount));
+    m_model.stStatusbar.setPicture(1, StatePicture::picSend);
+    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
+    m_session.bytesSentCount += bytesSent;
+    m_model.stStatusbar.setText(11, Session::byteCountText(m_session.bytesSentCount));
+}
+
+void Connection::stStatusbar_PanelClick(int panel)
+{
+    StatusBar& bar = m_model.stStatusbar;
+    if (bar.panel(panel).key != QLatin1String("Status"))
+        return;
+    const QString text = bar.text(2);
+    if (text == m_ctx.translate(QStringLiteral("Winsock Error: Connection time out"))) {
+        m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("Possible Error:")) + QStringLiteral(" \r\t") +
+                QStringLiteral("Invalid Remote IP Address") + QStringLiteral("\r\t") +
+                m_ctx.translate(QStringLiteral("Invalid Remote Port Address")) +
+                QStringLiteral("\r\t") +
+                m_ctx.translate(QStringLiteral("Remote user is not in Ready mode")),
+            MsgStyle::Information);
+        bar.setToolTip(2, QString());
+        mnuDisconnect_Click();
+    }
+    if (bar.text(2) == m_ctx.translate(QStringLiteral("Ready")))
+        bar.setToolTip(2, m_ctx.translate(QStringLiteral("Ready to be connected")));
+    if (bar.text(2).startsWith(m_ctx.translate(QStringLiteral("Connection Closed"))) &&
+        m_session.winsock(m_session.sIdx).State() == Winsock::sckClosed)
+        mnuDisconnect_Click();
+    if (bar.text(2) ==
+        m_ctx.translate(QStringLiteral("Socket Error: Disconnected by remote computer")))
+        bar.setToolTip(2, m_ctx.translate(QStringLiteral("Click Refresh button to reset")));
+    m_session.checkStatus();
 }
 
 }  // namespace vonnel

@@ -9,7 +9,11 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
+class Session;
+class Sender;
+class Encryption;
 class AddressServices;
 class LoginDialog;
 class PropertyDialog;
@@ -17,7 +21,8 @@ class PropertyDialog;
 class Connection : public QObject {
     Q_OBJECT
 public:
-    explicit Connection(FrmMain& frm);
+    Connection(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+               Encryption& cipher, QObject* parent = nullptr);
     ~Connection() override;
 
     AddressServices& address() const { return *m_address; }
@@ -72,11 +77,23 @@ public:
     // One turn of a waiting loop: pending events run, then a short pause.
     void spin();
 
+    // A click on a status bar panel: the Status panel explains a time-out
+    // and resets a closed or failed socket.
+    void stStatusbar_PanelClick(int panel);
+
+Q_SIGNALS:
+    // frmProperty's Apply wrote the settings.
+    void propertiesApplied();
+
 private:
     void showMain();
     void connectFailed(const QString& description);
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
+    Sender& m_sender;
+    Encryption& m_cipher;
     std::unique_ptr<AddressServices> m_address;
     std::unique_ptr<LoginDialog> m_login;
     std::unique_ptr<PropertyDialog> m_property;

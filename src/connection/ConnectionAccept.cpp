@@ -7,8 +7,11 @@
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 
 // The callee's decision on a caller: black and white lists, the busy
@@ -24,51 +27,50 @@ const QString kCrLf = QStringLiteral("\r\n");
 
 void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
 {
-    FrmMain& f = m_frm;
     auto fail = [&](const QString& description) {
-        f.prompter().msgBox(QStringLiteral("Winsock(") + QString::number(index) +
+        m_ctx.prompter().msgBox(QStringLiteral("Winsock(") + QString::number(index) +
                                 QStringLiteral(") Protocol ConnectionRequest Error") +
                                 QLatin1Char('\r') + description + QLatin1Char('\r') +
-                                FrmMain::kTitle,
+                                MainModel::kTitle,
                             MsgStyle::Exclamation);
-        Winsock& ws = f.winsock(f.sIdx);
+        Winsock& ws = m_session.winsock(m_session.sIdx);
         ws.Close();
-        f.idleDelay0();
+        m_session.idleDelay0();
         ws.Listen();
     };
     const QString outOfRange = QStringLiteral("Subscript out of range");
 
-    f.PeerIP = f.winsock(f.sIdx).RemoteHostIP();
-    f.stStatusbar.setText(2, f.translate(QStringLiteral("Connection request from ")) + f.PeerIP +
+    m_session.PeerIP = m_session.winsock(m_session.sIdx).RemoteHostIP();
+    m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection request from ")) + m_session.PeerIP +
                                  QStringLiteral("..."));
-    f.logs().connection(QStringLiteral("Incomming connection request from ") + f.PeerIP);
-    f.txtServer.clear();
-    f.txtClient().setEnabled(false);
-    f.txtClient().clear();
-    f.txtTextMsg.clear();
+    m_ctx.logs().connection(QStringLiteral("Incomming connection request from ") + m_session.PeerIP);
+    m_model.txtServer.clear();
+    m_model.txtClient(m_session.sIdx).setEnabled(false);
+    m_model.txtClient(m_session.sIdx).clear();
+    m_model.txtTextMsg.clear();
 
-    const bool badOn = f.settingFlag(QStringLiteral("Detect Bad IP"));
-    const bool safeOn = f.settingFlag(QStringLiteral("Detect Safe IP"));
+    const bool badOn = m_ctx.settingFlag(QStringLiteral("Detect Bad IP"));
+    const bool safeOn = m_ctx.settingFlag(QStringLiteral("Detect Safe IP"));
 
-    IpList black(f, IpListKind::Blocked);
+    IpList black(m_ctx, IpListKind::Blocked);
     if (badOn && black.exists()) {
         const auto entries = black.readForCall();
         if (!entries) {
             fail(outOfRange);
             return;
         }
-        if (IpList::anyMatches(*entries, f.PeerIP)) {
+        if (IpList::anyMatches(*entries, m_session.PeerIP)) {
             // Not taken, not answered: the caller hears nothing.
             const QString text =
-                f.PeerIP + f.translate(QStringLiteral(" is blocked to be connected"));
-            f.stStatusbar.setText(2, text);
-            f.logs().connection(text);
+                m_session.PeerIP + m_ctx.translate(QStringLiteral(" is blocked to be connected"));
+            m_model.stStatusbar.setText(2, text);
+            m_ctx.logs().connection(text);
             return;
         }
     }
 
-    bool acceptDirectly = f.settingFlag(QStringLiteral("Auto Accept Connection"));
-    IpList white(f, IpListKind::Permitted);
+    bool acceptDirectly = m_ctx.settingFlag(QStringLiteral("Auto Accept Connection"));
+    IpList white(m_ctx, IpListKind::Permitted);
     if (safeOn && white.exists()) {
         const auto entries = white.readForCall();
         if (!entries) {
@@ -77,109 +79,109 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         }
         // A caller absent from the white list is taken without asking; one
         // on it goes by Auto Accept Connection. This order stands.
-        if (!IpList::anyMatches(*entries, f.PeerIP))
+        if (!IpList::anyMatches(*entries, m_session.PeerIP))
             acceptDirectly = true;
     }
 
-    if (index == 1 && f.winsock(f.sIdx).State() == Winsock::sckConnected) {
-        Winsock& busy = f.winsock(1);
+    if (index == 1 && m_session.winsock(m_session.sIdx).State() == Winsock::sckConnected) {
+        Winsock& busy = m_session.winsock(1);
         busy.Close();
         busy.Accept(requestId);
-        f.idleDelay0();
+        m_session.idleDelay0();
         const QString message =
             QStringLiteral("<Paste> ") +
             QStringLiteral("{ Vonnel:: Remote user is currently in session. Please retry later!! }") +
             QStringLiteral("</Paste>");
         if (busy.State() <= Winsock::sckConnected) {
             busy.SendData(toCp1252(message));
-            f.idleDelay0();
+            m_session.idleDelay0();
             busy.Close();
-            f.idleDelay0();
+            m_session.idleDelay0();
             busy.Listen();
         }
     }
 
-    Q_EMIT f.ringRequested(f.Ring3);
+    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring3);
 
     if (!acceptDirectly) {
-        int wait = f.settingInt(QStringLiteral("Incomming Connection Timeout"));
+        int wait = m_ctx.settingInt(QStringLiteral("Incomming Connection Timeout"));
         if (wait < 5)
             wait = 5;  // read and adjusted; the box itself has no time limit
         Q_UNUSED(wait);
         // A hidden window: the tray icon says who is calling.
-        if (!f.isVisible() || f.windowState() == FrmMain::vbMinimized)
-            f.setTrayTip(f.translate(QStringLiteral("From: ")) + f.PeerIP);
-        f.PeerHostName = address().ResolveAddress(f.PeerIP);
-        if (f.PeerHostName == AddressServices::kFailed)
-            f.PeerHostName.clear();
-        const Answer a = f.prompter().msgBox(
-            f.translate(QStringLiteral("Do you accept connection requested from:")) +
-                QLatin1Char(' ') + kCrLf + f.PeerIP + QStringLiteral(" [") + f.PeerHostName +
+        if (!m_model.isVisible() || m_model.windowState() == MainModel::vbMinimized)
+            m_model.setTrayTip(m_ctx.translate(QStringLiteral("From: ")) + m_session.PeerIP);
+        m_session.PeerHostName = address().ResolveAddress(m_session.PeerIP);
+        if (m_session.PeerHostName == AddressServices::kFailed)
+            m_session.PeerHostName.clear();
+        const Answer a = m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("Do you accept connection requested from:")) +
+                QLatin1Char(' ') + kCrLf + m_session.PeerIP + QStringLiteral(" [") + m_session.PeerHostName +
                 QLatin1Char(']'),
             MsgStyle::YesNo | MsgStyle::Information | MsgStyle::Foreground,
-            f.translate(QStringLiteral("Connection Request")) + QStringLiteral(" - ") +
-                FrmMain::kTitle);
+            m_ctx.translate(QStringLiteral("Connection Request")) + QStringLiteral(" - ") +
+                MainModel::kTitle);
         if (a != Answer::Yes) {
-            f.logs().connection(f.PeerIP + QStringLiteral(" is rejected to make a connection"));
+            m_ctx.logs().connection(m_session.PeerIP + QStringLiteral(" is rejected to make a connection"));
             // The request's own status line would stay up: say how it ended.
-            f.stStatusbar.setText(
-                2, f.PeerIP + f.translate(QStringLiteral(" is rejected to make a connection")));
-            Winsock& ws = f.winsock(f.sIdx);
+            m_model.stStatusbar.setText(
+                2, m_session.PeerIP + m_ctx.translate(QStringLiteral(" is rejected to make a connection")));
+            Winsock& ws = m_session.winsock(m_session.sIdx);
             ws.Close();
-            f.idleDelay0();
+            m_session.idleDelay0();
             ws.Listen();
-            f.txtServer.setEnabled(true);
+            m_model.txtServer.setEnabled(true);
             return;
         }
     }
 
-    f.txtServer.setEnabled(false);
-    f.logs().connection(QStringLiteral("Connection with ") + f.PeerIP);
-    if (f.views().isVisible(QStringLiteral("frmDraw")))
-        f.views().unload(QStringLiteral("frmDraw"));
-    f.SessionStartTime = f.clock().timeOfDay();
-    f.controls.setEnabled(QStringLiteral("mnuSave"), false);
-    f.Ring = f.setting(QStringLiteral("Ring"));
-    f.encryption().beginSession();
+    m_model.txtServer.setEnabled(false);
+    m_ctx.logs().connection(QStringLiteral("Connection with ") + m_session.PeerIP);
+    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+        m_ctx.views().unload(QStringLiteral("frmDraw"));
+    m_session.SessionStartTime = m_ctx.clock().timeOfDay();
+    m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
+    m_ctx.rings.Ring = m_ctx.setting(QStringLiteral("Ring"));
+    m_cipher.beginSession();
 
     showMain();
-    f.setCaption(FrmMain::kTitle + QStringLiteral(" - ") + f.PeerIP + QStringLiteral(" [") +
-                 f.PeerHostName + QLatin1Char(']'));
-    f.views().raiseMain();
+    m_model.setCaption(MainModel::kTitle + QStringLiteral(" - ") + m_session.PeerIP + QStringLiteral(" [") +
+                 m_session.PeerHostName + QLatin1Char(']'));
+    m_ctx.views().raiseMain();
 
-    f.sIdx = index;
-    Winsock& ws = f.winsock(f.sIdx);
+    m_session.sIdx = index;
+    Winsock& ws = m_session.winsock(m_session.sIdx);
     ws.Close();
     if (ws.Accept(requestId) != 0) {
         fail(ws.lastErrorText());
         return;
     }
-    f.peerForRecord = ws.RemoteHostIP();
-    f.encryptOn = f.settingFlag(QStringLiteral("Encrypted"));
-    f.stStatusbar.setText(2, f.translate(QStringLiteral("Connection from ")) + f.PeerIP +
+    m_session.peerForRecord = ws.RemoteHostIP();
+    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
+    m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection from ")) + m_session.PeerIP +
                                  QStringLiteral("..."));
-    f.stStatusbar.setPicture(1, StatePicture::picReady);
-    if (f.encryptOn)
-        f.stStatusbar.setText(8, f.translate(QStringLiteral("E")));
+    m_model.stStatusbar.setPicture(1, StatePicture::picReady);
+    if (m_cipher.encryptOn)
+        m_model.stStatusbar.setText(8, m_ctx.translate(QStringLiteral("E")));
 
     // The version message is the first data: the caller waits for it.
-    f.setting(QStringLiteral("Version Check"));
-    ws.SendData(toCp1252(QStringLiteral("!ver. ") + f.VersionString + QStringLiteral(" ver!")));
-    f.encryption().sendKeyOnAccept();
-    f.ConnectionStartedHere = false;
-    f.checkStatus();
+    m_ctx.setting(QStringLiteral("Version Check"));
+    ws.SendData(toCp1252(QStringLiteral("!ver. ") + m_ctx.VersionString + QStringLiteral(" ver!")));
+    m_cipher.sendKeyOnAccept();
+    m_session.ConnectionStartedHere = false;
+    m_session.checkStatus();
 
-    if (f.PeerHostName.isEmpty() && f.settingNumber(QStringLiteral("No Resolve To Connect")) == 0)
-        f.PeerHostName = address().ResolveAddress(ws.RemoteHostIP());
-    f.setCaption(FrmMain::kTitle + QStringLiteral(" - ") + ws.RemoteHostIP() +
-                 QStringLiteral(" [") + f.PeerHostName + QLatin1Char(']'));
-    f.SessionDateStart = f.clock().now();
-    f.stStatusbar.setText(4, QStringLiteral("0 ") + f.translate(QStringLiteral("min.")));
-    Q_EMIT f.ringRequested(f.Ring1);
-    Q_EMIT f.sessionOpened();
-    f.txtServer.setEnabled(true);
-    f.txtClient().setEnabled(true);
-    f.EnableDisconnect();
+    if (m_session.PeerHostName.isEmpty() && m_ctx.settingNumber(QStringLiteral("No Resolve To Connect")) == 0)
+        m_session.PeerHostName = address().ResolveAddress(ws.RemoteHostIP());
+    m_model.setCaption(MainModel::kTitle + QStringLiteral(" - ") + ws.RemoteHostIP() +
+                 QStringLiteral(" [") + m_session.PeerHostName + QLatin1Char(']'));
+    m_session.SessionDateStart = m_ctx.clock().now();
+    m_model.stStatusbar.setText(4, QStringLiteral("0 ") + m_ctx.translate(QStringLiteral("min.")));
+    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
+    Q_EMIT m_session.sessionOpened();
+    m_model.txtServer.setEnabled(true);
+    m_model.txtClient(m_session.sIdx).setEnabled(true);
+    m_session.EnableDisconnect();
 }
 
 }  // namespace vonnel

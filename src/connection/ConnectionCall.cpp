@@ -7,8 +7,11 @@
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 
 // Calling out: the connect dialog, the connect procedure with its retries,
@@ -25,19 +28,18 @@ LoginDialog* Connection::login() const
 
 LoginDialog* Connection::beginConnect()
 {
-    FrmMain& f = m_frm;
     if (m_login)
         return nullptr;
-    if (f.winsock(f.sIdx).State() == Winsock::sckConnected) {
-        f.prompter().msgBox(
-            f.translate(QStringLiteral("You have to disconnect before make another connection.")));
+    if (m_session.winsock(m_session.sIdx).State() == Winsock::sckConnected) {
+        m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("You have to disconnect before make another connection.")));
         return nullptr;
     }
-    f.txtTextMsg.clear();
-    if (!f.views().isVisible(QStringLiteral("frmLock")) &&
-        !f.views().isVisible(QStringLiteral("frmPassLock")))
-        f.txtClient().setEnabled(true);
-    m_login = std::make_unique<LoginDialog>(f);
+    m_model.txtTextMsg.clear();
+    if (!m_ctx.views().isVisible(QStringLiteral("frmLock")) &&
+        !m_ctx.views().isVisible(QStringLiteral("frmPassLock")))
+        m_model.txtClient(m_session.sIdx).setEnabled(true);
+    m_login = std::make_unique<LoginDialog>(m_ctx, m_model, m_session, *this);
     m_login->Form_Load();
     m_login->Form_Activate();
     return m_login.get();
@@ -49,7 +51,7 @@ void Connection::endConnect()
     if (m_login)
         m_login->unload();
     m_login.reset();
-    m_frm.ConnectionStartedHere = true;
+    m_session.ConnectionStartedHere = true;
 }
 
 void Connection::mnuConnect_Click()
@@ -57,7 +59,7 @@ void Connection::mnuConnect_Click()
     if (m_login)
         return;  // an attempt is under way
     if (beginConnect())
-        m_frm.views().runModal(QStringLiteral("frmLogin"));
+        m_ctx.views().runModal(QStringLiteral("frmLogin"));
     endConnect();
 }
 
@@ -77,61 +79,60 @@ void Connection::connectTo(const QString& address, const QString& port)
 
 void Connection::ConnectProcedure()
 {
-    FrmMain& f = m_frm;
-    const quint16 localPort = quint16(f.settingInt(QStringLiteral("LocalPort")));
-    const QString connecting = f.translate(QStringLiteral("Connecting"));
-    const QString pleaseWait = f.translate(QStringLiteral("Please wait"));
-    const QString second = f.translate(QStringLiteral("second"));
-    const QString retryWith = f.translate(QStringLiteral("retry with"));
-    const QString portWord = f.translate(QStringLiteral("Port"));
-    const QString localPortWord = f.translate(QStringLiteral("Local Port"));
-    const QString remotePortWord = f.translate(QStringLiteral("Remote Port"));
-    const QString failTo = f.translate(QStringLiteral("Fail to connect to"));
-    const QString possible = f.translate(QStringLiteral(
+    const quint16 localPort = quint16(m_ctx.settingInt(QStringLiteral("LocalPort")));
+    const QString connecting = m_ctx.translate(QStringLiteral("Connecting"));
+    const QString pleaseWait = m_ctx.translate(QStringLiteral("Please wait"));
+    const QString second = m_ctx.translate(QStringLiteral("second"));
+    const QString retryWith = m_ctx.translate(QStringLiteral("retry with"));
+    const QString portWord = m_ctx.translate(QStringLiteral("Port"));
+    const QString localPortWord = m_ctx.translate(QStringLiteral("Local Port"));
+    const QString remotePortWord = m_ctx.translate(QStringLiteral("Remote Port"));
+    const QString failTo = m_ctx.translate(QStringLiteral("Fail to connect to"));
+    const QString possible = m_ctx.translate(QStringLiteral(
         "Possible Error: Invalid Remote Port Address OR Remote user is not in Ready mode"));
-    const QString errorWord = f.translate(QStringLiteral("Error"));
-    const QString abortWord = f.translate(QStringLiteral("Abort"));
+    const QString errorWord = m_ctx.translate(QStringLiteral("Error"));
+    const QString abortWord = m_ctx.translate(QStringLiteral("Abort"));
 
     auto report = [this](const QString& line) {
         if (LoginDialog* d = login())
             d->appendStatus(line);
     };
-    auto status = [this, &f](const QString& text) {
-        f.stStatusbar.setText(2, text);
+    auto status = [this](const QString& text) {
+        m_model.stStatusbar.setText(2, text);
         if (LoginDialog* d = login()) {
             d->lblStatus = text;
             d->notify();
         }
     };
-    auto clearTips = [this, &f] {
-        f.stStatusbar.setToolTip(2, QString());
+    auto clearTips = [this] {
+        m_model.stStatusbar.setToolTip(2, QString());
         if (LoginDialog* d = login())
             d->cmdAbortToolTip.clear();
     };
 
     if (LoginDialog* d = login())
         d->setAbort(abortWord, QStringLiteral("Abort"));
-    Winsock& ws = f.winsock(f.sIdx);
+    Winsock& ws = m_session.winsock(m_session.sIdx);
     ws.Close();
     // Only the answer to this call counts: a session this side ended itself
     // left the flag of its own first data behind.
-    f.RemoteResponded = false;
+    m_session.RemoteResponded = false;
     m_callRefused = false;
 
-    const QString address = f.setting(QStringLiteral("Previous IP Address"));
-    const QString portText = f.setting(QStringLiteral("Connect Port"));
+    const QString address = m_ctx.setting(QStringLiteral("Previous IP Address"));
+    const QString portText = m_ctx.setting(QStringLiteral("Connect Port"));
     const quint16 remotePort = quint16(iniInt(portText));
-    double idle = f.settingNumber(QStringLiteral("Connect Idle"));
+    double idle = m_ctx.settingNumber(QStringLiteral("Connect Idle"));
     ws.setLocalPort(localPort);
 
     // A failure that was not expected: back to listening, and say why.
     auto unexpected = [&](const QString& description) {
         ws.Close();
-        f.idleDelay0();
+        m_session.idleDelay0();
         ws.Listen();
         const QString text = errorWord + QStringLiteral(": ") + description;
         report(text);
-        f.stStatusbar.setText(2, text);
+        m_model.stStatusbar.setText(2, text);
     };
     // All retries used: the report, and listening again.
     auto giveUp = [&](int lastPort) {
@@ -140,24 +141,24 @@ void Connection::ConnectProcedure()
                QString::number(lastPort) + QLatin1Char('>'));
         report(possible);
         if (LoginDialog* d = login())
-            d->setAbort(f.translate(QStringLiteral("Close")), QStringLiteral("Close"));
+            d->setAbort(m_ctx.translate(QStringLiteral("Close")), QStringLiteral("Close"));
         ws.Close();
-        f.yieldEvents();
-        f.checkStatus();
-        if (!f.StopConnecting) {
-            ws.setLocalPort(quint16(f.settingInt(QStringLiteral("LocalPort"))));
+        m_session.yieldEvents();
+        m_session.checkStatus();
+        if (!m_session.StopConnecting) {
+            ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
             ws.Listen();
-            f.checkStatus();
-            f.PeerHostName.clear();
+            m_session.checkStatus();
+            m_session.PeerHostName.clear();
         }
     };
-    auto secondsLeft = [&f](const QDateTime& start, qint64 ms) {
-        return QString::number((ms - start.msecsTo(f.clock().now())) / 1000);
+    auto secondsLeft = [this](const QDateTime& start, qint64 ms) {
+        return QString::number((ms - start.msecsTo(m_ctx.clock().now())) / 1000);
     };
 
     status(connecting + QStringLiteral(" ......"));
-    f.stStatusbar.setVisible(2, true);
-    f.idleDelayFor(0.5);
+    m_model.stStatusbar.setVisible(2, true);
+    m_session.idleDelayFor(0.5);
 
     int error = 0;
     if (ws.State() <= Winsock::sckClosed) {
@@ -169,26 +170,26 @@ void Connection::ConnectProcedure()
         return;
     }
 
-    int timeout = f.settingInt(QStringLiteral("Incomming Connection Timeout"));
+    int timeout = m_ctx.settingInt(QStringLiteral("Incomming Connection Timeout"));
     if (timeout == 0)
         timeout = 5;
     if (error == 0) {
-        const QDateTime start = f.clock().now();
+        const QDateTime start = m_ctx.clock().now();
         int turns = 0;
         while (ws.State() != Winsock::sckConnected) {
-            if (f.StopConnecting)
+            if (m_session.StopConnecting)
                 return;
-            if (f.IsConnected() || start.msecsTo(f.clock().now()) > qint64(timeout) * 1000)
+            if (m_session.IsConnected() || start.msecsTo(m_ctx.clock().now()) > qint64(timeout) * 1000)
                 break;
             spin();
-            if (f.StopConnecting || f.ProgramExiting)
+            if (m_session.StopConnecting || m_ctx.ProgramExiting)
                 return;
             if (++turns >= 1500) {
                 turns = 0;
                 const QString text = connecting + QStringLiteral(": ") +
                                      secondsLeft(start, qint64(timeout) * 1000) +
                                      QLatin1Char(' ') + second;
-                f.stStatusbar.setText(2, text);
+                m_model.stStatusbar.setText(2, text);
                 if (LoginDialog* d = login())
                     d->setLastStatusLine(text);
             }
@@ -197,7 +198,7 @@ void Connection::ConnectProcedure()
             // The connect event, posted with the state, runs its wait first.
             spin();
             clearTips();
-            f.checkStatus();
+            m_session.checkStatus();
             return;
         }
     }
@@ -215,8 +216,8 @@ void Connection::ConnectProcedure()
                     return;
                 }
                 ws.Close();
-                f.yieldEvents();
-                if (f.ProgramExiting)
+                m_session.yieldEvents();
+                if (m_ctx.ProgramExiting)
                     return;
                 ws.setLocalPort(quint16(localPort + counter));
                 const QString text = connecting + QStringLiteral(": ") + retryWith +
@@ -224,7 +225,7 @@ void Connection::ConnectProcedure()
                                      QString::number(localPort + counter);
                 status(text);
                 report(text);
-                f.idleDelay(idle);
+                m_session.idleDelay(idle);
                 error = ws.Listen();  // a test that the port is free
             } while (error == Winsock::errAddressInUse);
             localStep = false;
@@ -241,7 +242,7 @@ void Connection::ConnectProcedure()
                              remotePortWord + QLatin1Char(' ') + QString::number(port);
         status(text);
         report(text);
-        f.idleDelay(idle);
+        m_session.idleDelay(idle);
         error = ws.Connect(address, port);
         if (error == Winsock::errAddressInUse) {
             localStep = true;
@@ -251,16 +252,16 @@ void Connection::ConnectProcedure()
             unexpected(ws.lastErrorText());
             return;
         }
-        const QDateTime start = f.clock().now();
+        const QDateTime start = m_ctx.clock().now();
         const qint64 waitMs = (qint64(timeout) + 5) * 1000;
         while (ws.State() != Winsock::sckError && ws.State() != Winsock::sckConnected) {
-            f.idleDelay(idle);
-            if (f.StopConnecting)
+            m_session.idleDelay(idle);
+            if (m_session.StopConnecting)
                 return;
-            if (start.msecsTo(f.clock().now()) > waitMs)
+            if (start.msecsTo(m_ctx.clock().now()) > waitMs)
                 break;
             spin();
-            if (f.ProgramExiting)
+            if (m_ctx.ProgramExiting)
                 return;
         }
         if (ws.State() == Winsock::sckConnected) {
@@ -270,7 +271,7 @@ void Connection::ConnectProcedure()
                 d->notify();
             }
             clearTips();
-            f.checkStatus();
+            m_session.checkStatus();
             return;
         }
     }
@@ -282,17 +283,16 @@ void Connection::winsock_Connect(int index)
 {
     if (index > 0)
         return;
-    FrmMain& f = m_frm;
-    Winsock& ws = f.winsock(0);
-    f.encryption().beginSession();
-    const QString waiting = f.translate(QStringLiteral("Waiting for remote user's response"));
-    const QString disconnected = f.translate(QStringLiteral("Error: Disconnected"));
+    Winsock& ws = m_session.winsock(0);
+    m_cipher.beginSession();
+    const QString waiting = m_ctx.translate(QStringLiteral("Waiting for remote user's response"));
+    const QString disconnected = m_ctx.translate(QStringLiteral("Error: Disconnected"));
 
     // The session is up only when the other side's first data came.
     int turns = 0;
     int dots = 0;
     for (;;) {
-        if (f.StopConnecting)
+        if (m_session.StopConnecting)
             return;
         if (++turns >= 10000) {
             turns = 1;
@@ -302,19 +302,19 @@ void Connection::winsock_Connect(int index)
                 d->setLastStatusLine(text);
                 d->cmdAbortToolTip = text;
             }
-            f.stStatusbar.setText(2, text);
+            m_model.stStatusbar.setText(2, text);
         }
-        if (ws.State() == Winsock::sckListening || f.StopConnecting) {
+        if (ws.State() == Winsock::sckListening || m_session.StopConnecting) {
             // Closed before the other side said a word: it did not take the call.
-            m_callRefused = !f.StopConnecting;
+            m_callRefused = !m_session.StopConnecting;
             if (LoginDialog* d = login())
                 d->appendStatus(disconnected);
             if (m_callRefused)
-                f.stStatusbar.setText(2, f.translate(refusedText()));
-            f.StopConnecting = true;
+                m_model.stStatusbar.setText(2, m_ctx.translate(refusedText()));
+            m_session.StopConnecting = true;
             return;
         }
-        if (f.RemoteResponded)
+        if (m_session.RemoteResponded)
             break;
         spin();
     }
@@ -322,36 +322,35 @@ void Connection::winsock_Connect(int index)
         d->txtStatus.clear();
         d->notify();
     }
-    f.encryptOn = f.settingFlag(QStringLiteral("Encrypted"));
+    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
     showMain();
     ConnectOK();
-    f.EnableDisconnect();
+    m_session.EnableDisconnect();
 }
 
 void Connection::ConnectOK()
 {
-    FrmMain& f = m_frm;
-    Winsock& ws = f.winsock(f.sIdx);
-    f.SessionStartTime = f.clock().timeOfDay();
-    f.controls.setEnabled(QStringLiteral("mnuSave"), false);
-    f.PeerIP = f.winsock(0).RemoteHostIP();
-    f.setting(QStringLiteral("Version Check"));  // compared on the receiving side
-    ws.SendData(toCp1252(QStringLiteral("!ver. ") + f.VersionString + QStringLiteral(" ver!")));
-    f.encryption().sendKeyOnConnect();
-    f.stStatusbar.setText(2, f.translate(QStringLiteral("Connected")));
-    f.stStatusbar.setPicture(1, StatePicture::picReady);
+    Winsock& ws = m_session.winsock(m_session.sIdx);
+    m_session.SessionStartTime = m_ctx.clock().timeOfDay();
+    m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
+    m_session.PeerIP = m_session.winsock(0).RemoteHostIP();
+    m_ctx.setting(QStringLiteral("Version Check"));  // compared on the receiving side
+    ws.SendData(toCp1252(QStringLiteral("!ver. ") + m_ctx.VersionString + QStringLiteral(" ver!")));
+    m_cipher.sendKeyOnConnect();
+    m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connected")));
+    m_model.stStatusbar.setPicture(1, StatePicture::picReady);
     const QString ip = ws.RemoteHostIP();
-    f.PeerHostName = address().ResolveAddress(ip);
-    f.setCaption(FrmMain::kTitle + QStringLiteral(" - ") + ip + QStringLiteral(" [") +
-                 f.PeerHostName + QLatin1Char(']'));
-    f.SessionDateStart = f.clock().now();
-    f.peerForRecord = ip;
-    f.logs().connection(QStringLiteral("Connection with ") + ip + QStringLiteral(" [") +
-                        f.PeerHostName + QLatin1Char(']'));
-    f.stStatusbar.setText(4, QStringLiteral("0 ") + f.translate(QStringLiteral("min.")));
-    Q_EMIT f.ringRequested(f.Ring1);
-    Q_EMIT f.sessionOpened();
-    f.txtTextMsg.clear();
+    m_session.PeerHostName = address().ResolveAddress(ip);
+    m_model.setCaption(MainModel::kTitle + QStringLiteral(" - ") + ip + QStringLiteral(" [") +
+                 m_session.PeerHostName + QLatin1Char(']'));
+    m_session.SessionDateStart = m_ctx.clock().now();
+    m_session.peerForRecord = ip;
+    m_ctx.logs().connection(QStringLiteral("Connection with ") + ip + QStringLiteral(" [") +
+                        m_session.PeerHostName + QLatin1Char(']'));
+    m_model.stStatusbar.setText(4, QStringLiteral("0 ") + m_ctx.translate(QStringLiteral("min.")));
+    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
+    Q_EMIT m_session.sessionOpened();
+    m_model.txtTextMsg.clear();
 }
 
 }  // namespace vonnel

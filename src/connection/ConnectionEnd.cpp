@@ -5,8 +5,12 @@
 #include "connection/PropertyDialog.h"
 #include "core/Logs.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 
 // The ends of a session: the peer's close, a socket error, and the
@@ -22,57 +26,55 @@ const QString kCrLf = QStringLiteral("\r\n");
 
 void Connection::Winsock_Close(int index)
 {
-    FrmMain& f = m_frm;
     if (index > 0) {
-        f.winsock(index).Close();
+        m_session.winsock(index).Close();
         return;
     }
-    Winsock& ws = f.winsock(f.sIdx);
-    f.PeerIP = ws.RemoteHostIP();
-    f.RemoteResponded = false;
-    f.controls.setEnabled(QStringLiteral("mnuSave"), true);
-    Q_EMIT f.ringRequested(f.Ring2);
-    f.txtClient().setEnabled(false);
+    Winsock& ws = m_session.winsock(m_session.sIdx);
+    m_session.PeerIP = ws.RemoteHostIP();
+    m_session.RemoteResponded = false;
+    m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring2);
+    m_model.txtClient(m_session.sIdx).setEnabled(false);
     const qint64 mins =
-        f.SessionDateStart.isValid() ? f.SessionDateStart.secsTo(f.clock().now()) / 60 : 0;
-    f.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                 f.translate(QStringLiteral("min.")));
-    f.stStatusbar.setText(2, f.translate(QStringLiteral("Connection Closed")));
-    f.stStatusbar.setPicture(1, StatePicture::picOff);
-    f.stStatusbar.setText(8, QString());
-    f.stStatusbar.setText(9, QString());
-    Q_EMIT f.sessionEnded();
+        m_session.SessionDateStart.isValid() ? m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60 : 0;
+    m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
+                                 m_ctx.translate(QStringLiteral("min.")));
+    m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection Closed")));
+    m_model.stStatusbar.setPicture(1, StatePicture::picOff);
+    m_model.stStatusbar.setText(8, QString());
+    m_model.stStatusbar.setText(9, QString());
+    Q_EMIT m_session.sessionEnded();
     ws.Close();
-    f.logs().connection(QStringLiteral("Close connection with ") + f.PeerIP);
-    f.idleDelay0();
-    f.checkStatus();
-    ws.setLocalPort(quint16(f.settingInt(QStringLiteral("LocalPort"))));
-    f.idleDelay0();
+    m_ctx.logs().connection(QStringLiteral("Close connection with ") + m_session.PeerIP);
+    m_session.idleDelay0();
+    m_session.checkStatus();
+    ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
+    m_session.idleDelay0();
     ws.Listen();
-    f.checkStatus();
-    f.setCaption(f.titleWithVersion());
-    TextPane& client = f.txtClient();
+    m_session.checkStatus();
+    m_model.setCaption(m_model.titleWithVersion());
+    TextPane& client = m_model.txtClient(m_session.sIdx);
     if (!client.text().isEmpty()) {
         client.caretToEnd();
-        client.append(kCrLf + QLatin1Char('[') + f.translate(QStringLiteral("Closed")) +
+        client.append(kCrLf + QLatin1Char('[') + m_ctx.translate(QStringLiteral("Closed")) +
                       QLatin1Char(']'));
         client.caretToEnd();
     }
-    Q_EMIT f.sessionEnded();
-    if (f.settingNumber(QStringLiteral("AutoCheck After Session")) != 0)
-        f.writeSetting(QStringLiteral("AutoConnect"), QStringLiteral("0"));
-    f.EnableConnect();
+    Q_EMIT m_session.sessionEnded();
+    if (m_ctx.settingNumber(QStringLiteral("AutoCheck After Session")) != 0)
+        m_ctx.writeSetting(QStringLiteral("AutoConnect"), QStringLiteral("0"));
+    m_session.EnableConnect();
 }
 
 void Connection::Winsock_Error(int index, int, const QString&)
 {
     if (index > 0)
         return;
-    FrmMain& f = m_frm;
-    f.RemoteResponded = false;
-    f.setCaption(FrmMain::kTitle);
-    f.stStatusbar.setPicture(1, StatePicture::picOff);
-    f.stStatusbar.setText(2, QString());
+    m_session.RemoteResponded = false;
+    m_model.setCaption(MainModel::kTitle);
+    m_model.stStatusbar.setPicture(1, StatePicture::picOff);
+    m_model.stStatusbar.setText(2, QString());
 
     const bool sessionFailed = login() == nullptr;
     if (LoginDialog* d = login()) {
@@ -81,81 +83,80 @@ void Connection::Winsock_Error(int index, int, const QString&)
             d->setLastStatusLine(QStringLiteral("Error: Connecting Timeout"));
     } else {
         // The session failed.
-        Q_EMIT f.ringRequested(f.Ring4);
-        f.stStatusbar.setText(
-            2, f.translate(QStringLiteral("Socket Error: Disconnected by remote computer")));
-        f.idleDelay0();
-        Q_EMIT f.sessionEnded();
-        f.logs().connection(QStringLiteral("Close connection with ") + f.PeerIP);
+        Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring4);
+        m_model.stStatusbar.setText(
+            2, m_ctx.translate(QStringLiteral("Socket Error: Disconnected by remote computer")));
+        m_session.idleDelay0();
+        Q_EMIT m_session.sessionEnded();
+        m_ctx.logs().connection(QStringLiteral("Close connection with ") + m_session.PeerIP);
     }
 
-    if (f.settingNumber(QStringLiteral("No Recover Socket Error")) == 0) {
+    if (m_ctx.settingNumber(QStringLiteral("No Recover Socket Error")) == 0) {
         PropertyDialog& p = propertyDialog();
-        p.lblSysMsg = f.translate(QStringLiteral(
+        p.lblSysMsg = m_ctx.translate(QStringLiteral(
             "Socket/Network Error: Verify your setting or click OK to recover it automatically."));
-        f.views().runModal(QStringLiteral("frmProperty"));
+        m_ctx.views().runModal(QStringLiteral("frmProperty"));
         unloadProperty();
     }
     // A session lost to a reset or a dead link must not leave the copy
     // deaf to the next caller: unless the recovery put the socket back
     // already, it listens again on its port.
-    if (sessionFailed && f.winsock(f.sIdx).State() != Winsock::sckListening) {
-        const QString why = f.stStatusbar.text(2);
-        f.winsock(f.sIdx).Close();
+    if (sessionFailed && m_session.winsock(m_session.sIdx).State() != Winsock::sckListening) {
+        const QString why = m_model.stStatusbar.text(2);
+        m_session.winsock(m_session.sIdx).Close();
         ListenOnLocalPort();
-        f.stStatusbar.setText(2, why);  // still says why the session ended
+        m_model.stStatusbar.setText(2, why);  // still says why the session ended
     }
-    TextPane& client = f.txtClient();
+    TextPane& client = m_model.txtClient(m_session.sIdx);
     if (!client.text().isEmpty())
-        client.append(kCrLf + f.translate(QStringLiteral("[Closed]")));
-    f.EnableConnect();
+        client.append(kCrLf + m_ctx.translate(QStringLiteral("[Closed]")));
+    m_session.EnableConnect();
 }
 
 void Connection::mnuDisconnect_Click()
 {
-    FrmMain& f = m_frm;
-    Winsock& ws = f.winsock(f.sIdx);
-    f.StopConnecting = true;
-    if (f.TransferOnHold) {
-        const Answer a = f.prompter().msgBox(
-            f.translate(QStringLiteral("You have a file sending/receiving 'on hold',")) + kCrLf +
-                f.translate(QStringLiteral("Do you want to continue to exit?")),
+    Winsock& ws = m_session.winsock(m_session.sIdx);
+    m_session.StopConnecting = true;
+    if (m_session.TransferOnHold) {
+        const Answer a = m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("You have a file sending/receiving 'on hold',")) + kCrLf +
+                m_ctx.translate(QStringLiteral("Do you want to continue to exit?")),
             MsgStyle::YesNo | MsgStyle::DefaultButton2,
             QStringLiteral("File Sending/Receiving On Hold"));
         if (a != Answer::Yes)
             return;
     }
-    if (ws.State() == Winsock::sckConnected && f.ConnectionStartedHere) {
-        f.xSendData(QStringLiteral("^SD"));
-        f.ConnectionStartedHere = false;
-        f.controls.setEnabled(QStringLiteral("mnuSave"), true);
-        f.SessionEndTime = f.clock().timeOfDay();
-        Q_EMIT f.sessionEnded();
-        f.checkStatus();
+    if (ws.State() == Winsock::sckConnected && m_session.ConnectionStartedHere) {
+        m_sender.xSendData(QStringLiteral("^SD"));
+        m_session.ConnectionStartedHere = false;
+        m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+        m_session.SessionEndTime = m_ctx.clock().timeOfDay();
+        Q_EMIT m_session.sessionEnded();
+        m_session.checkStatus();
     }
     if (ws.State() == Winsock::sckConnected) {
         // The code-7 byte ahead of the close marks the end as ordered.
-        f.txtClient().setEnabled(false);
-        f.xSendData(QString(QChar(7)));
+        m_model.txtClient(m_session.sIdx).setEnabled(false);
+        m_sender.xSendData(QString(QChar(7)));
         ws.Close();
-        f.checkStatus();
-        ws.setLocalPort(quint16(f.settingInt(QStringLiteral("LocalPort"))));
+        m_session.checkStatus();
+        ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
         ws.Listen();
-        f.checkStatus();
-        f.controls.setEnabled(QStringLiteral("mnuSave"), true);
-        f.SessionEndTime = f.clock().timeOfDay();
-        Q_EMIT f.sessionEnded();
-        f.checkStatus();
+        m_session.checkStatus();
+        m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+        m_session.SessionEndTime = m_ctx.clock().timeOfDay();
+        Q_EMIT m_session.sessionEnded();
+        m_session.checkStatus();
     } else {
-        f.controls.setEnabled(toolbarButton(2), false);
+        m_model.controls.setEnabled(toolbarButton(2), false);
         ws.Close();
-        f.checkStatus();
+        m_session.checkStatus();
         ListenOnLocalPort();
     }
-    f.stStatusbar.setText(8, QString());
-    f.stStatusbar.setText(9, QString());
-    f.setCaption(f.titleWithVersion());
-    Q_EMIT f.closeOpenFiles();
+    m_model.stStatusbar.setText(8, QString());
+    m_model.stStatusbar.setText(9, QString());
+    m_model.setCaption(m_model.titleWithVersion());
+    Q_EMIT m_ctx.closeOpenFiles();
 }
 
 }  // namespace vonnel

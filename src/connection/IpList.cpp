@@ -1,7 +1,8 @@
 #include "connection/IpList.h"
 
 #include "core/IniStore.h"
-#include "shell/FrmMain.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
 
 #include <QFileInfo>
 
@@ -74,7 +75,7 @@ bool vbLike(const QString& text, const QString& pattern)
 
 // --- the list files ---------------------------------------------------------
 
-IpList::IpList(FrmMain& frm, IpListKind kind) : m_frm(frm), m_kind(kind) {}
+IpList::IpList(CopyContext& ctx, IpListKind kind) : m_ctx(ctx), m_kind(kind) {}
 
 QString IpList::fileName() const
 {
@@ -84,7 +85,7 @@ QString IpList::fileName() const
 
 QString IpList::path() const
 {
-    return resolveCaseBlind(m_frm.appFile(fileName()));
+    return resolveCaseBlind(m_ctx.appFile(fileName()));
 }
 
 QString IpList::entryStem() const
@@ -126,20 +127,19 @@ bool IpList::anyMatches(const QStringList& entries, const QString& address)
 
 // --- the dialogs ------------------------------------------------------------
 
-IpListDialog::IpListDialog(FrmMain& frm, IpListKind kind, QObject* parent)
-    : QObject(parent), m_frm(frm), m_file(frm, kind), m_kind(kind)
+IpListDialog::IpListDialog(CopyContext& ctx, IpListKind kind, QObject* parent)
+    : QObject(parent), m_ctx(ctx), m_file(ctx, kind), m_kind(kind)
 {
 }
 
 void IpListDialog::Form_Load()
 {
-    FrmMain& f = m_frm;
     const bool blocked = m_kind == IpListKind::Blocked;
-    caption = f.translate(blocked ? QStringLiteral("Black List") : QStringLiteral("White List"));
-    checkCaption = f.translate(blocked ? QStringLiteral("Enable IP address(es) to be blocked")
+    caption = m_ctx.translate(blocked ? QStringLiteral("Black List") : QStringLiteral("White List"));
+    checkCaption = m_ctx.translate(blocked ? QStringLiteral("Enable IP address(es) to be blocked")
                                        : QStringLiteral("Enable safe IP address list"));
-    hint = f.translate(QStringLiteral("e.g. 192.168.0.* = 192.168.0.0/24"));
-    lblMsg = blocked ? f.translate(QStringLiteral("Incoming connection from the above IP "
+    hint = m_ctx.translate(QStringLiteral("e.g. 192.168.0.* = 192.168.0.0/24"));
+    lblMsg = blocked ? m_ctx.translate(QStringLiteral("Incoming connection from the above IP "
                                                   "address(es) will be blocked automatically."))
                      : QString();
     cmdAddEnabled = false;
@@ -152,9 +152,9 @@ void IpListDialog::Form_Load()
         if (!e.isEmpty())
             list << e;
     }
-    chkChecked = f.settingFlag(m_file.enableKey());
-    textToolTip = f.translate(QStringLiteral("IP Address")) + QStringLiteral(" / ") +
-                  f.translate(QStringLiteral("Host"));
+    chkChecked = m_ctx.settingFlag(m_file.enableKey());
+    textToolTip = m_ctx.translate(QStringLiteral("IP Address")) + QStringLiteral(" / ") +
+                  m_ctx.translate(QStringLiteral("Host"));
     chk_Click(chkChecked);
 }
 
@@ -221,7 +221,7 @@ void IpListDialog::OKButton_Click()
     for (int n = int(list.size()) + 1; n <= oldLimit; ++n)
         WriteIni(kSection, m_file.entryStem() + QString::number(n), QString(), file);
     WriteIni(kSection, QStringLiteral("Limit"), QString::number(list.size()), file);
-    m_frm.writeSetting(m_file.enableKey(), chkChecked ? QStringLiteral("1") : QStringLiteral("0"));
+    m_ctx.writeSetting(m_file.enableKey(), chkChecked ? QStringLiteral("1") : QStringLiteral("0"));
     unloaded = true;
     Q_EMIT changed();
 }

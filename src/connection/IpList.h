@@ -10,7 +10,7 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
 
 // The Like operator: "*" any run, "?" any one character, "#" any one
 // digit, "[abc]", "[a-z]", "[!...]" a character set; all else literally.
@@ -22,7 +22,7 @@ class IpList {
 public:
     static constexpr int kMaxEntries = 20;  // what a call reads at most
 
-    IpList(FrmMain& frm, IpListKind kind);
+    IpList(CopyContext& ctx, IpListKind kind);
 
     QString fileName() const;    // "badip.txt" / "safeip.txt"
     QString path() const;        // in the application folder, found case-blind
@@ -37,7 +37,7 @@ public:
     static bool anyMatches(const QStringList& entries, const QString& address);
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
     IpListKind m_kind;
 };
 
@@ -45,7 +45,7 @@ private:
 class IpListDialog : public QObject {
     Q_OBJECT
 public:
-    IpListDialog(FrmMain& frm, IpListKind kind, QObject* parent = nullptr);
+    IpListDialog(CopyContext& ctx, IpListKind kind, QObject* parent = nullptr);
 
     // Controls as the window shows them.
     QString caption;
@@ -76,7 +76,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
     IpList m_file;
     IpListKind m_kind;
 };

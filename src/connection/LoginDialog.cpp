@@ -6,8 +6,11 @@
 #include "platform/Desktop.h"
 #include "platform/Pinger.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 namespace vonnel {
 
@@ -17,24 +20,28 @@ const QString kCrLf = QStringLiteral("\r\n");
 constexpr int kMaxHistory = 100;
 }  // namespace
 
-LoginDialog::LoginDialog(FrmMain& frm, QObject* parent) : QObject(parent), m_frm(frm) {}
+LoginDialog::LoginDialog(CopyContext& ctx, MainModel& model, Session& session,
+                         Connection& connection, QObject* parent)
+    : QObject(parent), m_ctx(ctx), m_model(model), m_session(session), m_connection(connection)
+{
+}
 
 void LoginDialog::Form_Load()
 {
     cmbList.clear();
     for (int n = 0; n < kMaxHistory; ++n) {
-        const QString entry = m_frm.setting(kHistoryStem + QString::number(n));
+        const QString entry = m_ctx.setting(kHistoryStem + QString::number(n));
         if (entry.isEmpty())
             break;
         cmbList << entry;
     }
-    cmbIPadr = m_frm.setting(QStringLiteral("Previous IP Address"));
+    cmbIPadr = m_ctx.setting(QStringLiteral("Previous IP Address"));
     notify();
 }
 
 void LoginDialog::Form_Activate()
 {
-    txtConnectPort = QString::number(m_frm.settingInt(QStringLiteral("RemotePort")));
+    txtConnectPort = QString::number(m_ctx.settingInt(QStringLiteral("RemotePort")));
     notify();
 }
 
@@ -80,24 +87,23 @@ void LoginDialog::unload()
 
 void LoginDialog::cmdOK_Click()
 {
-    FrmMain& f = m_frm;
-    Connection& c = f.connection();
-    f.StopConnecting = false;
+    Connection& c = m_connection;
+    m_session.StopConnecting = false;
     lblStatus.clear();
 
-    const QString pleaseWait = f.translate(QStringLiteral("Please wait"));
-    const QString resolvingIp = f.translate(QStringLiteral("Resolving IP address..."));
-    const QString resolvingHost = f.translate(QStringLiteral("Resolving network host..."));
-    const QString cannotResolveTo_ = f.translate(QStringLiteral("Cannot resolve to "));
-    const QString ipAddress = f.translate(QStringLiteral("IP address"));
-    const QString hostname = f.translate(QStringLiteral("hostname"));
-    const QString second = f.translate(QStringLiteral("second"), QStringLiteral("sec."));
-    const QString cancelled = f.translate(QStringLiteral("Connecting Cancelled"));
-    const QString online = f.translate(QStringLiteral("is online"));
+    const QString pleaseWait = m_ctx.translate(QStringLiteral("Please wait"));
+    const QString resolvingIp = m_ctx.translate(QStringLiteral("Resolving IP address..."));
+    const QString resolvingHost = m_ctx.translate(QStringLiteral("Resolving network host..."));
+    const QString cannotResolveTo_ = m_ctx.translate(QStringLiteral("Cannot resolve to "));
+    const QString ipAddress = m_ctx.translate(QStringLiteral("IP address"));
+    const QString hostname = m_ctx.translate(QStringLiteral("hostname"));
+    const QString second = m_ctx.translate(QStringLiteral("second"), QStringLiteral("sec."));
+    const QString cancelled = m_ctx.translate(QStringLiteral("Connecting Cancelled"));
+    const QString online = m_ctx.translate(QStringLiteral("is online"));
     // An unanswered echo proves nothing: echoes may be filtered or not
     // allowed to this program, and the address may still take the call.
-    const QString offline = f.translate(QStringLiteral("gave no answer to the echo request"));
-    const QString cannotResolveTo = f.translate(QStringLiteral("Cannot resolve to"));
+    const QString offline = m_ctx.translate(QStringLiteral("gave no answer to the echo request"));
+    const QString cannotResolveTo = m_ctx.translate(QStringLiteral("Cannot resolve to"));
 
     if (cmbIPadr.isEmpty() || txtConnectPort.isEmpty())
         return;
@@ -110,15 +116,15 @@ void LoginDialog::cmdOK_Click()
     if (!cmbList.contains(cmbIPadr))
         cmbList << cmbIPadr;
     for (int i = 0; i < cmbList.size(); ++i)
-        f.writeSetting(kHistoryStem + QString::number(i), cmbList.at(i));
+        m_ctx.writeSetting(kHistoryStem + QString::number(i), cmbList.at(i));
 
-    if (flagByText(f.setting(QStringLiteral("Permanent Port"))).value_or(false))
-        f.writeSetting(QStringLiteral("RemotePort"), txtConnectPort);
-    const bool noResolve = f.settingNumber(QStringLiteral("No Resolve To Connect")) != 0;
+    if (flagByText(m_ctx.setting(QStringLiteral("Permanent Port"))).value_or(false))
+        m_ctx.writeSetting(QStringLiteral("RemotePort"), txtConnectPort);
+    const bool noResolve = m_ctx.settingNumber(QStringLiteral("No Resolve To Connect")) != 0;
 
     // A call to this very copy is refused before the socket is touched.
-    if (iniInt(txtConnectPort) == int(f.winsock(0).LocalPort()) && c.isOwnAddress(cmbIPadr)) {
-        f.prompter().msgBox(f.translate(QStringLiteral("Warning: Cannot connect to itself")),
+    if (iniInt(txtConnectPort) == int(m_session.winsock(0).LocalPort()) && c.isOwnAddress(cmbIPadr)) {
+        m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Warning: Cannot connect to itself")),
                             MsgStyle::Exclamation, QStringLiteral("Connect Error"));
         unload();
         return;
@@ -127,7 +133,7 @@ void LoginDialog::cmdOK_Click()
     QString address = cmbIPadr;
     if (!noResolve) {
         if (!AddressServices::looksDotted(cmbIPadr)) {
-            f.PeerHostName = cmbIPadr;
+            m_session.PeerHostName = cmbIPadr;
             appendStatus(pleaseWait + QStringLiteral(": ") + resolvingIp);
             address = c.address().ResolveName(cmbIPadr, true);
             if (address == AddressServices::kFailed) {
@@ -136,68 +142,68 @@ void LoginDialog::cmdOK_Click()
             }
         } else {
             appendStatus(pleaseWait + QStringLiteral(": ") + resolvingHost);
-            f.PeerHostName = c.address().ResolveAddress(address);
-            if (f.PeerHostName == AddressServices::kFailed) {
+            m_session.PeerHostName = c.address().ResolveAddress(address);
+            if (m_session.PeerHostName == AddressServices::kFailed) {
                 // An address without a name is called all the same.
                 appendStatus(cannotResolveTo + QLatin1Char(' ') + hostname + QLatin1Char(' ') +
                              address);
-                f.PeerHostName.clear();
+                m_session.PeerHostName.clear();
             }
         }
     }
 
-    f.writeSetting(QStringLiteral("Previous IP Address"), address);
-    f.writeSetting(QStringLiteral("Connect Port"), txtConnectPort);
-    f.txtServer.setEnabled(false);
-    f.txtServer.clear();
-    f.txtClient(0).clear();
+    m_ctx.writeSetting(QStringLiteral("Previous IP Address"), address);
+    m_ctx.writeSetting(QStringLiteral("Connect Port"), txtConnectPort);
+    m_model.txtServer.setEnabled(false);
+    m_model.txtServer.clear();
+    m_model.txtClient(0).clear();
 
     // A report only: the call goes ahead either way.
-    const bool answered = f.pinger().echo(address, 200);
+    const bool answered = m_ctx.pinger().echo(address, 200);
     appendStatus(address + QLatin1Char(' ') + (answered ? online : offline));
 
     setAbort(QStringLiteral("Close"), QStringLiteral("Close"));
     c.ConnectProcedure();
 
-    if (f.IsConnected()) {
+    if (m_session.IsConnected()) {
         // The other side's first data may still be on its way.
-        const QDateTime start = f.clock().now();
+        const QDateTime start = m_ctx.clock().now();
         const qint64 waitMs =
-            (qint64(f.settingInt(QStringLiteral("Incomming Connection Timeout"))) + 5) * 1000;
+            (qint64(m_ctx.settingInt(QStringLiteral("Incomming Connection Timeout"))) + 5) * 1000;
         int turns = 0;
-        while (start.msecsTo(f.clock().now()) < waitMs) {
+        while (start.msecsTo(m_ctx.clock().now()) < waitMs) {
             ++turns;
             c.spin();
-            if (f.RemoteResponded || f.StopConnecting || f.ProgramExiting)
+            if (m_session.RemoteResponded || m_session.StopConnecting || m_ctx.ProgramExiting)
                 break;
             if (turns >= 10000) {
                 turns = 1;
-                const qint64 left = (waitMs - start.msecsTo(f.clock().now())) / 1000;
+                const qint64 left = (waitMs - start.msecsTo(m_ctx.clock().now())) / 1000;
                 const QString text = pleaseWait + QStringLiteral(": ") + QString::number(left) +
                                      QLatin1Char(' ') + second;
                 setLastStatusLine(text);
                 cmdAbortToolTip = text;
-                f.stStatusbar.setText(2, pleaseWait + QStringLiteral(": ") +
+                m_model.stStatusbar.setText(2, pleaseWait + QStringLiteral(": ") +
                                              QString::number(left) + QStringLiteral(" second"));
             }
         }
         cmdAbortToolTip.clear();
-        f.stStatusbar.setToolTip(2, QString());
+        m_model.stStatusbar.setToolTip(2, QString());
     }
 
     // A refused call is no cancel: its report stays open and says so.
-    const bool refused = f.StopConnecting && c.callRefused();
-    if (f.StopConnecting) {
-        appendStatus(refused ? f.translate(Connection::refusedText()) : cancelled);
+    const bool refused = m_session.StopConnecting && c.callRefused();
+    if (m_session.StopConnecting) {
+        appendStatus(refused ? m_ctx.translate(Connection::refusedText()) : cancelled);
         c.mnuDisconnect_Click();
-        f.txtServer.setEnabled(true);
-        if (f.txtServer.text().isEmpty())
-            f.setVisible(true);
+        m_model.txtServer.setEnabled(true);
+        if (m_model.txtServer.text().isEmpty())
+            m_model.setVisible(true);
         if (refused)
-            f.stStatusbar.setText(2, f.translate(Connection::refusedText()));
+            m_model.stStatusbar.setText(2, m_ctx.translate(Connection::refusedText()));
     }
     // A failed attempt leaves its report open until the user closes it.
-    if ((f.StopConnecting && !refused) || f.IsConnected())
+    if ((m_session.StopConnecting && !refused) || m_session.IsConnected())
         unload();
     notify();
 }
@@ -208,42 +214,42 @@ void LoginDialog::cmdAbortConnect_Click()
         unload();
         return;
     }
-    m_frm.connection().mnuDisconnect_Click();
+    m_connection.mnuDisconnect_Click();
     txtStatus.clear();
-    m_frm.stStatusbar.setText(2, QString());
+    m_model.stStatusbar.setText(2, QString());
     unload();
 }
 
 void LoginDialog::cmdAbortConnect_Escape()
 {
-    if (m_frm.IsConnected())
+    if (m_session.IsConnected())
         unload();
 }
 
 void LoginDialog::cmdCancel_Click()
 {
-    m_frm.txtServer.setEnabled(true);
+    m_model.txtServer.setEnabled(true);
     unload();
 }
 
 void LoginDialog::cmdClearRec_Click()
 {
-    m_frm.writeSetting(QStringLiteral("Previous IP Address"), QString());
+    m_ctx.writeSetting(QStringLiteral("Previous IP Address"), QString());
     for (int i = 0; i < cmbList.size(); ++i)
-        m_frm.writeSetting(kHistoryStem + QString::number(i), QString());
+        m_ctx.writeSetting(kHistoryStem + QString::number(i), QString());
     cmbList.clear();
     notify();
 }
 
 void LoginDialog::cmdHelp_Click()
 {
-    m_frm.desktop().openFile(m_frm.HelpPath + (cmdOKEnabled ? QStringLiteral("connect.htm")
+    m_ctx.desktop().openFile(m_ctx.HelpPath + (cmdOKEnabled ? QStringLiteral("connect.htm")
                                                             : QStringLiteral("connectfail.htm")));
 }
 
 void LoginDialog::cmdBrowse_Click()
 {
-    m_frm.views().showModeless(QStringLiteral("frmNetView"));
+    m_ctx.views().showModeless(QStringLiteral("frmNetView"));
 }
 
 }  // namespace vonnel

@@ -9,12 +9,16 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
+class Session;
+class Connection;
 
 class LoginDialog : public QObject {
     Q_OBJECT
 public:
-    explicit LoginDialog(FrmMain& frm, QObject* parent = nullptr);
+    LoginDialog(CopyContext& ctx, MainModel& model, Session& session, Connection& connection,
+                QObject* parent = nullptr);
 
     QString cmbIPadr;        // the text of the combo box
     QStringList cmbList;     // its list: the address history
@@ -53,7 +57,10 @@ Q_SIGNALS:
     void changed();
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
+    Connection& m_connection;
 };
 
 }  // namespace vonnel

@@ -3,24 +3,28 @@
 #include "core/IniStore.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 
 #include <QSysInfo>
 
 namespace vonnel {
 
-PropertyDialog::PropertyDialog(FrmMain& frm, QObject* parent) : QObject(parent), m_frm(frm) {}
+PropertyDialog::PropertyDialog(CopyContext& ctx, MainModel& model, Session& session, QObject* parent)
+    : QObject(parent), m_ctx(ctx), m_model(model), m_session(session)
+{
+}
 
 void PropertyDialog::Form_Load()
 {
-    FrmMain& f = m_frm;
-    Winsock& ws = f.winsock(0);
+    Winsock& ws = m_session.winsock(0);
     txtComputerName = QSysInfo::machineHostName();
     txtLocalHost = ws.LocalHostName();
     txtLocalIP = ws.LocalIP();
-    txtLocalPort = QString::number(f.settingInt(QStringLiteral("LocalPort")));
-    txtRemotePort = QString::number(f.settingInt(QStringLiteral("RemotePort")));
+    txtLocalPort = QString::number(m_ctx.settingInt(QStringLiteral("LocalPort")));
+    txtRemotePort = QString::number(m_ctx.settingInt(QStringLiteral("RemotePort")));
     txtLocalPort5 = QString::number(iniInt(txtLocalPort) + 5);
     txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
     lblLocalPort = QString::number(ws.LocalPort());
@@ -30,17 +34,17 @@ void PropertyDialog::Form_Load()
 
 bool PropertyDialog::cmdCancelEnabled() const
 {
-    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
+    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
 }
 
 bool PropertyDialog::cmdApplyEnabled() const
 {
-    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdApply"));
+    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdApply"));
 }
 
 bool PropertyDialog::cmdOKEnabled() const
 {
-    return m_frm.controls.enabled(QStringLiteral("frmProperty.cmdOK"));
+    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdOK"));
 }
 
 void PropertyDialog::cmdRestore_Click()
@@ -54,15 +58,14 @@ void PropertyDialog::cmdRestore_Click()
 
 void PropertyDialog::cmdApply_Click()
 {
-    FrmMain& f = m_frm;
     if (!cmdApplyEnabled())
         return;
     if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty()) {
-        f.prompter().msgBox(f.translate(QStringLiteral("Local Port and Remote Port must be filled in")));
+        m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Local Port and Remote Port must be filled in")));
         cmdRestore_Click();
     }
-    f.Init();
-    Winsock& ws = f.winsock(0);
+    Q_EMIT applied();
+    Winsock& ws = m_session.winsock(0);
     if (ws.State() != Winsock::sckClosed)
         ws.Close();
     ws.setRemotePort(quint16(iniInt(txtRemotePort)));
@@ -72,9 +75,9 @@ void PropertyDialog::cmdApply_Click()
     int error = 0;
     for (int counter = 0;; ++counter) {
         if (counter > 5) {
-            f.prompter().msgBox(QStringLiteral("Local Port Setting Error: ") +
+            m_ctx.prompter().msgBox(QStringLiteral("Local Port Setting Error: ") +
                                     QString::number(error) + QLatin1Char(' ') + ws.lastErrorText(),
-                                MsgStyle::Exclamation, FrmMain::kTitle);
+                                MsgStyle::Exclamation, MainModel::kTitle);
             ws.Close();
             Q_EMIT changed();
             return;
@@ -82,33 +85,33 @@ void PropertyDialog::cmdApply_Click()
         if (ws.State() != Winsock::sckClosed)
             ws.Close();
         ws.setLocalPort(quint16(asked + counter));
-        f.idleDelay0();
+        m_session.idleDelay0();
         error = ws.Listen();
         if (error == 0)
             break;
     }
-    f.checkStatus();
+    m_session.checkStatus();
 
-    f.views().unload(QStringLiteral("frmPopMsg"));
+    m_ctx.views().unload(QStringLiteral("frmPopMsg"));
     txtLocalHost = ws.LocalHostName();
     txtLocalIP = ws.LocalIP();
     lblLocalPort = QString::number(ws.LocalPort());
     lblRemotePort = QString::number(ws.RemotePort());
 
     if (int(ws.LocalPort()) != asked) {
-        f.prompter().msgBox(f.translate(QStringLiteral("Local Port")) + QLatin1Char(' ') +
+        m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Local Port")) + QLatin1Char(' ') +
                                 QString::number(asked) + QLatin1Char(' ') +
-                                f.translate(QStringLiteral("is used by another application,")) +
+                                m_ctx.translate(QStringLiteral("is used by another application,")) +
                                 QStringLiteral("\r\n") +
-                                f.translate(QStringLiteral("it will automatically change to")) +
+                                m_ctx.translate(QStringLiteral("it will automatically change to")) +
                                 QLatin1Char(' ') + QString::number(ws.LocalPort()),
                             MsgStyle::OkOnly, QStringLiteral("Port Setting"));
         txtLocalPort = QString::number(ws.LocalPort());
     }
     txtLocalPort5 = QString::number(iniInt(txtLocalPort) + 5);
     txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
-    f.writeSetting(QStringLiteral("LocalPort"), QString::number(iniInt(txtLocalPort)));
-    f.writeSetting(QStringLiteral("RemotePort"), QString::number(iniInt(txtRemotePort)));
+    m_ctx.writeSetting(QStringLiteral("LocalPort"), QString::number(iniInt(txtLocalPort)));
+    m_ctx.writeSetting(QStringLiteral("RemotePort"), QString::number(iniInt(txtRemotePort)));
     Q_EMIT changed();
 }
 
@@ -118,7 +121,7 @@ void PropertyDialog::cmdOK_Click()
         return;
     lblSysMsg.clear();
     // During a session the ports are not touched.
-    if (m_frm.winsock(0).State() != Winsock::sckConnected) {
+    if (m_session.winsock(0).State() != Winsock::sckConnected) {
         if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty())
             cmdRestore_Click();
         cmdApply_Click();
@@ -135,7 +138,7 @@ void PropertyDialog::cmdCancel_Click()
 
 QString PropertyDialog::HostsPath() const
 {
-    const QString configured = m_frm.setting(QStringLiteral("HostsPath"));
+    const QString configured = m_ctx.setting(QStringLiteral("HostsPath"));
     if (!configured.isEmpty())
         return configured;
 #ifdef Q_OS_WIN
@@ -148,22 +151,22 @@ QString PropertyDialog::HostsPath() const
 
 void PropertyDialog::cmdHostConfig_Click()
 {
-    m_frm.desktop().openFile(HostsPath());
+    m_ctx.desktop().openFile(HostsPath());
 }
 
 void PropertyDialog::cmdBadIPLst_Click()
 {
-    m_frm.views().runModal(QStringLiteral("frmIPBlocking"));
+    m_ctx.views().runModal(QStringLiteral("frmIPBlocking"));
 }
 
 void PropertyDialog::cmdSafeLst_Click()
 {
-    m_frm.views().runModal(QStringLiteral("frmIPPermit"));
+    m_ctx.views().runModal(QStringLiteral("frmIPPermit"));
 }
 
 void PropertyDialog::cmdHelp_Click()
 {
-    m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("property.htm"));
+    m_ctx.desktop().openFile(m_ctx.HelpPath + QStringLiteral("property.htm"));
 }
 
 }  // namespace vonnel

@@ -7,12 +7,14 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
+class Session;
 
 class PropertyDialog : public QObject {
     Q_OBJECT
 public:
-    explicit PropertyDialog(FrmMain& frm, QObject* parent = nullptr);
+    PropertyDialog(CopyContext& ctx, MainModel& model, Session& session, QObject* parent = nullptr);
 
     QString txtComputerName, txtLocalHost, txtLocalIP;
     QString txtLocalPort, txtLocalPort5, txtRemotePort, txtRemotePort5;
@@ -38,9 +40,13 @@ public:
 
 Q_SIGNALS:
     void changed();
+    // Apply wrote the settings: the copy reads its start values again.
+    void applied();
 
 private:
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
 };
 
 }  // namespace vonnel

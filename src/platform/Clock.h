@@ -2,6 +2,8 @@
 // Time of day and date, behind a seam so tests can step the clock.
 
 #include <QDateTime>
+#include <QThread>
+#include <chrono>
 
 namespace vonnel {
 
@@ -25,6 +27,19 @@ public:
     QDate today() const { return now().date(); }
     // Seconds since midnight, with fractions, as the delay routine spins on.
     double timer() const { return now().time().msecsSinceStartOfDay() / 1000.0; }
+    // Milliseconds on a clock that never goes back, for measuring rates.
+    virtual qint64 steadyMs() const
+    {
+        using namespace std::chrono;
+        return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    }
+    // Spins on timer() for the given seconds without running events.
+    virtual void spinFor(double seconds) const
+    {
+        const double start = timer();
+        while (timer() < start + seconds)
+            QThread::msleep(1);
+    }
 
 private:
     mutable qint64 m_offsetAt = 0;

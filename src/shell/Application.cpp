@@ -1,7 +1,7 @@
 #include "shell/Application.h"
 
 #include "core/FatalHandler.h"
-#include "core/Startup.h"
+#include "shell/Startup.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Companions.h"
@@ -11,8 +11,9 @@
 #include "platform/WidgetPrompter.h"
 #include "shell/FrmMain.h"
 #include "shell/MainWindow.h"
-#include "shell/Views.h"
+#include "core/Views.h"
 #include "shell/dialogs/LockDialogs.h"
+#include "core/CopyContext.h"
 
 #include <QDir>
 #include <QFile>
@@ -154,7 +155,7 @@ int runProgram(int argc, char** argv)
     frm = std::make_unique<FrmMain>(env);
     if (!args.headless) {
         window = std::make_unique<MainWindow>(*frm);
-        frm->setViews(window.get());
+        frm->ctx().setViews(window.get());
         static_cast<WidgetPrompter*>(prompter.get())->setParent(window.get());
         installLockDialogs(*frm);
     }

@@ -7,6 +7,9 @@
 #include "shell/FrmMain.h"
 #include "transfer/Transfer.h"
 #include "wire/LiveTyping.h"
+#include "connection/Session.h"
+#include "platform/Winsock.h"
+#include "core/CopyContext.h"
 
 #include <QFile>
 
@@ -57,12 +60,12 @@ QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShow
 CommandControl::CommandControl(FrmMain& frm) : QObject(&frm), m_frm(frm)
 {
     connect(&frm, &FrmMain::commandGiven, this, &CommandControl::runCommand);
-    connect(&frm.tTimer2, &QTimer::timeout, this, &CommandControl::tTimer2_Timer);
+    connect(&frm.tTimer2(), &QTimer::timeout, this, &CommandControl::tTimer2_Timer);
 }
 
 QString CommandControl::commandFile() const
 {
-    return m_frm.appFile(QStringLiteral("Command.ini"));
+    return m_frm.ctx().appFile(QStringLiteral("Command.ini"));
 }
 
 void CommandControl::runCommand(const QString& text)
@@ -73,10 +76,10 @@ void CommandControl::runCommand(const QString& text)
 
     // A text through the paste path, the clipboard given back afterwards.
     auto pasteThrough = [&](const QString& what) {
-        const QString saved = f.clipboard().text();
-        f.clipboard().setText(what);
+        const QString saved = f.ctx().clipboard().text();
+        f.ctx().clipboard().setText(what);
         typing.PasteText(false);
-        f.clipboard().setText(saved);
+        f.ctx().clipboard().setText(saved);
     };
 
     if (lower.startsWith(QLatin1String("input "))) {
@@ -93,7 +96,7 @@ void CommandControl::runCommand(const QString& text)
             pasteThrough(QStringLiteral(" "));
             code = LiveTyping::vbKeySpace;
         } else if (key == QLatin1String("backspace")) {
-            typing.setServerText(f.txtServer.text().chopped(qMin<qsizetype>(1, f.txtServer.length())));
+            typing.setServerText(f.model().txtServer.text().chopped(qMin<qsizetype>(1, f.model().txtServer.length())));
             code = LiveTyping::vbKeyBack;
         } else {
             return;
@@ -128,16 +131,16 @@ void CommandControl::runCommand(const QString& text)
     }
     if (text.contains(QLatin1Char(' ')) || text == QLatin1String("NULL") || text.isEmpty())
         return;
-    const int state = f.winsock(f.sIdx).State();
-    if (f.IsConnected() || state == Winsock::sckConnecting ||
+    const int state = f.session().winsock(f.session().sIdx).State();
+    if (f.session().IsConnected() || state == Winsock::sckConnecting ||
         state == Winsock::sckResolvingHost || state == Winsock::sckHostResolved)
         return;
     const qsizetype colon = text.indexOf(QLatin1Char(':'));
     const QString host = colon < 0 ? text : text.left(colon);
     const QString port = colon < 0 ? QString() : text.mid(colon + 1);
-    f.writeSetting(QStringLiteral("Previous IP Address"), host);
+    f.ctx().writeSetting(QStringLiteral("Previous IP Address"), host);
     if (!port.isEmpty())
-        f.writeSetting(QStringLiteral("Connect Port"), port);
+        f.ctx().writeSetting(QStringLiteral("Connect Port"), port);
     if (connectToAddress)
         connectToAddress(host, port);
 }
@@ -145,7 +148,7 @@ void CommandControl::runCommand(const QString& text)
 void CommandControl::tTimer2_Timer()
 {
     FrmMain& f = m_frm;
-    if (f.ProgramExiting)
+    if (f.ctx().ProgramExiting)
         return;
     const QString file = resolveCaseBlind(commandFile());
     if (!QFile::exists(file))
@@ -156,7 +159,7 @@ void CommandControl::tTimer2_Timer()
     QFile::setPermissions(file, QFile::permissions(file) | QFileDevice::WriteOwner);
     QFile::remove(file);
     bool help = false;
-    const QString parsed = parseCommandLine(command, f.prompter(), &help);
+    const QString parsed = parseCommandLine(command, f.ctx().prompter(), &help);
     if (help) {
         f.requestClose(false);
         return;

@@ -17,6 +17,9 @@
 #include "shell/dialogs/AccessDialogs.h"
 #include "transfer/Transfer.h"
 #include "wire/PaneFormat.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "core/CopyContext.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -80,12 +83,12 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
             menu.addSeparator();
             continue;
         }
-        QAction* a = menu.addAction(m_frm.translate(QLatin1String(e.key), QLatin1String(e.fallback)));
+        QAction* a = menu.addAction(m_frm.ctx().translate(QLatin1String(e.key), QLatin1String(e.fallback)));
         a->setObjectName(QLatin1String(e.name));
-        a->setEnabled(m_frm.controls.enabled(e.twin));
+        a->setEnabled(m_frm.model().controls.enabled(e.twin));
         if (e.twin == QLatin1String("mnuOverride")) {
             a->setCheckable(true);
-            a->setChecked(m_frm.controls.checked(e.twin));
+            a->setChecked(m_frm.model().controls.checked(e.twin));
         }
         const QString twin = e.twin;
         connect(a, &QAction::triggered, this, [this, twin] { Q_EMIT triggered(twin); });
@@ -172,15 +175,15 @@ void MainWindow::mnuCopy_Click()
 {
     const QString text = selectedText();
     if (!text.isEmpty())
-        m_frm.clipboard().setText(text);
+        m_frm.ctx().clipboard().setText(text);
 }
 
 void MainWindow::mnuCopyAll_Click()
 {
     // The whole text of the pane last worked in, as the session holds it.
-    const QString text = m_lastPane == m_client ? m_frm.txtClient().text() : m_frm.txtServer.text();
+    const QString text = m_lastPane == m_client ? m_frm.model().txtClient(m_frm.session().sIdx).text() : m_frm.model().txtServer.text();
     if (!text.isEmpty())
-        m_frm.clipboard().setText(text);
+        m_frm.ctx().clipboard().setText(text);
 }
 
 void MainWindow::mnuSecurity_Click()
@@ -224,7 +227,7 @@ void MainWindow::onTriggered(const QString& name)
     } else if (is("mnuRefresh") || name == toolbarButton(3)) {
         // Not in a session and no transfer in the way: the local addresses
         // are read again (the pane's refresh is the typing logic's).
-        if (!m_frm.IsConnected() && !m_frm.transfer().progress().loaded)
+        if (!m_frm.session().IsConnected() && !m_frm.transfer().progress().loaded)
             m_frm.connection().address().GetLocalHost();
     } else if (is("mnuSave")) {
         m_frm.records().mnuSave_Click();
@@ -237,27 +240,27 @@ void MainWindow::onTriggered(const QString& name)
     } else if (is("mnuEncryption")) {
         mnuEncrypt_Click();
     } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
-        m_frm.desktop().openFile(m_frm.HelpPath + QStringLiteral("index.htm"));
+        m_frm.ctx().desktop().openFile(m_frm.ctx().HelpPath + QStringLiteral("index.htm"));
     } else if (is("mnuUpdate")) {
         m_frm.mnuUpdate_Click();
     } else if (is("mnuHomePage") || is("mnuSupport")) {
         const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
                                               : QStringLiteral("Support");
-        const QString url = m_frm.setting(key);
+        const QString url = m_frm.ctx().setting(key);
         if (!url.isEmpty())
-            m_frm.desktop().openUrl(url);
+            m_frm.ctx().desktop().openUrl(url);
     } else if (is("mnuAbout")) {
-        m_frm.prompter().msgBox(m_frm.VersionString + QStringLiteral("\r\r") +
-                                    m_frm.translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
-                                    m_frm.setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
-                                    m_frm.translate(QStringLiteral("Connection Count")) +
-                                    QStringLiteral(": ") + m_frm.setting(QStringLiteral("Connection Count")),
+        m_frm.ctx().prompter().msgBox(m_frm.ctx().VersionString + QStringLiteral("\r\r") +
+                                    m_frm.ctx().translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
+                                    m_frm.ctx().setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
+                                    m_frm.ctx().translate(QStringLiteral("Connection Count")) +
+                                    QStringLiteral(": ") + m_frm.ctx().setting(QStringLiteral("Connection Count")),
                                 MsgStyle::Information,
-                                m_frm.translate(QStringLiteral("About")) + QStringLiteral(" ") +
-                                    FrmMain::kTitle);
+                                m_frm.ctx().translate(QStringLiteral("About")) + QStringLiteral(" ") +
+                                    MainModel::kTitle);
     } else if (is("mnuViewontop")) {
-        const bool on = !m_frm.controls.checked(name);
-        m_frm.controls.setChecked(name, on);
+        const bool on = !m_frm.model().controls.checked(name);
+        m_frm.model().controls.setChecked(name, on);
         setWindowFlag(Qt::WindowStaysOnTopHint, on);
         show();
     } else if (is("mnuMin")) {

@@ -36,6 +36,9 @@
 #include "shell/TypingBinder.h"
 #include "wire/LiveTyping.h"
 #include "wire/PaneFormat.h"
+#include "connection/Session.h"
+#include "core/MainModel.h"
+#include "core/CopyContext.h"
 
 namespace vonnel {
 
@@ -87,8 +90,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     buildStatusBar();
     buildTray();
 
-    bindPane(frm.txtServer, m_server);
-    bindPane(frm.txtClient(0), m_client);
+    bindPane(frm.model().txtServer, m_server);
+    bindPane(frm.model().txtClient(0), m_client);
     // The local pane's keys go to the typing logic; the model stays the truth.
     new TypingBinder(m_frm, m_server, m_client);
     connect(this, &MainWindow::triggered, &m_frm.typing(),
@@ -110,7 +113,7 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     setFocusProxy(m_server);
     m_server->setFocus();
 
-    connect(&frm.controls, &Controls::changed, this, &MainWindow::refreshControl);
+    connect(&frm.model().controls, &Controls::changed, this, &MainWindow::refreshControl);
     for (const QString& name : m_actions.keys())
         refreshControl(name);
     // Panels change with every frame of a transfer (the send picture, the
@@ -122,24 +125,24 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
         for (int n : dirty)
             refreshPanel(n);
     });
-    connect(&frm.stStatusbar, &StatusBar::panelChanged, this, [this](int n) {
+    connect(&frm.model().stStatusbar, &StatusBar::panelChanged, this, [this](int n) {
         m_dirtyPanels.insert(n);
         if (!m_panelTimer.isActive())
             m_panelTimer.start();
     });
-    connect(&frm, &FrmMain::captionChanged, this, [this] { setWindowTitle(m_frm.caption()); });
-    connect(&frm, &FrmMain::visibilityChanged, this, [this](bool v) {
+    connect(&frm.model(), &MainModel::captionChanged, this, [this] { setWindowTitle(m_frm.model().caption()); });
+    connect(&frm.model(), &MainModel::visibilityChanged, this, [this](bool v) {
         if (v) {
-            setGeometry(m_frm.left / kTwipsPerPixel, m_frm.top / kTwipsPerPixel,
-                        m_frm.width / kTwipsPerPixel, m_frm.height / kTwipsPerPixel);
+            setGeometry(m_frm.placement.left / kTwipsPerPixel, m_frm.placement.top / kTwipsPerPixel,
+                        m_frm.placement.width / kTwipsPerPixel, m_frm.placement.height / kTwipsPerPixel);
             show();
         } else {
             hide();
         }
     });
-    connect(&frm, &FrmMain::windowStateChanged, this, [this](int s) {
-        setWindowState(s == FrmMain::vbMinimized   ? Qt::WindowMinimized
-                       : s == FrmMain::vbMaximized ? Qt::WindowMaximized
+    connect(&frm.model(), &MainModel::windowStateChanged, this, [this](int s) {
+        setWindowState(s == MainModel::vbMinimized   ? Qt::WindowMinimized
+                       : s == MainModel::vbMaximized ? Qt::WindowMaximized
                                                    : Qt::WindowNoState);
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
@@ -158,12 +161,12 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
             });
         refreshHold();
     });
-    connect(&frm.controls, &Controls::changed, this, [this](const QString& name) {
+    connect(&frm.model().controls, &Controls::changed, this, [this](const QString& name) {
         if (name == QLatin1String("mnuSendFile"))
             refreshHold();
     });
     connect(&frm.transfer(), &Transfer::beep, this, [] { systemBeep(); });
-    setWindowTitle(frm.caption());
+    setWindowTitle(frm.model().caption());
     for (int n = 1; n <= StatusBar::kPanels; ++n)
         refreshPanel(n);
 
@@ -185,9 +188,9 @@ MainWindow::~MainWindow() = default;
 QAction* MainWindow::addEntry(QMenu* menu, const QString& name, const QString& key,
                               const QString& fallback)
 {
-    auto* a = new QAction(m_frm.translate(key, fallback), this);
+    auto* a = new QAction(m_frm.ctx().translate(key, fallback), this);
     a->setObjectName(name);
-    a->setToolTip(m_frm.translate(key));
+    a->setToolTip(m_frm.ctx().translate(key));
     connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
     menu->addAction(a);
     m_actions.insert(name, a);
@@ -255,7 +258,7 @@ void MainWindow::buildMenus()
           {"mnuAbout", "About", "&About Vonnel"}}},
     };
     for (const Head& h : heads) {
-        QMenu* menu = menuBar()->addMenu(m_frm.translate(QLatin1String(h.key), QLatin1String(h.fallback)));
+        QMenu* menu = menuBar()->addMenu(m_frm.ctx().translate(QLatin1String(h.key), QLatin1String(h.fallback)));
         menu->setObjectName(QLatin1String(h.name));
         for (const Entry& e : h.entries) {
             if (QLatin1String(e.name) == QLatin1String("-"))
@@ -300,9 +303,9 @@ void MainWindow::buildToolbar()
     };
     for (int i = 0; i < buttons.size(); ++i) {
         const QString name = toolbarButton(i + 1);
-        QAction* a = bar->addAction(buttons[i].icon, m_frm.translate(QLatin1String(buttons[i].tip)));
+        QAction* a = bar->addAction(buttons[i].icon, m_frm.ctx().translate(QLatin1String(buttons[i].tip)));
         a->setObjectName(name);
-        a->setToolTip(m_frm.translate(QLatin1String(buttons[i].tip)));
+        a->setToolTip(m_frm.ctx().translate(QLatin1String(buttons[i].tip)));
         connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
         m_actions.insert(name, a);
         if (i == 12)
@@ -313,9 +316,9 @@ void MainWindow::buildToolbar()
     // Send File sits at the end and follows mnuSendFile.
     bar->addSeparator();
     QAction* send = bar->addAction(st->standardIcon(QStyle::SP_FileDialogStart),
-                                   m_frm.translate(QStringLiteral("Send File")));
+                                   m_frm.ctx().translate(QStringLiteral("Send File")));
     send->setObjectName(kSendFileButton);
-    send->setToolTip(m_frm.translate(QStringLiteral("Send File")));
+    send->setToolTip(m_frm.ctx().translate(QStringLiteral("Send File")));
     connect(send, &QAction::triggered, this, [this] { Q_EMIT triggered(kSendFileButton); });
     m_actions.insert(kSendFileButton, send);
 }
@@ -339,7 +342,7 @@ void MainWindow::buildStatusBar()
         label->setAlignment(Qt::AlignCenter);
         label->setTextFormat(Qt::PlainText);
         if (kPanelTips[n - 1])
-            label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])));
+            label->setToolTip(m_frm.ctx().translate(QLatin1String(kPanelTips[n - 1])));
         if (n == 2) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
             label->setMinimumWidth(60);
@@ -363,11 +366,11 @@ void MainWindow::buildStatusBar()
 
 QString MainWindow::holdText(FrmMain& frm)
 {
-    if (!frm.TransferOnHold)
+    if (!frm.session().TransferOnHold)
         return QString();
     const Transfer& t = frm.transfer();
     const bool receiving = t.holdDirection.contains(QLatin1String("Receiving"));
-    return frm.translate(receiving ? QStringLiteral("Receiving on hold") : QStringLiteral("Sending on hold")) +
+    return frm.ctx().translate(receiving ? QStringLiteral("Receiving on hold") : QStringLiteral("Sending on hold")) +
            QStringLiteral(": ") + QFileInfo(t.holdFileName).fileName() + QStringLiteral(" (") +
            t.holdProgressText + QLatin1Char(')');
 }
@@ -385,7 +388,7 @@ void MainWindow::refreshHold()
     // Long names are cut in the middle; the tool tip has the whole text.
     m_hold->setText(m_hold->fontMetrics().elidedText(text, Qt::ElideMiddle, 260));
     m_hold->setToolTip(text + QLatin1Char('\n') +
-                       m_frm.translate(QStringLiteral("Tools - Send File continues it")));
+                       m_frm.ctx().translate(QStringLiteral("Tools - Send File continues it")));
     m_hold->setVisible(!text.isEmpty());
     // The panels make room for it.
     for (int n = 1; n <= StatusBar::kPanels; ++n)
@@ -400,7 +403,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::MouseButtonRelease) {
         const int n = int(m_panels.indexOf(static_cast<QLabel*>(watched)));
         if (n >= 0)
-            m_frm.stStatusbar_PanelClick(n + 1);
+            m_frm.connection().stStatusbar_PanelClick(n + 1);
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -410,8 +413,8 @@ void MainWindow::buildTray()
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_tray = new QSystemTrayIcon(windowIcon(), this);
-    m_tray->setToolTip(m_frm.trayTip());
-    connect(&m_frm, &FrmMain::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
+    m_tray->setToolTip(m_frm.model().trayTip());
+    connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(QStringLiteral("mnuTray"));
     addEntry(m_trayMenu, QStringLiteral("mnuSysShow"), QStringLiteral("Show"), QStringLiteral("&Show"));
@@ -456,7 +459,7 @@ void MainWindow::refreshControl(const QString& name)
     QAction* a = m_actions.value(name);
     if (!a)
         return;
-    const ControlState& s = m_frm.controls.state(name);
+    const ControlState& s = m_frm.model().controls.state(name);
     if (name == QLatin1String("mnuSendFile"))
         if (QAction* b = m_actions.value(kSendFileButton))
             b->setEnabled(s.enabled);
@@ -491,7 +494,7 @@ void MainWindow::refreshPanel(int n)
     QLabel* label = m_panels.value(n - 1);
     if (!label)
         return;
-    const StatusPanel& p = m_frm.stStatusbar.panel(n);
+    const StatusPanel& p = m_frm.model().stStatusbar.panel(n);
     if (n == 1) {
         QPixmap& picture = m_statePixmaps[int(p.picture)];
         if (picture.isNull())
@@ -503,13 +506,13 @@ void MainWindow::refreshPanel(int n)
     if (!p.toolTip.isEmpty() || n == 2)
         label->setToolTip(p.toolTip);
     if (n == 8 || n == 9) {
-        const QString on = p.text == m_frm.translate(QStringLiteral("E"))
-                               ? m_frm.translate(QStringLiteral("Encryption On"))
-                               : m_frm.translate(QStringLiteral("Encryption Off"));
-        label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) + on);
+        const QString on = p.text == m_frm.ctx().translate(QStringLiteral("E"))
+                               ? m_frm.ctx().translate(QStringLiteral("Encryption On"))
+                               : m_frm.ctx().translate(QStringLiteral("Encryption Off"));
+        label->setToolTip(m_frm.ctx().translate(QLatin1String(kPanelTips[n - 1])) + on);
     }
     if (n == 10 || n == 11)
-        label->setToolTip(m_frm.translate(QLatin1String(kPanelTips[n - 1])) +
+        label->setToolTip(m_frm.ctx().translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
     const int room = width() - (m_hold && !m_hold->isHidden() ? m_hold->sizeHint().width() : 0);
     label->setVisible(p.visible && panelFits(n, room));
@@ -564,26 +567,26 @@ void MainWindow::showModeless(const QString& form)
 
 void MainWindow::showTips()
 {
-    auto tips = std::make_shared<Tips>(m_frm.appFile(QStringLiteral("TIPS.TXT")),
+    auto tips = std::make_shared<Tips>(m_frm.ctx().appFile(QStringLiteral("TIPS.TXT")),
                                        int(QRandomGenerator::global()->bounded(1 << 16)));
     if (tips->isEmpty())
         return;
     auto* dlg = new QDialog(this);
     dlg->setAttribute(Qt::WA_DeleteOnClose);
-    dlg->setWindowTitle(m_frm.translate(QStringLiteral("Tips of the day"), QStringLiteral("Tips")));
+    dlg->setWindowTitle(m_frm.ctx().translate(QStringLiteral("Tips of the day"), QStringLiteral("Tips")));
     auto* text = new QLabel(tips->current());
     text->setWordWrap(true);
     text->setMinimumSize(360, 80);
-    auto* load = new QCheckBox(m_frm.translate(QStringLiteral("Show Tips at Startup")));
+    auto* load = new QCheckBox(m_frm.ctx().translate(QStringLiteral("Show Tips at Startup")));
     load->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
-    load->setChecked(m_frm.settingNumber(QStringLiteral("Show Tips at Startup")) == 1);
-    auto* next = new QPushButton(m_frm.translate(QStringLiteral("Next Tip"), QStringLiteral("&Next Tip")));
+    load->setChecked(m_frm.ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1);
+    auto* next = new QPushButton(m_frm.ctx().translate(QStringLiteral("Next Tip"), QStringLiteral("&Next Tip")));
     next->setObjectName(QStringLiteral("cmdNextTip"));
-    auto* ok = new QPushButton(m_frm.translate(QStringLiteral("OK"), QStringLiteral("&OK")));
+    auto* ok = new QPushButton(m_frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("&OK")));
     connect(next, &QPushButton::clicked, text, [tips, text] { text->setText(tips->next()); });
     connect(ok, &QPushButton::clicked, dlg, &QDialog::close);
     connect(load, &QCheckBox::toggled, this, [this](bool on) {
-        m_frm.writeSetting(QStringLiteral("Show Tips at Startup"), on ? QStringLiteral("1") : QStringLiteral("0"));
+        m_frm.ctx().writeSetting(QStringLiteral("Show Tips at Startup"), on ? QStringLiteral("1") : QStringLiteral("0"));
     });
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(load);
@@ -627,10 +630,10 @@ void MainWindow::rememberPlacement()
     if (windowState() != Qt::WindowNoState || !QMainWindow::isVisible())
         return;
     const QRect g = geometry();
-    m_frm.left = g.x() * kTwipsPerPixel;
-    m_frm.top = g.y() * kTwipsPerPixel;
-    m_frm.width = g.width() * kTwipsPerPixel;
-    m_frm.height = g.height() * kTwipsPerPixel;
+    m_frm.placement.left = g.x() * kTwipsPerPixel;
+    m_frm.placement.top = g.y() * kTwipsPerPixel;
+    m_frm.placement.width = g.width() * kTwipsPerPixel;
+    m_frm.placement.height = g.height() * kTwipsPerPixel;
 }
 
 void MainWindow::moveEvent(QMoveEvent* e)

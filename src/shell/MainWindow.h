@@ -3,7 +3,7 @@
 // panels and the tray icon, bound to one FrmMain. It holds no session
 // logic; it shows the models and hands user actions to the controller.
 
-#include "shell/Views.h"
+#include "core/Views.h"
 #include "shell/dialogs/AccessDialogs.h"
 
 #include <QHash>

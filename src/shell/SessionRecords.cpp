@@ -3,6 +3,9 @@
 #include "core/IniStore.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+#include "connection/Session.h"
+#include "platform/Clock.h"
+#include "core/CopyContext.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -25,10 +28,10 @@ QString timeText(const QTime& t)
 
 SessionRecords::SessionRecords(FrmMain& frm) : QObject(&frm), m_frm(frm)
 {
-    connect(&frm, &FrmMain::sessionEnded, this, &SessionRecords::sessionEnded);
-    connect(&frm, &FrmMain::sessionOpened, this, [this] {
+    connect(&frm.session(), &Session::sessionEnded, this, &SessionRecords::sessionEnded);
+    connect(&frm.session(), &Session::sessionOpened, this, [this] {
         m_open = true;
-        m_frm.SessionEndTime = QTime();
+        m_frm.session().SessionEndTime = QTime();
     });
 }
 
@@ -37,22 +40,22 @@ void SessionRecords::sessionEnded()
     if (!m_open)
         return;
     m_open = false;
-    if (!m_frm.SessionEndTime.isValid())
-        m_frm.SessionEndTime = m_frm.clock().timeOfDay();
+    if (!m_frm.session().SessionEndTime.isValid())
+        m_frm.session().SessionEndTime = m_frm.ctx().clock().timeOfDay();
     SmartSave();
 }
 
 QString SessionRecords::headerLine() const
 {
     return QStringLiteral("Vonnel Free ") +
-           QLocale().toString(m_frm.clock().today(), QLocale::ShortFormat) + QLatin1Char(' ') +
-           timeText(m_frm.SessionStartTime) + QStringLiteral(" - ") +
-           timeText(m_frm.SessionEndTime);
+           QLocale().toString(m_frm.ctx().clock().today(), QLocale::ShortFormat) + QLatin1Char(' ') +
+           timeText(m_frm.session().SessionStartTime) + QStringLiteral(" - ") +
+           timeText(m_frm.session().SessionEndTime);
 }
 
 QString SessionRecords::messageFormat() const
 {
-    return headerLine() + kCrLf + kCrLf + m_frm.txtTextMsg.text();
+    return headerLine() + kCrLf + kCrLf + m_frm.model().txtTextMsg.text();
 }
 
 QString SessionRecords::chatFormat() const
@@ -60,19 +63,19 @@ QString SessionRecords::chatFormat() const
     FrmMain& f = m_frm;
     const QString localName = QHostInfo::localHostName();
     return headerLine() + kCrLf + kStars + QLatin1Char(' ') + localName + QLatin1Char(' ') +
-           kStars + kCrLf + localName.toUpper() + QStringLiteral(": ") + f.txtServer.text() +
-           kCrLf + kCrLf + kStars + kCrLf + f.txtClient().text();
+           kStars + kCrLf + localName.toUpper() + QStringLiteral(": ") + f.model().txtServer.text() +
+           kCrLf + kCrLf + kStars + kCrLf + f.model().txtClient(f.session().sIdx).text();
 }
 
 QString SessionRecords::smartSavePath() const
 {
-    QString folder = m_frm.setting(QStringLiteral("SmartSave Folder")).trimmed();
+    QString folder = m_frm.ctx().setting(QStringLiteral("SmartSave Folder")).trimmed();
     if (folder.isEmpty())
-        folder = m_frm.AppPath();
+        folder = m_frm.ctx().AppPath();
     // An application folder that already ends in a separator gives a
     // doubled one; that is harmless.
     return folder + QLatin1Char('/') +
-           m_frm.clock().now().toString(QStringLiteral("MMddhhmm")) + QStringLiteral(".txt");
+           m_frm.ctx().clock().now().toString(QStringLiteral("MMddhhmm")) + QStringLiteral(".txt");
 }
 
 bool SessionRecords::writeRecord(const QString& path, const QString& text, QString* error) const
@@ -93,15 +96,15 @@ bool SessionRecords::writeRecord(const QString& path, const QString& text, QStri
 void SessionRecords::SmartSave()
 {
     FrmMain& f = m_frm;
-    const int count = f.settingInt(QStringLiteral("Connection Count")) + 1;
-    f.writeSetting(QStringLiteral("Connection Count"), QString::number(count));
-    if (f.settingFlag(QStringLiteral("No SmartSave")))
+    const int count = f.ctx().settingInt(QStringLiteral("Connection Count")) + 1;
+    f.ctx().writeSetting(QStringLiteral("Connection Count"), QString::number(count));
+    if (f.ctx().settingFlag(QStringLiteral("No SmartSave")))
         return;
     QString error;
     if (!writeRecord(smartSavePath(), messageFormat(), &error)) {
-        f.prompter().msgBox(QStringLiteral("Save Chat Session Error: ") + error,
+        f.ctx().prompter().msgBox(QStringLiteral("Save Chat Session Error: ") + error,
                             MsgStyle::Exclamation);
-        Q_EMIT f.closeOpenFiles();
+        Q_EMIT f.ctx().closeOpenFiles();
     }
 }
 
@@ -111,19 +114,19 @@ void SessionRecords::mnuSave_Click()
     int filterIndex = 1;
     FileRequest request;
     request.save = true;
-    request.title = f.translate(QStringLiteral("Save As"), QStringLiteral("Save As"));
+    request.title = f.ctx().translate(QStringLiteral("Save As"), QStringLiteral("Save As"));
     request.filter = QStringLiteral(
         "All Files (*.*)|*.*|Message Format (*.txt)|*.txt|Chat Format (*.txt)|*.txt");
     request.filterIndex = &filterIndex;
-    QString path = f.prompter().file(request);
+    QString path = f.ctx().prompter().file(request);
     if (path.isEmpty())
         return;
     if (filterIndex == 2 && QFileInfo(path).suffix().isEmpty())
         path += QStringLiteral(".txt");
     if (QFileInfo::exists(path)) {
-        const Answer a = f.prompter().msgBox(
-            path + QLatin1Char(' ') + f.translate(QStringLiteral("is already exist.")) +
-                f.translate(QStringLiteral("Do you want to overwrite it?")),
+        const Answer a = f.ctx().prompter().msgBox(
+            path + QLatin1Char(' ') + f.ctx().translate(QStringLiteral("is already exist.")) +
+                f.ctx().translate(QStringLiteral("Do you want to overwrite it?")),
             MsgStyle::YesNo | MsgStyle::Question);
         if (a == Answer::No)
             return;
@@ -137,9 +140,9 @@ void SessionRecords::mnuSave_Click()
         return;  // All Files writes nothing
     QString error;
     if (!writeRecord(path, text, &error)) {
-        f.prompter().msgBox(QStringLiteral("Save Chat Record Error: ") + error,
+        f.ctx().prompter().msgBox(QStringLiteral("Save Chat Record Error: ") + error,
                             MsgStyle::Exclamation);
-        Q_EMIT f.closeOpenFiles();
+        Q_EMIT f.ctx().closeOpenFiles();
     }
 }
 

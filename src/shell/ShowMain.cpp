@@ -1,30 +1,32 @@
 // Bringing the main window back, from the tray or for a session.
 
+#include "core/Views.h"
 #include "access/Encryption.h"
 #include "access/PasswordStore.h"
 #include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "core/Views.h"
+#include "core/CopyContext.h"
 
 namespace vonnel {
 
 void FrmMain::ShowMain()
 {
     if (WindowContext == QLatin1String("Scrivet")) {
-        views().showModeless(QStringLiteral("frmDraw"));
+        ctx().views().showModeless(QStringLiteral("frmDraw"));
         return;
     }
     // A window put away in the tray or minimised is locked while a
     // second-level password applies.
-    const bool away = !isVisible() || windowState() == vbMinimized;
+    const bool away = !model().isVisible() || model().windowState() == MainModel::vbMinimized;
     if (away && !encryption().passwords().secondLevelUnlocked())
         return;
-    setWindowState(vbNormal);
-    setVisible(true);
-    txtServer.caretToEnd();
+    model().setWindowState(MainModel::vbNormal);
+    model().setVisible(true);
+    model().txtServer.caretToEnd();
     TrayOnly = 0;
-    setTrayTip(kTitle);  // the caller it named is in sight now
-    controls.setEnabled(QStringLiteral("mnuTray"), true);
-    views().raiseMain();
+    model().setTrayTip(MainModel::kTitle);  // the caller it named is in sight now
+    model().controls.setEnabled(QStringLiteral("mnuTray"), true);
+    ctx().views().raiseMain();
 }
 
 }  // namespace vonnel

@@ -2,9 +2,10 @@
 
 #include "platform/Clipboard.h"
 #include "shell/FrmMain.h"
-#include "shell/TextPane.h"
+#include "core/TextPane.h"
 #include "wire/LiveTyping.h"
 #include "wire/PaneFormat.h"
+#include "core/CopyContext.h"
 
 #include <QDropEvent>
 #include <QInputMethodEvent>
@@ -27,7 +28,7 @@ TypingBinder::TypingBinder(FrmMain& frm, QPlainTextEdit* server, QPlainTextEdit*
     server->installEventFilter(this);
     server->viewport()->installEventFilter(this);
 
-    TextPane& pane = frm.txtServer;
+    TextPane& pane = frm.model().txtServer;
     connect(&pane, &TextPane::textChanged, server, [&pane, server] { showText(pane, server); });
     showText(pane, server);
     LiveTyping& typing = frm.typing();
@@ -127,7 +128,7 @@ void TypingBinder::showText(const TextPane& pane, QPlainTextEdit* view)
 void TypingBinder::takeSelection()
 {
     const QTextCursor c = m_server->textCursor();
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_frm.model().txtServer;
     const int from = panePosition(pane.text(), c.selectionStart());
     const int to = panePosition(pane.text(), c.selectionEnd());
     pane.setSelection(from, to - from);
@@ -254,8 +255,8 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
         // Text dropped from outside goes through the clipboard into a paste.
         auto* e = static_cast<QDropEvent*>(event);
         if (e->mimeData()->hasText()) {
-            m_frm.clipboard().setText(e->mimeData()->text());
-            m_frm.txtServer.caretToEnd();
+            m_frm.ctx().clipboard().setText(e->mimeData()->text());
+            m_frm.model().txtServer.caretToEnd();
             typing.mnuEditPaste_Click();
             e->acceptProposedAction();
             return true;

@@ -4,8 +4,11 @@
 #include "core/Logs.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
 
@@ -13,12 +16,20 @@
 
 namespace vonnel {
 
-Transfer::Transfer(FrmMain& frm) : QObject(&frm), m_frm(frm), m_progress(this)
+Transfer::Transfer(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+                   Receiver& receiver, QObject* parent)
+    : QObject(parent),
+      m_ctx(ctx),
+      m_model(model),
+      m_session(session),
+      m_sender(sender),
+      m_receiver(receiver),
+      m_progress(this)
 {
-    connect(&frm, &FrmMain::closeOpenFiles, this, &Transfer::closeAllFiles);
+    connect(&ctx, &CopyContext::closeOpenFiles, this, &Transfer::closeAllFiles);
     // Transfers belong to the session that started them: whichever way it
     // ends, and when a new one begins, nothing of them is left.
-    connect(&frm.winsock(0), &Winsock::stateChanged, this, [this](int, int state) {
+    connect(&m_session.winsock(0), &Winsock::stateChanged, this, [this](int, int state) {
         const bool nowConnected = state == Winsock::sckConnected;
         if (nowConnected != m_sessionUp || nowConnected)
             endSession();
@@ -30,22 +41,22 @@ Transfer::~Transfer() = default;
 
 bool Transfer::drawVisible() const
 {
-    return m_frm.views().isVisible(QStringLiteral("frmDraw"));
+    return m_ctx.views().isVisible(QStringLiteral("frmDraw"));
 }
 
 bool Transfer::connected() const
 {
-    return m_frm.IsConnected();
+    return m_session.IsConnected();
 }
 
 QString Transfer::lookup(const char* text) const
 {
-    return m_frm.translate(QLatin1String(text), QLatin1String(text));
+    return m_ctx.translate(QLatin1String(text), QLatin1String(text));
 }
 
 QString Transfer::lookup(const char* key, const char* fallback) const
 {
-    return m_frm.translate(QLatin1String(key), QLatin1String(fallback));
+    return m_ctx.translate(QLatin1String(key), QLatin1String(fallback));
 }
 
 void Transfer::closeAllFiles()
@@ -64,10 +75,9 @@ bool Transfer::anyUnderWay() const
 
 void Transfer::endSession()
 {
-    FrmMain& f = m_frm;
     const bool wasReceiving = m_receiving;
     const bool wasSending = m_sending;
-    const bool onHold = f.TransferOnHold;
+    const bool onHold = m_session.TransferOnHold;
     const bool anything = anyUnderWay() || onHold;
     closeAllFiles();
     clearHeldFrame();
@@ -87,12 +97,12 @@ void Transfer::endSession()
     holdFileName.clear();
     holdFileSize.clear();
     if (onHold) {
-        f.TransferOnHold = false;
-        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_session.TransferOnHold = false;
+        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
     }
-    if (anything && !f.ProgramExiting) {
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+    if (anything && !m_ctx.ProgramExiting) {
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
     }
     if ((!wasReceiving && !wasSending) || !m_progress.loaded)
         return;
@@ -113,7 +123,7 @@ void Transfer::strayFrame(qsizetype bytes)
 {
     // Nothing of this session is being received: the frame is dropped
     // whole, with no file touched.
-    m_frm.logs().failure(QStringLiteral("SendFileCheck-Stray Frame"),
+    m_ctx.logs().failure(QStringLiteral("SendFileCheck-Stray Frame"),
                          QString::number(bytes) + QStringLiteral(" bytes dropped"));
 }
 
@@ -130,9 +140,9 @@ QString Transfer::protocolFault(const QString& description, const QString& messa
     const QString text = QStringLiteral("File Receiving - cSendFileCheck Protocol Error\r") +
                          description + QStringLiteral("\rProtocol: ") + message +
                          QStringLiteral("\rData causing problem:  ") + data.left(100);
-    m_frm.logs().failure(QStringLiteral("cSendFileCheck"), description);
-    m_frm.stStatusbar.setText(1, text);
-    m_frm.prompter().msgBox(text, MsgStyle::Exclamation);
+    m_ctx.logs().failure(QStringLiteral("cSendFileCheck"), description);
+    m_model.stStatusbar.setText(1, text);
+    m_ctx.prompter().msgBox(text, MsgStyle::Exclamation);
     return QString();
 }
 
@@ -146,7 +156,7 @@ QString Transfer::acceptOffer(QString& data, qsizetype headLength, const QString
     }
     // No terminator: said, and taken as if it stood behind the text less
     // its last character.
-    m_frm.prompter().msgBox(QStringLiteral("Protocol Error: ") + head + kCrLf +
+    m_ctx.prompter().msgBox(QStringLiteral("Protocol Error: ") + head + kCrLf +
                                 QStringLiteral("Data: ") + data.mid(headLength),
                             MsgStyle::Exclamation);
     text = data.mid(headLength);
@@ -156,7 +166,6 @@ QString Transfer::acceptOffer(QString& data, qsizetype headLength, const QString
 
 QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
 {
-    FrmMain& f = m_frm;
     if (data.startsWith(QLatin1String("%%File Sending Request%%"))) {
         QString offer;
         const QString rest = acceptOffer(data, 24, QStringLiteral("%%File Sending Request%%"), offer);
@@ -182,18 +191,18 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         if (!m_offered && !m_picOffered)
             return rest;  // nothing was offered: nothing to say
         m_offered = m_picOffered = false;
-        f.prompter().msgBox(lookup("File sending request Rejected"), MsgStyle::Exclamation,
+        m_ctx.prompter().msgBox(lookup("File sending request Rejected"), MsgStyle::Exclamation,
                             lookup("Sending Request Response"));
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Sending Cancel%%"))) {
         if (!anyUnderWay())
             return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
         return QString();
     }
     if (data.startsWith(QLatin1String("%%Pause Sending%%"))) {

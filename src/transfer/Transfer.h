@@ -16,7 +16,6 @@
 #include "transfer/ProgressModel.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QObject>
 #include <QString>
@@ -24,13 +23,25 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
+class Session;
+class Sender;
+class Receiver;
 
 class Transfer : public QObject {
     Q_OBJECT
 public:
-    explicit Transfer(FrmMain& frm);
+    Transfer(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+             Receiver& receiver, QObject* parent = nullptr);
     ~Transfer() override;
+
+    // "Vonnel" while files go between two copies of this program; any other
+    // value sends pictures of the board the other way.
+    QString transferMode = QStringLiteral("Vonnel");
+    // The last picture and the last file taken in this run, "n/a" for none.
+    QString lastPictureFile = QStringLiteral("n/a");
+    QString lastReceivedFile = QStringLiteral("n/a");
 
     // --- the dispatcher ----------------------------------------------------
     // Handles the one file message or data frame at the start of data and
@@ -174,7 +185,11 @@ private:
     void sendFrame(const QByteArray& payload);
     void clearHeldFrame();
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
+    Sender& m_sender;
+    Receiver& m_receiver;
     ProgressModel m_progress;
     QFile m_sendFile;
     QFile m_picSendFile;
@@ -201,7 +216,7 @@ private:
     // A data frame whose end has not come yet.
     FrameJoiner m_joiner;
     // Time since the copy of a frame last yielded to the event loop.
-    QElapsedTimer m_sinceYield;
+    qint64 m_lastYieldMs = -1;  // on the clock's steady time; -1: none yet
     static constexpr int kYieldEveryMs = 20;
 };
 

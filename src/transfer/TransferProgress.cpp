@@ -4,8 +4,11 @@
 #include "core/Logs.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
 
@@ -16,7 +19,6 @@ namespace vonnel {
 
 void Transfer::updateProgress(const QString& what)
 {
-    FrmMain& f = m_frm;
     ProgressModel& w = m_progress;
     if (what == QLatin1String("File receiving success")) {
         w.lblProgress.text = QStringLiteral("100%");
@@ -25,14 +27,14 @@ void Transfer::updateProgress(const QString& what)
         w.refresh();
         (drawVisible() ? m_picReceiving : m_receiving) = false;
         m_receivedPath = recvFilePath;
-        Receiver& r = f.receiver();
+        Receiver& r = m_receiver;
         if (likeAnywhere(recvFilePath, r.ringWanted)) {
             unloadProgress();
             closeAllFiles();
-            Q_EMIT f.ringRequested(f.appFile(r.ringWanted));
+            Q_EMIT m_ctx.ringRequested(m_ctx.appFile(r.ringWanted));
             r.ringWanted = QStringLiteral("n/a");
         } else {
-            Q_EMIT f.ringRequested(f.setting(QStringLiteral("Ring5")));
+            Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
         }
         w.lblProgress.color = Qt::black;
         w.lblProgress.visible = false;
@@ -47,14 +49,14 @@ void Transfer::updateProgress(const QString& what)
         } else {
             m_picRecvFile.close();
         }
-        f.TransferOnHold = false;
+        m_session.TransferOnHold = false;
     } else if (what == QLatin1String("Save Error")) {
         w.lblProgress.text = QStringLiteral("100%");
         w.prbProgress = 100;
         setCancelButton("Error");
         m_receiving = false;
         m_recvFile.close();
-        f.TransferOnHold = false;
+        m_session.TransferOnHold = false;
         w.refresh();
     } else if (what == QLatin1String("File sending cancelled")) {
         w.lblProgress.color = QColor(0, 0, 255);
@@ -73,7 +75,7 @@ void Transfer::updateProgress(const QString& what)
         }
         m_offered = false;
         m_frameOut = false;
-        f.TransferOnHold = false;
+        m_session.TransferOnHold = false;
         const QString tail = lookup(" (Cancelled)");
         if (!w.caption.contains(tail))
             w.caption += tail;
@@ -89,20 +91,20 @@ void Transfer::updateProgress(const QString& what)
         w.refresh();
     } else if (what == QLatin1String("Pause")) {
         w.lblProgress.visible = true;
-        w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(w.txtSendRec, w.txtSendRec);
+        w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
         w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
         // The alarm at this end: the bell twice in a row.
-        const QString bell = f.setting(QStringLiteral("Ring5"));
-        Q_EMIT f.ringRequested(bell);
-        Q_EMIT f.ringRequested(bell);
+        const QString bell = m_ctx.setting(QStringLiteral("Ring5"));
+        Q_EMIT m_ctx.ringRequested(bell);
+        Q_EMIT m_ctx.ringRequested(bell);
         setPauseButton("Continue");
         w.cmdPause.enabled = false;
         w.cmdPause.toolTip = lookup("You have no right to contine to send/receive file");
         setCancelButton("Unload");
         w.refresh();
         if (w.minimized) {
-            f.setVisible(true);
-            f.views().raiseMain();
+            m_model.setVisible(true);
+            m_ctx.views().raiseMain();
         }
     } else if (what == QLatin1String("Continue Send")) {
         windowBack();
@@ -113,7 +115,7 @@ void Transfer::updateProgress(const QString& what)
         windowBack();
         w.cmdPause.enabled = true;
         w.refresh();
-        f.xSendData(QStringLiteral("%%Data Received-"));
+        m_sender.xSendData(QStringLiteral("%%Data Received-"));
     }
 }
 
@@ -130,22 +132,20 @@ void Transfer::cancelSendFiles()
 void Transfer::savePauseSetting(const QString& progressText, const QString& direction, int percent,
                                 const QString& fileName, const QString& fileSize)
 {
-    FrmMain& f = m_frm;
     holdProgressText = progressText;
     holdDirection = direction;
     holdPercent = percent;
     holdFileName = fileName;
     holdFileSize = fileSize;
-    f.TransferOnHold = true;
+    m_session.TransferOnHold = true;
     if (direction.contains(QLatin1String("Receiving")))
-        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Receive File", "&Receive File"));
+        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Receive File", "&Receive File"));
     else
-        f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
 }
 
 void Transfer::restorePauseWindow()
 {
-    FrmMain& f = m_frm;
     loadProgress();
     ProgressModel& w = m_progress;
     w.lblProgress.text = holdProgressText;
@@ -154,13 +154,13 @@ void Transfer::restorePauseWindow()
     w.prbProgress = holdPercent;
     w.lblFilename = holdFileName;
     w.lblFilesize = holdFileSize;
-    w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(holdDirection, holdDirection);
+    w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(holdDirection, holdDirection);
     setPauseButton("Continue");
     w.cmdPause.toolTip = lookup("Continue sending/receiving file");
     setCancelButton("Unload");
     w.cmdCancel.toolTip = lookup("Back to chat and continue later");
-    f.TransferOnHold = false;
-    f.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+    m_session.TransferOnHold = false;
+    m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
     showProgress();
 }
 
@@ -186,7 +186,7 @@ void Transfer::windowBack()
     w.cmdCancel.toolTip = lookup("Cancel this sending/receiving");
     w.lblProgress.color = Qt::black;
     w.lblProgress.visible = false;
-    w.caption = m_frm.translate(w.txtSendRec, w.txtSendRec);
+    w.caption = m_ctx.translate(w.txtSendRec, w.txtSendRec);
 }
 
 void Transfer::loadProgress()
@@ -198,7 +198,7 @@ void Transfer::loadProgress()
     setPauseButton("Pause");
     setCancelButton("Cancel");
     w.cmdPause.enabled = bytesPerSend <= 3200;
-    w.chkCloseProgress = m_frm.settingFlag(QStringLiteral("Close Progress"));
+    w.chkCloseProgress = m_ctx.settingFlag(QStringLiteral("Close Progress"));
     w.loaded = true;
     Q_EMIT w.loadedChanged(true);
 }
@@ -207,25 +207,24 @@ void Transfer::showProgress()
 {
     loadProgress();
     // The window's activation: no second transfer, and the board stays open.
-    m_frm.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
     Q_EMIT closeDrawEnabled(false);
     m_progress.refresh();
 }
 
 void Transfer::unloadProgress()
 {
-    FrmMain& f = m_frm;
     ProgressModel& w = m_progress;
     if (!w.loaded)
         return;
-    if (f.transferMode == QLatin1String("Vonnel") && transferPaused) {
+    if (transferMode == QLatin1String("Vonnel") && transferPaused) {
         savePauseSetting(w.lblProgress.text, w.txtSendRec, w.prbProgress, w.lblFilename,
                          w.lblFilesize);
         holdPosition = sendFileSent;
     }
-    if (!f.ProgramExiting) {
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        f.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+    if (!m_ctx.ProgramExiting) {
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
+        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
         Q_EMIT closeDrawEnabled(true);
     }
     w.loaded = false;
@@ -234,7 +233,6 @@ void Transfer::unloadProgress()
 
 void Transfer::cmdPause_Click()
 {
-    FrmMain& f = m_frm;
     ProgressModel& w = m_progress;
     if (!w.loaded || !w.cmdPause.enabled || !w.cmdPause.visible)
         return;
@@ -242,7 +240,7 @@ void Transfer::cmdPause_Click()
     if (tag == QLatin1String("Pause")) {
         if (!connected())
             return;
-        f.xSendData(QStringLiteral("%%Pause Sending%%"));
+        m_sender.xSendData(QStringLiteral("%%Pause Sending%%"));
         pauseSendFile(true);
         setPauseButton("Continue");
         w.cmdPause.toolTip = lookup("Continue sending/receiving file");
@@ -250,39 +248,38 @@ void Transfer::cmdPause_Click()
         w.cmdCancel.toolTip = lookup("Back to chat and continue later");
         w.lblProgress.visible = true;
         w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
-        w.caption = lookup("Pause") + QStringLiteral(" - ") + f.translate(w.txtSendRec, w.txtSendRec);
+        w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
         w.refresh();
     } else if (tag == QLatin1String("Continue")) {
         pauseSendFile(false);
         // The message names what the peer is to do.
         if (w.txtSendRec.contains(QLatin1String("Sending")))
-            f.xSendData(QStringLiteral("%%Continue Receiving File%%"));
+            m_sender.xSendData(QStringLiteral("%%Continue Receiving File%%"));
         else
-            f.xSendData(QStringLiteral("%%Continue Sending File%%"));
+            m_sender.xSendData(QStringLiteral("%%Continue Sending File%%"));
         windowBack();
         w.refresh();
     } else if (tag == QLatin1String("Open")) {
-        f.desktop().openFile(m_receivedPath);
+        m_ctx.desktop().openFile(m_receivedPath);
     }
 }
 
 void Transfer::cmdCancel_Click()
 {
-    FrmMain& f = m_frm;
     ProgressModel& w = m_progress;
     if (!w.loaded)
         return;
     const QString tag = w.cmdCancel.tag;
     if (tag == QLatin1String("Unload") && connected()) {
-        f.xSendData(QStringLiteral("%%Unload%%"));
+        m_sender.xSendData(QStringLiteral("%%Unload%%"));
         pauseSendFile(true);
         savePauseSetting(w.lblProgress.text, w.txtSendRec, w.prbProgress, w.lblFilename,
                          w.lblFilesize);
         unloadProgress();
     } else if (tag == QLatin1String("Cancel") && connected()) {
-        f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+        m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
         cancelSendFiles();
-        f.idleDelayFor(0.2);
+        m_session.idleDelayFor(0.2);
         updateProgress(QStringLiteral("File sending cancelled"));
         unloadProgress();
     } else {
@@ -293,7 +290,7 @@ void Transfer::cmdCancel_Click()
 void Transfer::chkCloseProgress_Click(bool checked)
 {
     m_progress.chkCloseProgress = checked;
-    m_frm.writeSetting(QStringLiteral("Close Progress"), checked ? QStringLiteral("1")
+    m_ctx.writeSetting(QStringLiteral("Close Progress"), checked ? QStringLiteral("1")
                                                                  : QStringLiteral("0"));
 }
 

@@ -4,8 +4,12 @@
 #include "core/Logs.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
 
@@ -46,7 +50,6 @@ bool Transfer::joinArrival(const QByteArray& bytes, QList<QByteArray>& parts)
 
 QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
 {
-    FrmMain& f = m_frm;
     const QString rest = restBytes.isEmpty() ? QString() : fromCp1252(restBytes);
     // The payload: from behind the head to the end less the five bytes of
     // the end marker, whatever those five are.
@@ -83,11 +86,12 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     // frame. It yields to the event loop (socket events wait) at most every
     // few milliseconds: between frames the loop runs anyway.
     Q_EMIT copyingFrame(payloadLength);
-    if (!m_sinceYield.isValid() || m_sinceYield.elapsed() >= kYieldEveryMs) {
-        m_sinceYield.start();
+    const qint64 nowMs = m_ctx.clock().steadyMs();
+    if (m_lastYieldMs < 0 || nowMs - m_lastYieldMs >= kYieldEveryMs) {
+        m_lastYieldMs = nowMs;
         QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
     }
-    if (f.ProgramExiting || f.unloading)
+    if (m_ctx.ProgramExiting || m_ctx.unloading)
         return QString();
 
     const qint64 written =
@@ -106,7 +110,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         // The whole file is in: the pause has nothing left to hold, and
         // the sender must hear that before its last count.
         pauseSendFile(false);
-        f.xSendData(QStringLiteral("%%Continue Sending File%%"));
+        m_sender.xSendData(QStringLiteral("%%Continue Sending File%%"));
         windowBack();
     }
     if (n >= expected) {
@@ -115,7 +119,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
         m_progress.cmdPause.enabled = false;
         m_progress.refresh();
-        f.xSendData(QStringLiteral("%%Data Received-") + QString::number(n) + QStringLiteral("%%"));
+        m_sender.xSendData(QStringLiteral("%%Data Received-") + QString::number(n) + QStringLiteral("%%"));
         if (n == expected)
             updateProgress(QStringLiteral("File receiving success"));
         else
@@ -126,7 +130,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         if (n < before && n <= m_lastAck) {
             // Frames smaller than the rounding of the count at this length
             // could never move the transfer on.
-            f.xSendData(QStringLiteral("%%Sending Cancel%%"));
+            m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
             updateProgress(QStringLiteral("File sending cancelled"));
             m_progress.lblProgress.text =
                 lookup("The sending side's frames are too small for a file of this size");
@@ -137,7 +141,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         const int pct = percentOf(n, expected);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
-        f.xSendData(QStringLiteral("%%Data Received-") + singleText(n) + QStringLiteral("%%"));
+        m_sender.xSendData(QStringLiteral("%%Data Received-") + singleText(n) + QStringLiteral("%%"));
         m_progress.refresh();
     }
     return rest;
@@ -157,7 +161,6 @@ qint64 Transfer::acknowledgedLength(QFile& target)
 
 void Transfer::saveError(const QFile& target)
 {
-    FrmMain& f = m_frm;
     const QString text = target.isOpen() ? target.errorString() : QStringLiteral("Bad file name or number");
     const int number = target.isOpen() ? int(target.error()) : 52;
     const bool wasOpen = target.isOpen();
@@ -165,18 +168,17 @@ void Transfer::saveError(const QFile& target)
     closeAllFiles();
     m_receiving = m_picReceiving = false;
     ++recvHandleCounter;
-    f.xSendData(QStringLiteral("%%Sending Cancel%%"));
-    f.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
+    m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
+    m_ctx.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
                      text + QStringLiteral(" (") + QString::number(number) + QLatin1Char(')'));
     // The receive loop tells the user, as "File Fransfer " + number: the
     // peer has been told to stop, and the file holds what came before.
-    f.receiver().faults().raise(wasOpen ? fault::kFileAccess : fault::kBadFile,
+    m_receiver.faults().raise(wasOpen ? fault::kFileAccess : fault::kBadFile,
                                 text + QStringLiteral(" (") + name + QLatin1Char(')'));
 }
 
 void Transfer::getSaveFileName(QString offer)
 {
-    FrmMain& f = m_frm;
     bool picture = false;
     if (offer.startsWith(QLatin1String("pic"))) {
         offer = offer.mid(3);
@@ -184,11 +186,11 @@ void Transfer::getSaveFileName(QString offer)
     }
     const OfferName o = deriveOfferName(offer);
     if (!o.size) {
-        f.prompter().msgBox(QStringLiteral("File Receiving - getSaveFileName Error (Filename") +
+        m_ctx.prompter().msgBox(QStringLiteral("File Receiving - getSaveFileName Error (Filename") +
                                 o.name + QStringLiteral(")\rType mismatch"),
-                            MsgStyle::Exclamation, FrmMain::kTitle + QStringLiteral(" Error"));
+                            MsgStyle::Exclamation, MainModel::kTitle + QStringLiteral(" Error"));
         // Answered, so the peer does not wait for ever.
-        f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+        m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
         return;
     }
     if (picture) {
@@ -197,16 +199,16 @@ void Transfer::getSaveFileName(QString offer)
         if (!drawVisible())
             return;
         picRecvSize = *o.size;
-        QFile::remove(f.appFile(QStringLiteral("captscr.jpg")));
+        QFile::remove(m_ctx.appFile(QStringLiteral("captscr.jpg")));
     } else {
         recvFileSize = *o.size;
         const QString question = lookup("Would you like to accept it?") + kCrLf + kCrLf +
                                  QStringLiteral("  ") + o.name + QStringLiteral("  ") +
                                  questionSizeText(*o.size);
-        const Answer a = f.prompter().msgBox(question, MsgStyle::YesNo | MsgStyle::Information,
+        const Answer a = m_ctx.prompter().msgBox(question, MsgStyle::YesNo | MsgStyle::Information,
                                              lookup("File Receiving Request"));
         if (a != Answer::Yes) {
-            f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
             return;
         }
         FileRequest req;
@@ -214,9 +216,9 @@ void Transfer::getSaveFileName(QString offer)
         req.title = QStringLiteral("Save File As");
         // The peer's name is only a proposal, and only its last part.
         req.proposedName = proposedSaveName(o.name);
-        const QString chosen = f.prompter().file(req);
+        const QString chosen = m_ctx.prompter().file(req);
         if (chosen.isEmpty()) {
-            f.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
             return;
         }
         recvFilePath = chosen;
@@ -225,8 +227,8 @@ void Transfer::getSaveFileName(QString offer)
             QFile::remove(chosen);
         }
     }
-    f.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
-    f.xSendData(QStringLiteral("%%FS Request OK%%") + o.okPath + QStringLiteral("*fs*"));
+    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_sender.xSendData(QStringLiteral("%%FS Request OK%%") + o.okPath + QStringLiteral("*fs*"));
     beginGetFile();
 }
 
@@ -234,7 +236,7 @@ bool Transfer::receiveRingFile(const QString& name, qint64 size)
 {
     if (!isBareFileName(name))
         return false;
-    recvFilePath = m_frm.appFile(name);
+    recvFilePath = m_ctx.appFile(name);
     recvFileSize = size;
     beginGetFile();
     return true;
@@ -242,7 +244,6 @@ bool Transfer::receiveRingFile(const QString& name, qint64 size)
 
 void Transfer::beginGetFile()
 {
-    FrmMain& f = m_frm;
     transferCancelled = false;
     picCancelled = false;
     recvHandleCounter = nextHandle(recvHandleCounter, sendFileHandle, picSendHandle);
@@ -252,7 +253,7 @@ void Transfer::beginGetFile()
     qint64 size;
     if (board) {
         picRecvHandle = recvHandleCounter;
-        path = f.appFile(QStringLiteral("captscr.jpg"));
+        path = m_ctx.appFile(QStringLiteral("captscr.jpg"));
         target = &m_picRecvFile;
         size = picRecvSize;
     } else {
@@ -271,7 +272,7 @@ void Transfer::beginGetFile()
     // Appended to, never truncated here; one write per frame goes straight
     // to the disk, so the file's length is always the true count.
     if (!target->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        f.prompter().msgBox(QStringLiteral("File Receiving - beginGetFile Error (Filename") + path +
+        m_ctx.prompter().msgBox(QStringLiteral("File Receiving - beginGetFile Error (Filename") + path +
                                 QStringLiteral(")\r") + target->errorString(),
                             MsgStyle::Exclamation);
         return;
@@ -281,15 +282,15 @@ void Transfer::beginGetFile()
     loadProgress();
     m_progress.lblFilename = shortenedPath(path);
     m_progress.lblFilesize = labelSizeText(size);
-    const bool quiet = board || likeAnywhere(recvFilePath, f.receiver().ringWanted);
+    const bool quiet = board || likeAnywhere(recvFilePath, m_receiver.ringWanted);
     m_progress.cmdPause.visible = !quiet;
     m_progress.chkCloseProgressVisible = !quiet;
     if (quiet)
         m_progress.chkCloseProgress = true;
     m_progress.lblProgress.text = QStringLiteral("0%");
     m_progress.txtSendRec = QStringLiteral("Receiving File");
-    m_progress.caption = m_frm.translate(m_progress.txtSendRec, m_progress.txtSendRec);
-    if (!f.NotReadySent)
+    m_progress.caption = m_ctx.translate(m_progress.txtSendRec, m_progress.txtSendRec);
+    if (!m_session.NotReadySent)
         showProgress();
     else
         m_progress.refresh();

@@ -4,8 +4,11 @@
 #include "core/Logs.h"
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
 
@@ -28,12 +31,11 @@ const char* const kFileFilter =
 
 void Transfer::mnuSendFile_Click()
 {
-    FrmMain& f = m_frm;
     readBytesPerSend();
 
     if (connected() && transferPaused) {
         // On hold: both sides bring their windows back.
-        f.xSendData(QStringLiteral("%%Open Pause Window%%"));
+        m_sender.xSendData(QStringLiteral("%%Open Pause Window%%"));
         restorePauseWindow();
         return;
     }
@@ -45,7 +47,7 @@ void Transfer::mnuSendFile_Click()
         FileRequest req;
         req.title = lookup("Open");
         req.filter = lookup(kFileFilter);
-        const QString path = f.prompter().file(req);
+        const QString path = m_ctx.prompter().file(req);
         if (path.isEmpty())
             return;  // cancelled: nothing said
         sendFilePath = path;
@@ -56,20 +58,20 @@ void Transfer::mnuSendFile_Click()
                 break;
             continue;
         }
-        f.prompter().msgBox(lookup("File does not exist or zero byte file."));
+        m_ctx.prompter().msgBox(lookup("File does not exist or zero byte file."));
     }
     if (connected()) {
-        f.stStatusbar.setText(2, lookup("Please wait for remote user's response..."));
+        m_model.stStatusbar.setText(2, lookup("Please wait for remote user's response..."));
         sendFileRequest(sendFilePath, length);
         m_offered = true;
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
-        f.controls.setEnabled(QStringLiteral("mnuDraw"), false);
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), false);
     }
 }
 
 bool Transfer::readBytesPerSend()
 {
-    bytesPerSend = m_frm.settingInt(QStringLiteral("Byte Per Send"));
+    bytesPerSend = m_ctx.settingInt(QStringLiteral("Byte Per Send"));
     if (bytesPerSend >= 1)
         return false;
     // 0, text that is no number, and a negative count alike.
@@ -83,9 +85,8 @@ bool Transfer::refusedForSize(qint64 length)
     // significant digits. A larger file could not be acknowledged, and
     // frames smaller than the count's rounding would not move it on: such a
     // file is refused here rather than broken half-way.
-    FrmMain& f = m_frm;
     if (length > kMaxSendSize) {
-        f.prompter().msgBox(
+        m_ctx.prompter().msgBox(
             lookup("This file is too large to send: the largest file that can be sent is") +
                 QLatin1Char(' ') + groupedNumber(kMaxSendSize) + QStringLiteral(" bytes."),
             MsgStyle::Exclamation);
@@ -93,7 +94,7 @@ bool Transfer::refusedForSize(qint64 length)
     }
     const qint64 step = ackStep(length);
     if (step > bytesPerSend) {
-        f.prompter().msgBox(lookup("Byte Per Send is too small for this file: a file of this size "
+        m_ctx.prompter().msgBox(lookup("Byte Per Send is too small for this file: a file of this size "
                                    "needs at least") +
                                 QLatin1Char(' ') + groupedNumber(step) +
                                 QStringLiteral(" bytes per send."),
@@ -109,7 +110,7 @@ void Transfer::sendFileRequest(const QString& name, qint64 size)
         return;
     if (name.startsWith(QLatin1String("pic")))
         m_picOffered = true;
-    m_frm.sendRaw(QStringLiteral("%%File Sending Request%%") + wirePath(name) + QLatin1Char('>') +
+    m_sender.sendRaw(QStringLiteral("%%File Sending Request%%") + wirePath(name) + QLatin1Char('>') +
                   QString::number(size) + QStringLiteral("*fs*"));
 }
 
@@ -144,7 +145,7 @@ void Transfer::sendFrame(const QByteArray& payload)
     frame += kFrameHead;
     frame += payload;
     frame += kFrameEnd;
-    m_frm.sendRawBytes(frame);
+    m_sender.sendRawBytes(frame);
     m_frameOut = true;
     ++m_framesSent;
 }
@@ -161,7 +162,6 @@ bool Transfer::readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out)
 
 void Transfer::beginSendFile(QString path)
 {
-    FrmMain& f = m_frm;
     transferCancelled = false;
     picCancelled = false;
     holdPosition = 0;
@@ -170,17 +170,17 @@ void Transfer::beginSendFile(QString path)
     const bool board = drawVisible();
 
     auto cannotOpen = [&](QFile& file, const char* which) {
-        f.prompter().msgBox(QStringLiteral("Error opening ") + path + kCrLf + file.errorString() +
+        m_ctx.prompter().msgBox(QStringLiteral("Error opening ") + path + kCrLf + file.errorString() +
                                 QLatin1String(which) + QString::number(counter),
                             MsgStyle::Exclamation);
         closeAllFiles();
-        f.sendRaw(QStringLiteral("%%Error%%"));
+        m_sender.sendRaw(QStringLiteral("%%Error%%"));
     };
 
     if (board) {
         picSendSent = 0;
         picSendHandle = counter + 1;
-        path = f.appFile(QStringLiteral("captscr.jpg"));
+        path = m_ctx.appFile(QStringLiteral("captscr.jpg"));
         m_picSendFile.close();
         m_picSendFile.setFileName(path);
         if (!m_picSendFile.open(QIODevice::ReadOnly)) {
@@ -191,7 +191,7 @@ void Transfer::beginSendFile(QString path)
         sendFileHandle = counter;
         sendFilePath = path;
         if (!QFileInfo(path).isFile()) {
-            f.sendRaw(QStringLiteral("%%Error%%"));
+            m_sender.sendRaw(QStringLiteral("%%Error%%"));
             return;
         }
         m_sendFile.close();
@@ -205,7 +205,7 @@ void Transfer::beginSendFile(QString path)
     (board ? m_picSending : m_sending) = true;
     loadProgress();
 
-    const bool picBranch = board && f.transferMode != QLatin1String("Vonnel");
+    const bool picBranch = board && transferMode != QLatin1String("Vonnel");
     QFile& file = picBranch ? m_picSendFile : m_sendFile;
     const qint64 length = (board ? m_picSendFile : m_sendFile).size();
     const qint64 chunk = length >= bytesPerSend ? bytesPerSend : length;
@@ -214,7 +214,7 @@ void Transfer::beginSendFile(QString path)
                                  : QStringLiteral("100%");
     QByteArray payload;
     if (!readChunk(file, 0, chunk, payload)) {
-        f.prompter().msgBox(QStringLiteral("Error at the begining of file sending (File#") +
+        m_ctx.prompter().msgBox(QStringLiteral("Error at the begining of file sending (File#") +
                                 QString::number(counter) + QStringLiteral(")\r") + file.errorString(),
                             MsgStyle::Exclamation);
         return;
@@ -223,14 +223,14 @@ void Transfer::beginSendFile(QString path)
         picSendSent = chunk;
     else
         sendFileSent = chunk;
-    f.stStatusbar.setPicture(1, StatePicture::picSend);
+    m_model.stStatusbar.setPicture(1, StatePicture::picSend);
     sendFrame(payload);
     if (!board)
         sendFileSize = length;
 
     m_progress.lblFilesize = labelSizeText(length);
     m_progress.lblFilename = shortenedPath(path);
-    const bool quiet = board || likeAnywhere(path, f.Ring);
+    const bool quiet = board || likeAnywhere(path, m_ctx.rings.Ring);
     m_progress.cmdPause.visible = !quiet;
     m_progress.chkCloseProgressVisible = !quiet;
     if (quiet)
@@ -242,8 +242,7 @@ void Transfer::beginSendFile(QString path)
 
 void Transfer::ContSendFile(qint64 position)
 {
-    FrmMain& f = m_frm;
-    const bool picBranch = drawVisible() && f.transferMode != QLatin1String("Vonnel");
+    const bool picBranch = drawVisible() && transferMode != QLatin1String("Vonnel");
     QString path;
     QFile* file;
     qint64* sent;
@@ -254,7 +253,7 @@ void Transfer::ContSendFile(qint64 position)
     if (picBranch) {
         if (picCancelled)
             return;
-        path = f.appFile(QStringLiteral("captscr.jpg"));
+        path = m_ctx.appFile(QStringLiteral("captscr.jpg"));
         file = &m_picSendFile;
         sent = &picSendSent;
     } else {
@@ -279,7 +278,7 @@ void Transfer::ContSendFile(qint64 position)
     const int handle = picBranch ? picSendHandle : sendFileHandle;
     const qint64 length = file->isOpen() ? file->size() : 0;
     if (!file->isOpen()) {
-        f.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
+        m_model.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
                                      QString::number(handle) + QStringLiteral(")\r") +
                                      file->errorString() + QStringLiteral(": & attrMsg"));
         Q_EMIT drawSendingLabel(QStringLiteral("False"));
@@ -288,10 +287,10 @@ void Transfer::ContSendFile(qint64 position)
     }
     if (p < length) {
         const qint64 chunk = qMin<qint64>(bytesPerSend, length - p);
-        f.stStatusbar.setPicture(1, StatePicture::picSend);
+        m_model.stStatusbar.setPicture(1, StatePicture::picSend);
         QByteArray payload;
         if (!readChunk(*file, p, chunk, payload)) {
-            f.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
+            m_model.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
                                          QString::number(handle) + QStringLiteral(")\r") +
                                          file->errorString() + QStringLiteral(": & attrMsg"));
             Q_EMIT drawSendingLabel(QStringLiteral("False"));
@@ -328,7 +327,7 @@ void Transfer::ContSendFile(qint64 position)
     m_progress.prbProgress = 100;
     m_progress.refresh();
     if (!likeAnywhere(path, ringSent)) {
-        Q_EMIT f.ringRequested(f.setting(QStringLiteral("Ring5")));
+        Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
     } else {
         unloadProgress();
         ringSent = QStringLiteral("n/a");
@@ -338,13 +337,13 @@ void Transfer::ContSendFile(qint64 position)
             unloadProgress();
     } else {
         unloadProgress();
-        f.stStatusbar.setPicture(1, StatePicture::picSend);
-        f.sendRaw(QStringLiteral("&&showPic$"));
+        m_model.stStatusbar.setPicture(1, StatePicture::picSend);
+        m_sender.sendRaw(QStringLiteral("&&showPic$"));
         Q_EMIT drawSendingLabel(QStringLiteral("False"));
     }
-    f.TransferOnHold = false;
+    m_session.TransferOnHold = false;
     p = 0;
-    f.idleDelayFor(0.2);
+    m_session.idleDelayFor(0.2);
     file->close();
     *sent = p;
 }

@@ -6,7 +6,9 @@
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
+#include "access/Encryption.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
 #include "wire/FrameText.h"
 #include "wire/Receiver.h"
 
@@ -38,8 +40,7 @@ int toShort(const QString& t)
 
 QString Receiver::cDrawcheck(QString& data)
 {
-    FrmMain& f = m_frm;
-    f.stStatusbar.setPicture(1, StatePicture::picRec);
+    m_model.stStatusbar.setPicture(1, StatePicture::picRec);
     BoardState& b = m_board;
 
     // Reads "x,y$" pairs up to the closing "%".
@@ -98,8 +99,8 @@ QString Receiver::cDrawcheck(QString& data)
                 if (i < 0)
                     throw CutFailed{};
                 QString line = t.left(i);
-                if (f.remoteEncrypted)
-                    line = fromCp1252(getEPass(toCp1252(line), toCp1252(f.remoteKey)));
+                if (m_cipher.remoteEncrypted)
+                    line = fromCp1252(getEPass(toCp1252(line), toCp1252(m_cipher.remoteKey)));
                 data = t.mid(i + 6);
                 Q_EMIT boardMessage(QStringLiteral("&&<#> "), {line});
                 Q_EMIT webCheck(line);
@@ -148,8 +149,8 @@ QString Receiver::cDrawcheck(QString& data)
             }
             if (data.startsWith(QLatin1String("&&lbl"))) {
                 QString label = field(QStringLiteral("&&lbl"));
-                if (f.remoteEncrypted)
-                    label = fromCp1252(getEPass(toCp1252(label), toCp1252(f.remoteKey)));
+                if (m_cipher.remoteEncrypted)
+                    label = fromCp1252(getEPass(toCp1252(label), toCp1252(m_cipher.remoteKey)));
                 Q_EMIT boardMessage(QStringLiteral("&&lbl"), {label});
             }
             plain(QStringLiteral("&&rec$"));
@@ -191,8 +192,7 @@ QString Receiver::cDrawcheck(QString& data)
 
 void Receiver::boardError(const QString& data)
 {
-    FrmMain& f = m_frm;
-    f.prompter().msgBox(QStringLiteral("Receiving - DrawCheck Protocol Error \r"
+    m_ctx.prompter().msgBox(QStringLiteral("Receiving - DrawCheck Protocol Error \r"
                                        "Invalid procedure call or argument\r\n\r\n"
                                        "Data causing problem:  ") +
                             data.left(1000),

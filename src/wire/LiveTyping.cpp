@@ -10,8 +10,11 @@
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
 #include "platform/Prompter.h"
-#include "shell/CommandControl.h"
-#include "shell/FrmMain.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
 #include "wire/Receiver.h"
 
 namespace vonnel {
@@ -37,22 +40,30 @@ int lastCrLf(const QString& s)
 }
 }  // namespace
 
-LiveTyping::LiveTyping(FrmMain& frm)
-    : QObject(&frm), serverFormat(this), clientFormat(this), m_frm(frm),
-      m_commands(std::make_unique<CommandControl>(frm))
+LiveTyping::LiveTyping(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+                       Encryption& cipher, Receiver& receiver, QObject* parent)
+    : QObject(parent),
+      serverFormat(this),
+      clientFormat(this),
+      m_ctx(ctx),
+      m_model(model),
+      m_session(session),
+      m_sender(sender),
+      m_cipher(cipher),
+      m_receiver(receiver)
 {
-    connect(&frm, &FrmMain::initialized, this, &LiveTyping::loadFormat);
+    connect(&ctx, &CopyContext::initialized, this, &LiveTyping::loadFormat);
     m_followUpTimer.setSingleShot(true);
     connect(&m_followUpTimer, &QTimer::timeout, this, &LiveTyping::followUpDue);
-    connect(&frm, &FrmMain::sessionOpened, this, &LiveTyping::cancelFollowUp);
-    connect(&frm, &FrmMain::sessionEnded, this, &LiveTyping::cancelFollowUp);
+    connect(&session, &Session::sessionOpened, this, &LiveTyping::cancelFollowUp);
+    connect(&session, &Session::sessionEnded, this, &LiveTyping::cancelFollowUp);
 }
 
 LiveTyping::~LiveTyping() = default;
 
 void LiveTyping::send(const QString& frame)
 {
-    m_frm.xSendData(frame);
+    m_sender.xSendData(frame);
 }
 
 void LiveTyping::scan(const QString& text)
@@ -63,14 +74,14 @@ void LiveTyping::scan(const QString& text)
 
 void LiveTyping::refreshLengthsPanel()
 {
-    m_frm.stStatusbar.setText(3, QString::number(m_frm.txtServer.length()) +
+    m_model.stStatusbar.setText(3, QString::number(m_model.txtServer.length()) +
                                      QStringLiteral(" - ") +
-                                     QString::number(m_frm.txtClient().length()));
+                                     QString::number(m_model.txtClient(m_session.sIdx).length()));
 }
 
 void LiveTyping::noteRemoteHost()
 {
-    remoteHostNoted = m_frm.winsock(m_frm.sIdx).RemoteHost();
+    remoteHostNoted = m_session.winsock(m_session.sIdx).RemoteHost();
 }
 
 int LiveTyping::keyAt(int index) const
@@ -96,22 +107,21 @@ bool LiveTyping::isDoubleByte(QChar c)
 
 void LiveTyping::firstTyping()
 {
-    FrmMain& f = m_frm;
-    const bool connected = f.winsock(0).State() == Winsock::sckConnected;
+    const bool connected = m_session.winsock(0).State() == Winsock::sckConnected;
     if (connected)
-        f.encryption().sendFirstKey(keySent);
-    if (f.txtServer.length() == 0 && connected) {
+        m_cipher.sendFirstKey(keySent);
+    if (m_model.txtServer.length() == 0 && connected) {
         sentSetting();
         if (sendSpeakerSetting)
             sendSpeakerSetting();
     }
-    f.txtServer.setLocked(false);
-    f.checkStatus();
+    m_model.txtServer.setLocked(false);
+    m_session.checkStatus();
 }
 
 void LiveTyping::txtServer_GotFocus()
 {
-    if (m_frm.txtServer.length() == 0 && !keySent)
+    if (m_model.txtServer.length() == 0 && !keySent)
         firstTyping();
 }
 
@@ -120,7 +130,7 @@ void LiveTyping::txtServer_KeyDown(int keyCode, int shift)
     // Shift+Insert: the control pastes by itself, the text goes out here.
     if (keyCode == vbKeyInsert && (shift & vbShiftMask)) {
         PasteText(true);
-        const QString clip = m_frm.clipboard().text();
+        const QString clip = m_ctx.clipboard().text();
         if (!clip.isEmpty()) {
             pasting = true;
             controlInput(clip);
@@ -131,8 +141,7 @@ void LiveTyping::txtServer_KeyDown(int keyCode, int shift)
 
 void LiveTyping::txtServer_KeyPress(int& keyAscii)
 {
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtServer;
+    TextPane& pane = m_model.txtServer;
     if (pane.length() == 0 && !keySent)
         firstTyping();
     // Typing goes in at the caret, over the selection if there is one. The
@@ -145,8 +154,8 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
     if (keyAscii != vbKeyEscape) {
         ++PressCount;
         if (PressCount >= kPressedKeysBound)
-            f.prompter().msgBox(
-                f.translate(QStringLiteral("Warning: You have reached the limit of sending the same character:")) +
+            m_ctx.prompter().msgBox(
+                m_ctx.translate(QStringLiteral("Warning: You have reached the limit of sending the same character:")) +
                 QLatin1Char(' ') + QString::number(PressCount));
         else
             pressedKeys[size_t(PressCount)] = keyAscii;
@@ -166,19 +175,19 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
     sameKeys = same == PressCount;
     m_lastKeyAscii = keyAscii;
 
-    if (pane.length() > f.textLimit - 2) {
-        const Answer a = f.prompter().msgBox(
-            f.translate(QStringLiteral("Warning: You are approaching the limit of this area.")) +
+    if (pane.length() > m_receiver.textLimit - 2) {
+        const Answer a = m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("Warning: You are approaching the limit of this area.")) +
                 kCrLf +
-                f.translate(QStringLiteral("Do you want to clear your screen to erase the old text?")),
-            MsgStyle::YesNo, f.translate(QStringLiteral("Warning")));
+                m_ctx.translate(QStringLiteral("Do you want to clear your screen to erase the old text?")),
+            MsgStyle::YesNo, m_ctx.translate(QStringLiteral("Warning")));
         if (a == Answer::Yes) {
             const QString tail = pane.text().right(100) + QStringLiteral("...");
             mnuClrScr_Click();
-            const QString saved = f.clipboard().text();
-            f.clipboard().setText(tail);
+            const QString saved = m_ctx.clipboard().text();
+            m_ctx.clipboard().setText(tail);
             PasteText(false);
-            f.clipboard().setText(saved);
+            m_ctx.clipboard().setText(saved);
             pane.caretToEnd();
         }
     }
@@ -189,16 +198,15 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
 
 void LiveTyping::txtServer_Change()
 {
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtServer;
-    f.encryptOn = f.settingFlag(QStringLiteral("Encrypted"));
+    TextPane& pane = m_model.txtServer;
+    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
     const QString text = pane.text();
     const QChar c = text.isEmpty() ? QChar() : text.back();
     const bool dbl = isDoubleByte(c);
-    const bool connected = f.IsConnected();
+    const bool connected = m_session.IsConnected();
     if (connected && !pasting && !keyTyping) {
         // Text that came in without a key press (an input method).
-        if (dbl && f.encryptOn) {
+        if (dbl && m_cipher.encryptOn) {
             if (!m_changeWarned) {
                 refuseDoubleByte(c, false);
                 m_changeWarned = true;
@@ -208,7 +216,7 @@ void LiveTyping::txtServer_Change()
             send(QStringLiteral("<Paste> ") + c + QStringLiteral("</Paste>"));
             m_changeSent = QString(c);
         }
-    } else if (connected && f.encryptOn && dbl) {
+    } else if (connected && m_cipher.encryptOn && dbl) {
         if (!m_changeWarned) {
             refuseDoubleByte(c, true);
             m_changeWarned = true;
@@ -221,7 +229,6 @@ void LiveTyping::txtServer_Change()
 
 void LiveTyping::refuseDoubleByte(QChar c, bool keyPressWording)
 {
-    FrmMain& f = m_frm;
     QString text;
     if (keyPressWording)
         text = QStringLiteral("Encryption Error: generated by ") + c + kCrLf +
@@ -234,16 +241,15 @@ void LiveTyping::refuseDoubleByte(QChar c, bool keyPressWording)
                               "Korean are not supported for encryption.") +
                kCrLf + kCrLf +
                QStringLiteral("Please disconnect, turn off encryption and reconnect again!");
-    f.prompter().msgBox(text, MsgStyle::Exclamation);
+    m_ctx.prompter().msgBox(text, MsgStyle::Exclamation);
 }
 
 void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
 {
     Q_UNUSED(shift);
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtServer;
-    if (f.IsConnected())
-        f.stStatusbar.setPicture(1, StatePicture::picSend);
+    TextPane& pane = m_model.txtServer;
+    if (m_session.IsConnected())
+        m_model.stStatusbar.setPicture(1, StatePicture::picSend);
     noteRemoteHost();
     const int K = keyAt(PressCount);
 
@@ -266,13 +272,13 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
             scan(text.mid(urlScanned));
             const QString line = trim33(text.mid(lineMark));
             lineMark = pane.selStart();
-            if (!f.settingFlag(QStringLiteral("Local Speaker Off")) && speakLocalLine)
+            if (!m_ctx.settingFlag(QStringLiteral("Local Speaker Off")) && speakLocalLine)
                 speakLocalLine(line);
-            if (!f.settingFlag(QStringLiteral("Disable Auto TTS Signal")))
+            if (!m_ctx.settingFlag(QStringLiteral("Disable Auto TTS Signal")))
                 send(QStringLiteral("<SPK> ") + line + QStringLiteral(" </SPK>"));
             send(QStringLiteral("<MSG> ") + line + QStringLiteral(" </MSG>"));
-            f.txtTextMsg.append(f.winsock(f.sIdx).LocalHostName().toUpper() + QLatin1Char(' ') +
-                                f.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
+            m_model.txtTextMsg.append(m_session.winsock(m_session.sIdx).LocalHostName().toUpper() + QLatin1Char(' ') +
+                                m_ctx.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
                                 QStringLiteral(": ") + line + kCrLf);
         } else if (K == vbKeySpace) {
             send(QStringLiteral("^SPC") + len + QStringLiteral("#SPC"));
@@ -342,7 +348,7 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
 
 void LiveTyping::setServerText(const QString& text)
 {
-    const QString before = m_frm.txtServer.text();
+    const QString before = m_model.txtServer.text();
     // Assignments that only add or take off at the end are told by the
     // frames their callers send.
     applyEdit(text, int(text.size()), text.startsWith(before) || before.startsWith(text));
@@ -350,7 +356,7 @@ void LiveTyping::setServerText(const QString& text)
 
 void LiveTyping::applyEdit(const QString& text, int caret, bool expressed)
 {
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_model.txtServer;
     const QString before = pane.text();
     if (text == before) {
         pane.setSelStart(caret);
@@ -371,7 +377,7 @@ void LiveTyping::applyEdit(const QString& text, int caret, bool expressed)
 
 void LiveTyping::editRange(int start, int length, const QString& insert, bool expressed)
 {
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_model.txtServer;
     const QString text = pane.text();
     start = qBound(0, start, int(text.size()));
     length = qBound(0, length, int(text.size()) - start);
@@ -385,7 +391,7 @@ void LiveTyping::editRange(int start, int length, const QString& insert, bool ex
     // The change handler refuses a double-byte character under encryption
     // by cutting the pane's last one; before the end that would be another
     // character, so it is refused here, before it goes in.
-    if (start + length < text.size() && m_frm.IsConnected() && m_frm.encryptOn) {
+    if (start + length < text.size() && m_session.IsConnected() && m_cipher.encryptOn) {
         for (QChar c : add) {
             if (!isDoubleByte(c))
                 continue;
@@ -405,7 +411,7 @@ void LiveTyping::editRange(int start, int length, const QString& insert, bool ex
 
 void LiveTyping::controlKey(int keyAscii)
 {
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_model.txtServer;
     const QString text = pane.text();
     const int caret = qBound(0, pane.selStart(), int(text.size()));
     const int selected = pane.selLength();
@@ -436,7 +442,7 @@ void LiveTyping::controlKey(int keyAscii)
 
 void LiveTyping::controlInput(const QString& input)
 {
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_model.txtServer;
     const int caret = qBound(0, pane.selStart(), pane.length());
     // A key press or a paste tells what it adds at the end; an input
     // method's text only when the change handler sends it as a block.
@@ -450,7 +456,7 @@ void LiveTyping::controlDeleteRange(int start, int length)
 
 void LiveTyping::controlDeleteForward()
 {
-    TextPane& pane = m_frm.txtServer;
+    TextPane& pane = m_model.txtServer;
     const QString text = pane.text();
     if (pane.selLength() > 0) {
         controlDeleteRange(pane.selStart(), pane.selLength());
@@ -466,7 +472,7 @@ void LiveTyping::controlDeleteForward()
 
 void LiveTyping::followUp()
 {
-    if (!m_frm.IsConnected())
+    if (!m_session.IsConnected())
         return;
     m_followUpTimer.start(followUpDelayMs);
 }
@@ -478,10 +484,10 @@ void LiveTyping::cancelFollowUp()
 
 void LiveTyping::followUpDue()
 {
-    if (!m_frm.IsConnected())
+    if (!m_session.IsConnected())
         return;
     ++followUpsSent;
-    m_frm.receiver().resendWholeText();
+    m_receiver.resendWholeText();
 }
 
 void LiveTyping::keyboardPress(int keyCode, int shift, const QString& text)

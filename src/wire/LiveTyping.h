@@ -22,13 +22,18 @@
 
 namespace vonnel {
 
-class FrmMain;
-class CommandControl;
+class CopyContext;
+class MainModel;
+class Session;
+class Sender;
+class Encryption;
+class Receiver;
 
 class LiveTyping : public QObject {
     Q_OBJECT
 public:
-    explicit LiveTyping(FrmMain& frm);
+    LiveTyping(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+               Encryption& cipher, Receiver& receiver, QObject* parent = nullptr);
     ~LiveTyping() override;
 
     // Key codes of the keys the handlers know by number.
@@ -155,9 +160,6 @@ public:
     // hexadecimal digits.
     static bool isDoubleByte(QChar c);
 
-    // The command interpreter of this copy.
-    CommandControl& commands() const { return *m_commands; }
-
 private:
     void send(const QString& frame);
     void scan(const QString& text);
@@ -174,8 +176,12 @@ private:
     void applyEdit(const QString& text, int caret, bool expressed);
     void followUpDue();
 
-    FrmMain& m_frm;
-    std::unique_ptr<CommandControl> m_commands;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
+    Sender& m_sender;
+    Encryption& m_cipher;
+    Receiver& m_receiver;
     int m_lastKeyAscii = 0;
     bool m_changeWarned = false;
     bool m_pasteWarned = false;

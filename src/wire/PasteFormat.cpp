@@ -2,12 +2,17 @@
 // clear) and the format exchange that gives the other side's remote pane
 // this side's font and colours.
 
+#include "core/Views.h"
+#include "access/Encryption.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
 #include "platform/Cursor.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
@@ -44,38 +49,35 @@ QString LiveTyping::leftOf(const QString& text, const QString& token)
 
 int LiveTyping::plainPasteLimit(bool writeBack)
 {
-    FrmMain& f = m_frm;
-    int limit = f.settingInt(QStringLiteral("Paste Text Limit"));
-    if (limit > f.textLimit)
-        limit = f.textLimit;
+    int limit = m_ctx.settingInt(QStringLiteral("Paste Text Limit"));
+    if (limit > m_receiver.textLimit)
+        limit = m_receiver.textLimit;
     if (limit < 2000)
         limit = 2000;
     if (writeBack)
-        f.writeSetting(QStringLiteral("Paste Text Limit"), QString::number(limit));
+        m_ctx.writeSetting(QStringLiteral("Paste Text Limit"), QString::number(limit));
     return limit;
 }
 
 int LiveTyping::encryptedPasteLimit(int upper, bool writeBack)
 {
-    FrmMain& f = m_frm;
-    int limit = f.settingInt(QStringLiteral("Paste Encrypted Text Limit"));
+    int limit = m_ctx.settingInt(QStringLiteral("Paste Encrypted Text Limit"));
     if (limit > upper)
         limit = upper;
     if (limit < 500)
         limit = 500;
     if (writeBack)
-        f.writeSetting(QStringLiteral("Paste Encrypted Text Limit"), QString::number(limit));
+        m_ctx.writeSetting(QStringLiteral("Paste Encrypted Text Limit"), QString::number(limit));
     return limit;
 }
 
 void LiveTyping::PasteText(bool ownInsert)
 {
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtServer;
-    QString text = f.clipboard().text();
+    TextPane& pane = m_model.txtServer;
+    QString text = m_ctx.clipboard().text();
     if (text.isEmpty())
         return;
-    f.stStatusbar.setPicture(1, StatePicture::picSend);
+    m_model.stStatusbar.setPicture(1, StatePicture::picSend);
     const int plain = plainPasteLimit(true);
     const int encrypted = encryptedPasteLimit(10000, true);
     const QString kept = pane.text();
@@ -84,13 +86,13 @@ void LiveTyping::PasteText(bool ownInsert)
 
     int limit = 0;
     QString label;
-    if (pane.length() <= f.textLimit) {
-        limit = f.encryptOn ? encrypted : plain;
-        label = f.encryptOn ? QStringLiteral("[Encryption On]") : QStringLiteral("[Encryption Off]");
+    if (pane.length() <= m_receiver.textLimit) {
+        limit = m_cipher.encryptOn ? encrypted : plain;
+        label = m_cipher.encryptOn ? QStringLiteral("[Encryption On]") : QStringLiteral("[Encryption Off]");
     }
 
-    const bool connected = f.IsConnected();
-    if (connected && f.encryptOn) {
+    const bool connected = m_session.IsConnected();
+    if (connected && m_cipher.encryptOn) {
         for (QChar c : text) {
             if (!isDoubleByte(c))
                 continue;
@@ -98,7 +100,7 @@ void LiveTyping::PasteText(bool ownInsert)
                 refuseDoubleByte(c, false);
                 m_pasteWarned = true;
             }
-            f.stStatusbar.setPicture(1, StatePicture::picReady);
+            m_model.stStatusbar.setPicture(1, StatePicture::picReady);
             return;
         }
     }
@@ -108,21 +110,21 @@ void LiveTyping::PasteText(bool ownInsert)
             pasting = true;
             // A long paste is one long write: the wait pointer shows for it
             // and the normal one comes back however the send ends.
-            WaitPointer busy(f.cursor());
+            WaitPointer busy(m_ctx.cursor());
             send(QStringLiteral("<Paste> ") + text + QStringLiteral("</Paste>"));
             scan(text);
-            f.PasteInProgress = true;
+            m_session.PasteInProgress = true;
         } else {
             scan(text);
         }
     } else {
-        f.prompter().msgBox(
-            f.translate(QStringLiteral("You are senting data over the limit of this program.")) +
+        m_ctx.prompter().msgBox(
+            m_ctx.translate(QStringLiteral("You are senting data over the limit of this program.")) +
                 QLatin1Char(' ') + label + QLatin1Char('\r') +
-                f.translate(QStringLiteral("Use 'Send File' in Tool menu instead.")) +
+                m_ctx.translate(QStringLiteral("Use 'Send File' in Tool menu instead.")) +
                 QStringLiteral("\r\r") + QStringLiteral("Data: ") + QString::number(text.size()) +
                 QLatin1Char('\t') + QStringLiteral("Max.: ") + QString::number(limit),
-            MsgStyle::Exclamation, f.translate(QStringLiteral("Warning")));
+            MsgStyle::Exclamation, m_ctx.translate(QStringLiteral("Warning")));
         text.clear();
     }
     if (!ownInsert) {
@@ -143,61 +145,58 @@ void LiveTyping::PasteText(bool ownInsert)
 
 void LiveTyping::mnuRefresh_Click()
 {
-    FrmMain& f = m_frm;
-    f.controls.setEnabled(toolbarButton(3), false);
-    f.controls.setEnabled(QStringLiteral("mnuRefresh"), false);
-    const bool connected = f.IsConnected();
-    if (!connected && !f.views().isVisible(QStringLiteral("frmProgress")) && localAddressUpdate)
+    m_model.controls.setEnabled(toolbarButton(3), false);
+    m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), false);
+    const bool connected = m_session.IsConnected();
+    if (!connected && !m_ctx.views().isVisible(QStringLiteral("frmProgress")) && localAddressUpdate)
         localAddressUpdate();
-    Winsock& ws = f.winsock(f.sIdx);
+    Winsock& ws = m_session.winsock(m_session.sIdx);
     if (ws.State() == Winsock::sckConnected) {
-        f.stStatusbar.setPicture(1, StatePicture::picSend);
+        m_model.stStatusbar.setPicture(1, StatePicture::picSend);
         // The encrypted limit counts at most 2500 here, unlike a paste.
         const int plain = plainPasteLimit(false);
         const int encrypted = encryptedPasteLimit(2500, false);
-        const int L = f.txtClient().length();
-        if ((!f.remoteEncrypted && L < plain) || (f.remoteEncrypted && L < encrypted)) {
+        const int L = m_model.txtClient(m_session.sIdx).length();
+        if ((!m_cipher.remoteEncrypted && L < plain) || (m_cipher.remoteEncrypted && L < encrypted)) {
             refreshAwaited = true;
-            f.txtClient().clear();
-            f.receiver().remotePane().awaitResend();
+            m_model.txtClient(m_session.sIdx).clear();
+            m_receiver.remotePane().awaitResend();
             send(QStringLiteral("^reFresh"));
         }
     }
     noteRemoteHost();
     if (ws.State() == Winsock::sckConnected)
-        f.setCaption(f.titleWithVersion() + QStringLiteral(" - ") + f.PeerHostName +
+        m_model.setCaption(m_model.titleWithVersion() + QStringLiteral(" - ") + m_session.PeerHostName +
                      QStringLiteral(" [") + ws.RemoteHostIP() + QLatin1Char(']'));
-    f.controls.setEnabled(QStringLiteral("mnuSendFile"),
-                          !f.views().isVisible(QStringLiteral("frmProgress")));
+    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"),
+                          !m_ctx.views().isVisible(QStringLiteral("frmProgress")));
     if (!connected) {
-        f.controls.setEnabled(toolbarButton(3), true);
-        f.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
+        m_model.controls.setEnabled(toolbarButton(3), true);
+        m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
     }
 }
 
 void LiveTyping::mnuOverride_Click()
 {
-    FrmMain& f = m_frm;
-    const bool on = !f.controls.checked(QStringLiteral("mnuOverride"));
-    f.controls.setChecked(QStringLiteral("mnuOverride"), on);
-    f.controls.setChecked(toolbarButton(13), on);
+    const bool on = !m_model.controls.checked(QStringLiteral("mnuOverride"));
+    m_model.controls.setChecked(QStringLiteral("mnuOverride"), on);
+    m_model.controls.setChecked(toolbarButton(13), on);
     if (on) {
         clientFormat.copyFrom(serverFormat);
-    } else if (f.IsConnected()) {
+    } else if (m_session.IsConnected()) {
         send(QStringLiteral("^reFresh"));
     }
 }
 
 void LiveTyping::mnuClrScr_Click()
 {
-    FrmMain& f = m_frm;
-    localHistory += f.txtServer.text() + kCrLf;
+    localHistory += m_model.txtServer.text() + kCrLf;
     applyEdit(QString(), 0, true);  // "^Clr" below tells it
     urlScanned = 0;
     lineMark = 0;
-    if (!f.IsConnected())
-        f.txtClient(0).clear();
-    if (f.winsock(0).State() == Winsock::sckConnected)
+    if (!m_session.IsConnected())
+        m_model.txtClient(0).clear();
+    if (m_session.winsock(0).State() == Winsock::sckConnected)
         send(QStringLiteral("^Clr"));
 }
 
@@ -214,18 +213,17 @@ QString LiveTyping::formatMessage() const
 
 void LiveTyping::sentSetting()
 {
-    if (m_frm.winsock(0).State() == Winsock::sckConnected)
-        m_frm.sendRaw(formatMessage());
+    if (m_session.winsock(0).State() == Winsock::sckConnected)
+        m_sender.sendRaw(formatMessage());
 }
 
 void LiveTyping::receiveFormat(const QString& frameThroughMarker)
 {
-    FrmMain& f = m_frm;
-    if (f.IsConnected())
-        f.RemoteResponded = true;
-    if (f.controls.checked(QStringLiteral("mnuOverride")))
+    if (m_session.IsConnected())
+        m_session.RemoteResponded = true;
+    if (m_model.controls.checked(QStringLiteral("mnuOverride")))
         return;
-    f.txtClient().caretToEnd();
+    m_model.txtClient(m_session.sIdx).caretToEnd();
     PaneFormat& pane = clientFormat;
     QString data = removeFirst(frameThroughMarker, QStringLiteral("^ff"));
 
@@ -268,23 +266,22 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
 
 void LiveTyping::loadFormat()
 {
-    FrmMain& f = m_frm;
     PaneFormat& p = serverFormat;
-    const QString font = f.setting(QStringLiteral("Font"));
+    const QString font = m_ctx.setting(QStringLiteral("Font"));
     if (!font.isEmpty())
         p.setFontName(font);
-    const double size = f.settingNumber(QStringLiteral("Font Size"));
+    const double size = m_ctx.settingNumber(QStringLiteral("Font Size"));
     if (size > 0)
         p.setSize(qBound(kMinFontSize, size, kMaxFontSize));
-    if (const auto b = flagByText(f.setting(QStringLiteral("Font Bold"))))
+    if (const auto b = flagByText(m_ctx.setting(QStringLiteral("Font Bold"))))
         p.setBold(*b);
-    if (const auto i = flagByText(f.setting(QStringLiteral("Font Italic"))))
+    if (const auto i = flagByText(m_ctx.setting(QStringLiteral("Font Italic"))))
         p.setItalic(*i);
     bool ok = false;
-    const qint64 fore = f.setting(QStringLiteral("Font Colour")).trimmed().toLongLong(&ok);
+    const qint64 fore = m_ctx.setting(QStringLiteral("Font Colour")).trimmed().toLongLong(&ok);
     if (ok)
         p.setForeColor(fore);
-    const qint64 back = f.setting(QStringLiteral("Background Colour")).trimmed().toLongLong(&ok);
+    const qint64 back = m_ctx.setting(QStringLiteral("Background Colour")).trimmed().toLongLong(&ok);
     if (ok)
         p.setBackColor(back);
     // Until the other side's format comes in, the remote pane looks alike.
@@ -293,19 +290,17 @@ void LiveTyping::loadFormat()
 
 void LiveTyping::saveFormat() const
 {
-    FrmMain& f = m_frm;
     const PaneFormat& p = serverFormat;
-    f.writeSetting(QStringLiteral("Font"), p.fontName());
-    f.writeSetting(QStringLiteral("Font Size"), p.sizeText());
-    f.writeSetting(QStringLiteral("Font Bold"), p.boldText());
-    f.writeSetting(QStringLiteral("Font Italic"), p.italicText());
-    f.writeSetting(QStringLiteral("Font Colour"), p.foreColorText());
-    f.writeSetting(QStringLiteral("Background Colour"), p.backColorText());
+    m_ctx.writeSetting(QStringLiteral("Font"), p.fontName());
+    m_ctx.writeSetting(QStringLiteral("Font Size"), p.sizeText());
+    m_ctx.writeSetting(QStringLiteral("Font Bold"), p.boldText());
+    m_ctx.writeSetting(QStringLiteral("Font Italic"), p.italicText());
+    m_ctx.writeSetting(QStringLiteral("Font Colour"), p.foreColorText());
+    m_ctx.writeSetting(QStringLiteral("Background Colour"), p.backColorText());
 }
 
 void LiveTyping::Toolbar1_FontClick(int button)
 {
-    FrmMain& f = m_frm;
     PaneFormat& p = serverFormat;
     switch (button) {
     case 7:
@@ -326,7 +321,7 @@ void LiveTyping::Toolbar1_FontClick(int button)
             return;
         const bool fore = button == 11;
         const auto c = chooseColour(fore ? p.foreColor() : p.backColor(),
-                                    f.translate(fore ? QStringLiteral("Font Colour")
+                                    m_ctx.translate(fore ? QStringLiteral("Font Colour")
                                                      : QStringLiteral("Background Colour")));
         if (!c)
             return;
@@ -340,7 +335,7 @@ void LiveTyping::Toolbar1_FontClick(int button)
         return;
     }
     saveFormat();
-    if (f.controls.checked(QStringLiteral("mnuOverride")))
+    if (m_model.controls.checked(QStringLiteral("mnuOverride")))
         clientFormat.copyFrom(p);
     sentSetting();
 }

@@ -7,8 +7,12 @@
 #include "core/IniStore.h"
 #include "platform/Cursor.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "platform/Clock.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "wire/FrameText.h"
 #include "wire/LiveTyping.h"
 #include "wire/RemotePane.h"
@@ -36,29 +40,65 @@ QString trimControl(const QString& s)
 
 }  // namespace
 
-Receiver::Receiver(FrmMain& frm)
-    : QObject(&frm), m_frm(frm), m_pane(new RemotePane(frm, this)), m_faults(frm.prompter(), frm.logs())
+Receiver::Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+                   Encryption& cipher, Connection& connection, QObject* parent)
+    : QObject(parent),
+      m_ctx(ctx),
+      m_model(model),
+      m_session(session),
+      m_sender(sender),
+      m_cipher(cipher),
+      m_connection(connection),
+      m_pane(new RemotePane(model, session, sender, *this, this)),
+      m_faults(ctx.prompter(), ctx.logs())
 {
-    connect(&frm, &FrmMain::sessionOpened, m_pane, &RemotePane::beginSession);
-    connect(&frm, &FrmMain::sessionOpened, this, [this] { m_faults.beginSession(); });
+    connect(&session, &Session::sessionOpened, m_pane, &RemotePane::beginSession);
+    connect(&session, &Session::sessionOpened, this, [this] { m_faults.beginSession(); });
     cSendFileCheck = [](QString& data, QByteArray&) { return consumeFileMessage(data); };
     keySent = [] { return false; };
-    connect(&frm.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
+    connect(&m_session.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
+}
+
+void Receiver::readLimits(bool atStart)
+{
+    if (atStart) {
+        int limit = m_ctx.settingInt(QStringLiteral("Text Limit"));
+        if (limit > 64000)
+            limit = 64000;
+        if (limit < 1)
+            limit = 32000;
+        m_ctx.writeSetting(QStringLiteral("Text Limit"), QString::number(limit));
+        textLimit = limit;
+    }
+    overflowLimit = m_ctx.settingInt(QStringLiteral("Overflow"));
+    acceptIncompatible = m_ctx.settingFlag(QStringLiteral("Accept Incompatible Character"));
+    selfRepair = m_ctx.settingFlag(QStringLiteral("Character Self Repair"));
+    repairCountLimit = m_ctx.settingInt(QStringLiteral("Repair Count Limit"));
+    // At the start a missing value is written back; later it only stands in.
+    if (overflowLimit == 0) {
+        overflowLimit = 50;
+        if (atStart)
+            m_ctx.writeSetting(QStringLiteral("Overflow"), QStringLiteral("50"));
+    }
+    if (repairCountLimit == 0) {
+        repairCountLimit = 50;
+        if (atStart)
+            m_ctx.writeSetting(QStringLiteral("Repair Count Limit"), QStringLiteral("50"));
+    }
 }
 
 // --- the receive event --------------------------------------------------------
 
 void Receiver::Winsock_DataArrival(int index, qint64 bytesTotal)
 {
-    if (index > 0 || m_frm.unloading)
+    if (index > 0 || m_ctx.unloading)
         return;
-    handleArrival(index, m_frm.winsock(m_frm.sIdx).GetData(), bytesTotal);
+    handleArrival(index, m_session.winsock(m_session.sIdx).GetData(), bytesTotal);
 }
 
 void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)
 {
-    FrmMain& f = m_frm;
-    if (index > 0 || f.unloading)
+    if (index > 0 || m_ctx.unloading)
         return;
     if (bytesTotal < 0)
         bytesTotal = bytes.size();
@@ -73,30 +113,29 @@ void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)
 
 void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
 {
-    FrmMain& f = m_frm;
-    if (f.unloading)
+    if (m_ctx.unloading)
         return;
-    f.controls.setEnabled(toolbarButton(kRefreshButton), true);
-    f.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
-    double testDelay = f.settingNumber(QStringLiteral("Test"));
+    m_model.controls.setEnabled(toolbarButton(kRefreshButton), true);
+    m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
+    double testDelay = m_ctx.settingNumber(QStringLiteral("Test"));
     if (testDelay != 0)
-        f.idleDelay(testDelay);
+        m_session.idleDelay(testDelay);
 
-    f.PasteInProgress = false;
-    f.cursor().setNormal();
-    f.stStatusbar.setPicture(1, StatePicture::picRec);
-    f.stStatusbar.setText(2, QString());
+    m_session.PasteInProgress = false;
+    m_ctx.cursor().setNormal();
+    m_model.stStatusbar.setPicture(1, StatePicture::picRec);
+    m_model.stStatusbar.setText(2, QString());
     const qint64 mins =
-        f.SessionDateStart.isValid() ? f.SessionDateStart.secsTo(f.clock().now()) / 60 : 0;
-    f.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                 f.translate(QStringLiteral("Minute"), QStringLiteral("min")));
-    f.stStatusbar.setText(10, FrmMain::byteCountText(bytesTotal));
+        m_session.SessionDateStart.isValid() ? m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60 : 0;
+    m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
+                                 m_ctx.translate(QStringLiteral("Minute"), QStringLiteral("min")));
+    m_model.stStatusbar.setText(10, Session::byteCountText(bytesTotal));
 
-    f.RemoteResponded = true;
-    f.arrivedLength = bytes.size();
+    m_session.RemoteResponded = true;
+    m_session.arrivedLength = bytes.size();
     if (bytes.isEmpty())
         return;
-    f.txtClient(0).setEnabled(true);
+    m_model.txtClient(0).setEnabled(true);
     m_keyPosition = 0;
 
     QString text;
@@ -104,7 +143,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         // A data frame at the head of the read: no test ahead of the file
         // dispatcher matches it and its payload is taken from the bytes,
         // so only what may follow its end is made text.
-        f.txtClient(index).caretToEnd();
+        m_model.txtClient(index).caretToEnd();
         text = frameArrival(bytes);
         m_faults.reportStage(QStringLiteral("File Fransfer "));
     } else {
@@ -119,52 +158,51 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         if (text.isEmpty())
             break;
         ++pass;
-    } while (pass <= f.overflowLimit && pass >= 1 && pass < 100);
+    } while (pass <= overflowLimit && pass >= 1 && pass < 100);
     // Whatever the passes left is lost; the pane may have missed a frame.
     if (!text.isEmpty())
         m_pane->lost();
     m_faults.reportArrival(text);
 
-    f.PasteInProgress = false;
-    f.cursor().setNormal();
+    m_session.PasteInProgress = false;
+    m_ctx.cursor().setNormal();
     refreshLengths();
-    f.stStatusbar.setPicture(1, StatePicture::picReady);
-    f.checkStatus();
+    m_model.stStatusbar.setPicture(1, StatePicture::picReady);
+    m_session.checkStatus();
 }
 
 bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
 {
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtClient();
+    TextPane& pane = m_model.txtClient(m_session.sIdx);
 
     if (text.startsWith(QLatin1String("!ver."))) {
-        if (f.settingInt(QStringLiteral("Version Check")) == 1) {
+        if (m_ctx.settingInt(QStringLiteral("Version Check")) == 1) {
             const QString theirs = trimControl(getBetween(text, QStringLiteral("!ver."),
                                                           QStringLiteral("ver!")));
-            const QString ours = trimControl(f.VersionString);
+            const QString ours = trimControl(m_ctx.VersionString);
             if (theirs != ours) {
-                f.prompter().msgBox(
-                    f.translate(QStringLiteral("Warning: Incompatible version of Vonnel:: it may "
+                m_ctx.prompter().msgBox(
+                    m_ctx.translate(QStringLiteral("Warning: Incompatible version of Vonnel:: it may "
                                                "cause strange characters and/or unexpected error.")) +
                         QLatin1Char('\r') +
-                        f.translate(QStringLiteral("Remote user's version - ")) + theirs +
-                        QLatin1Char('\r') + f.translate(QStringLiteral(" Your version - ")) + ours,
-                    MsgStyle::Exclamation, f.translate(QStringLiteral("Version Conflict")));
+                        m_ctx.translate(QStringLiteral("Remote user's version - ")) + theirs +
+                        QLatin1Char('\r') + m_ctx.translate(QStringLiteral(" Your version - ")) + ours,
+                    MsgStyle::Exclamation, m_ctx.translate(QStringLiteral("Version Conflict")));
                 Q_EMIT updateRequested();
-                f.connection().mnuDisconnect_Click();
+                m_connection.mnuDisconnect_Click();
             }
         }
         text = stripThrough(text, QStringLiteral("ver!"));
-        f.txtServer.setEnabled(true);
+        m_model.txtServer.setEnabled(true);
     }
 
     if (text.startsWith(QLatin1String("tt:=")))
-        f.encryption().takeRemoteKey(text);
+        m_cipher.takeRemoteKey(text);
 
-    f.txtClient(index).caretToEnd();
+    m_model.txtClient(index).caretToEnd();
 
     if (text.size() == 1) {
-        if (f.acceptIncompatible)
+        if (acceptIncompatible)
             cFinishCheck(text);
         text.clear();
         return false;
@@ -174,7 +212,7 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
         const QString inner = getBetween(text, QStringLiteral("<e#"), QStringLiteral("#e>"));
         text = stripThrough(text, QStringLiteral("#e>"));
         // Taken apart with the peer's key whatever the encryption state.
-        cFinishCheck(f.encryption().decipherOld(inner));
+        cFinishCheck(m_cipher.decipherOld(inner));
     }
 
     if (text.startsWith(QLatin1String("<KEY> "))) {
@@ -267,8 +305,7 @@ bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
 
 QString Receiver::cControlCheck(QString& data)
 {
-    FrmMain& f = m_frm;
-    TextPane& pane = f.txtClient();
+    TextPane& pane = m_model.txtClient(m_session.sIdx);
     int n = 0;
 
     if (data.startsWith(QLatin1String("^g"))) {
@@ -285,7 +322,7 @@ QString Receiver::cControlCheck(QString& data)
         const QString sizeText = getBetween(data, QStringLiteral("^s>"), ringWanted);
         size = iniNumber(sizeText);
         data = stripThrough(data, ringWanted);
-        f.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
         Q_EMIT ringFileAnnounced(ringWanted, qint64(size));
     }
     if (data.startsWith(QLatin1String("^reFresh"))) {
@@ -347,8 +384,8 @@ QString Receiver::cControlCheck(QString& data)
         const qsizetype through = p < 0 ? 1 : p + 2;
         const QString format = data.left(through);
         data = data.mid(through);
-        if (f.IsConnected())
-            f.RemoteResponded = true;
+        if (m_session.IsConnected())
+            m_session.RemoteResponded = true;
         Q_EMIT formatReceived(format);
     }
     if (data == QLatin1String("^SD")) {
@@ -360,7 +397,7 @@ QString Receiver::cControlCheck(QString& data)
 
 void Receiver::cFinishCheck(const QString& text)
 {
-    TextPane& pane = m_frm.txtClient();
+    TextPane& pane = m_model.txtClient(m_session.sIdx);
     pane.append(text);
     pane.caretToEnd();
     refreshLengths();
@@ -368,9 +405,9 @@ void Receiver::cFinishCheck(const QString& text)
 
 void Receiver::refreshLengths()
 {
-    m_frm.stStatusbar.setText(3, QString::number(m_frm.txtServer.length()) +
+    m_model.stStatusbar.setText(3, QString::number(m_model.txtServer.length()) +
                                      QStringLiteral(" - ") +
-                                     QString::number(m_frm.txtClient().length()));
+                                     QString::number(m_model.txtClient(m_session.sIdx).length()));
 }
 
 // --- repair and its answer ------------------------------------------------------
@@ -383,62 +420,60 @@ void Receiver::answerRefresh()
 
 void Receiver::resendWholeText()
 {
-    FrmMain& f = m_frm;
     // This covers any resend our typing side had planned.
-    f.typing().cancelFollowUp();
-    f.encryption().sendKeyForRefresh(keySent());
-    f.sendRaw(QStringLiteral("^Clr"));
+    Q_EMIT refreshAnswerStarts();
+    m_cipher.sendKeyForRefresh(keySent());
+    m_sender.sendRaw(QStringLiteral("^Clr"));
     Q_EMIT refreshAnswerNeedsSettings();
-    f.xSendData(QStringLiteral("<Paste> ") + f.txtServer.text() + QStringLiteral("</Paste>"));
-    f.txtClient().caretToEnd();
-    f.PasteInProgress = false;
-    f.cursor().setNormal();
+    m_sender.xSendData(QStringLiteral("<Paste> ") + m_model.txtServer.text() + QStringLiteral("</Paste>"));
+    m_model.txtClient(m_session.sIdx).caretToEnd();
+    m_session.PasteInProgress = false;
+    m_ctx.cursor().setNormal();
 }
 
 // --- remote shut-down ------------------------------------------------------------
 
 void Receiver::remoteShutDown()
 {
-    FrmMain& f = m_frm;
-    f.RemoteResponded = false;
-    f.SessionEndTime = f.clock().timeOfDay();
+    m_session.RemoteResponded = false;
+    m_session.SessionEndTime = m_ctx.clock().timeOfDay();
 
-    f.controls.setEnabled(QStringLiteral("mnuSave"), true);
+    m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
     Q_EMIT playRing(QStringLiteral("Ring2"));
-    Q_EMIT f.sessionEnded();
+    Q_EMIT m_session.sessionEnded();
 
-    TextPane& pane = f.txtClient();
-    pane.append(kCrLf + QStringLiteral("[  ") + f.translate(QStringLiteral("Closed")) +
+    TextPane& pane = m_model.txtClient(m_session.sIdx);
+    pane.append(kCrLf + QStringLiteral("[  ") + m_ctx.translate(QStringLiteral("Closed")) +
                 QStringLiteral("  ]"));
     pane.caretToEnd();
 
-    f.stStatusbar.setText(2, QStringLiteral("Disconecting..."));
-    f.setCaption(f.VersionString.isEmpty() ? FrmMain::kTitle : f.VersionString);
+    m_model.stStatusbar.setText(2, QStringLiteral("Disconecting..."));
+    m_model.setCaption(m_ctx.VersionString.isEmpty() ? MainModel::kTitle : m_ctx.VersionString);
 
     pane.setEnabled(false);
-    Winsock& ws = f.winsock(f.sIdx);
+    Winsock& ws = m_session.winsock(m_session.sIdx);
     ws.Close();
-    f.stStatusbar.setPicture(1, StatePicture::picOff);
-    f.checkStatus();
+    m_model.stStatusbar.setPicture(1, StatePicture::picOff);
+    m_session.checkStatus();
 
-    ws.setLocalPort(quint16(f.settingInt(QStringLiteral("LocalPort"))));
-    f.idleDelay0();
+    ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
+    m_session.idleDelay0();
     ws.Listen();
-    f.checkStatus();
-    f.controls.setEnabled(QStringLiteral("mnuDraw"), true);
+    m_session.checkStatus();
+    m_model.controls.setEnabled(QStringLiteral("mnuDraw"), true);
 }
 
 // --- keys, records, deciphering ------------------------------------------------------
 
 QString Receiver::decipher(const QString& inner) const
 {
-    return m_frm.encryption().decipher(inner);
+    return m_cipher.decipher(inner);
 }
 
 QString Receiver::decipherInStage(const QString& inner)
 {
     QString error;
-    const QString plain = m_frm.encryption().decipher(inner, &error);
+    const QString plain = m_cipher.decipher(inner, &error);
     if (!error.isEmpty())
         m_faults.raise(fault::kInvalidCall, error);
     return plain;
@@ -471,10 +506,9 @@ bool Receiver::checkSpeakerSetting(const QString& fields)
 
 QString Receiver::remoteName() const
 {
-    FrmMain& f = m_frm;
-    if (!f.PeerHostName.isEmpty())
-        return f.PeerHostName;
-    Winsock& ws = f.winsock(f.sIdx);
+    if (!m_session.PeerHostName.isEmpty())
+        return m_session.PeerHostName;
+    Winsock& ws = m_session.winsock(m_session.sIdx);
     if (!ws.RemoteHost().isEmpty())
         return ws.RemoteHost();
     return ws.RemoteHostIP();
@@ -482,9 +516,8 @@ QString Receiver::remoteName() const
 
 void Receiver::takeRecordLine(const QString& line)
 {
-    FrmMain& f = m_frm;
-    f.txtTextMsg.append(remoteName().toUpper() + QLatin1Char(' ') +
-                        f.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
+    m_model.txtTextMsg.append(remoteName().toUpper() + QLatin1Char(' ') +
+                        m_ctx.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
                         QStringLiteral(": ") + line + kCrLf);
 }
 

@@ -17,13 +17,30 @@
 
 namespace vonnel {
 
-class FrmMain;
+class CopyContext;
+class MainModel;
+class Session;
+class Sender;
+class Encryption;
+class Connection;
 class RemotePane;
 
 class Receiver : public QObject {
     Q_OBJECT
 public:
-    explicit Receiver(FrmMain& frm);
+    Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
+             Encryption& cipher, Connection& connection, QObject* parent = nullptr);
+
+    // Limits of the remote pane and of the repair of damaged text, read at
+    // the start and again after the options change.
+    int textLimit = 32000;
+    int overflowLimit = 50;
+    bool acceptIncompatible = false;
+    bool selfRepair = false;
+    int repairCountLimit = 50;
+    // Reads them: at the start the text limit is clamped and the defaults
+    // written back; later only the repair values are read again.
+    void readLimits(bool atStart);
 
     // The socket's receive event: takes the bytes off the socket and hands
     // them to handleArrival.
@@ -115,6 +132,9 @@ Q_SIGNALS:
     // A board message, by its head ("&&fc", "&&st", ...), with its fields
     // (points as "x,y"; a chat line or label already deciphered).
     void boardMessage(const QString& head, const QStringList& fields);
+    // A "^reFresh" answer begins: the typing path drops its pending
+    // follow-up, the whole text goes out again instead.
+    void refreshAnswerStarts();
     // A version conflict was shown: the update page is to be offered.
     void updateRequested();
     // A named sound is to be played ("Ring2" when the peer shuts down).
@@ -140,7 +160,12 @@ private:
     void boardError(const QString& data);
     QString remoteName() const;
 
-    FrmMain& m_frm;
+    CopyContext& m_ctx;
+    MainModel& m_model;
+    Session& m_session;
+    Sender& m_sender;
+    Encryption& m_cipher;
+    Connection& m_connection;
     RemotePane* m_pane;
     BoardState m_board;
     ArrivalFaults m_faults;

@@ -65,7 +65,11 @@
 
 #include "wire/RemotePane.h"
 
-#include "shell/FrmMain.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "wire/Receiver.h"
+#include "core/Sender.h"
+#include "core/MainModel.h"
 
 namespace vonnel {
 
@@ -85,7 +89,9 @@ constexpr qint64 kAnswerWaitMs = 5000;
 
 }  // namespace
 
-RemotePane::RemotePane(FrmMain& frm, QObject* parent) : QObject(parent), m_frm(frm)
+RemotePane::RemotePane(MainModel& model, Session& session, Sender& sender, Receiver& receiver,
+                       QObject* parent)
+    : QObject(parent), m_model(model), m_session(session), m_sender(sender), m_receiver(receiver)
 {
     m_repairTimer.setSingleShot(true);
     connect(&m_repairTimer, &QTimer::timeout, this, &RemotePane::repairDue);
@@ -93,7 +99,7 @@ RemotePane::RemotePane(FrmMain& frm, QObject* parent) : QObject(parent), m_frm(f
 
 TextPane& RemotePane::pane() const
 {
-    return m_frm.txtClient();
+    return m_model.txtClient(m_session.sIdx);
 }
 
 void RemotePane::add(const QString& text)
@@ -227,7 +233,7 @@ void RemotePane::beginSession()
 
 bool RemotePane::repairMayRun() const
 {
-    return m_frm.selfRepair && repairCount <= m_frm.repairCountLimit;
+    return m_receiver.selfRepair && repairCount <= m_receiver.repairCountLimit;
 }
 
 void RemotePane::differs()
@@ -241,7 +247,7 @@ void RemotePane::differs()
 
 void RemotePane::repairDue()
 {
-    if (!m_frm.IsConnected() || !repairMayRun())
+    if (!m_session.IsConnected() || !repairMayRun())
         return;
     repair();
 }
@@ -250,7 +256,7 @@ void RemotePane::repair()
 {
     ++repairCount;
     m_answerAwaited.start();
-    m_frm.xSendData(QStringLiteral("^reFresh"));
+    m_sender.xSendData(QStringLiteral("^reFresh"));
 }
 
 }  // namespace vonnel

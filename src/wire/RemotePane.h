@@ -15,13 +15,17 @@
 
 namespace vonnel {
 
-class FrmMain;
+class MainModel;
+class Session;
+class Sender;
+class Receiver;
 class TextPane;
 
 class RemotePane : public QObject {
     Q_OBJECT
 public:
-    RemotePane(FrmMain& frm, QObject* parent);
+    RemotePane(MainModel& model, Session& session, Sender& sender, Receiver& receiver,
+               QObject* parent);
 
     // "<KEY> " c n "</KEY>", c already deciphered.
     void typedCharacter(const QString& c, int n);
@@ -68,7 +72,10 @@ private:
     void differs();
     void repairDue();
 
-    FrmMain& m_frm;
+    MainModel& m_model;
+    Session& m_session;
+    Sender& m_sender;
+    Receiver& m_receiver;
     QTimer m_repairTimer;
     bool m_inStep = true;
     // A repair was asked and its answer ("^Clr" first) has not come yet.

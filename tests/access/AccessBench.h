@@ -9,7 +9,8 @@
 #include "platform/Desktop.h"
 #include "platform/ScriptedPrompter.h"
 #include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "core/Views.h"
+#include "core/CopyContext.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -45,7 +46,7 @@ public:
         env.desktop = &desktop;
         env.views = &views;
         frm = std::make_unique<FrmMain>(env);
-        frm->HelpPath = QStringLiteral("/help/");
+        frm->ctx().HelpPath = QStringLiteral("/help/");
     }
 
     void set(const QString& key, const QString& value)

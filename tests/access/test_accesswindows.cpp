@@ -76,8 +76,8 @@ TEST(SecurityWindow, SetButtonsStoreAndTheLocksFollow)
     EXPECT_EQ(lockShown(d, "imgAwLock"), "imgAwLock");
     d.findChild<QPushButton*>("OKButton")->click();
     EXPECT_EQ(d.result(), QDialog::Accepted);
-    EXPECT_EQ(b.frm->controls.caption("mnuMin"), "Min&Lock");
-    EXPECT_TRUE(b.frm->controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Min&Lock");
+    EXPECT_TRUE(b.frm->model().controls.checked("mnuSecurity"));
 
     d.findChild<QPushButton*>("cmdHelp")->click();
     EXPECT_EQ(b.desktop.opened.value(0), "/help/security.htm");
@@ -125,7 +125,7 @@ TEST(PassLockWindow, SaysWhichPasswordItSets)
         AccessBench b;
         PasswordStore& s = b.frm->encryption().passwords();
         s.passLevel = c.level;
-        FrmPassLock form(*b.frm, s);
+        FrmPassLock form(b.frm->ctx(), s);
         PassLockDialog d(*b.frm, form);
         EXPECT_EQ(d.windowTitle(), c.title);
         const auto* heading = d.findChild<QLabel*>("lblLevel");

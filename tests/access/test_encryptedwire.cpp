@@ -7,6 +7,9 @@
 #include "support/Session.h"
 #include "support/TestCopy.h"
 #include "wire/LiveTyping.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "core/Sender.h"
 
 #include <QRegularExpression>
 #include <QTcpServer>
@@ -56,16 +59,16 @@ struct EncryptedSession {
     {
         EXPECT_TRUE(copy.start());
         acceptRawPeer(copy, peer);
-        EXPECT_TRUE(copy.frm().IsConnected());
-        copy.frm().encryptOn = true;
-        copy.frm().sessionKey = QString::fromLatin1(kKey);
+        EXPECT_TRUE(copy.frm().session().IsConnected());
+        copy.frm().encryption().encryptOn = true;
+        copy.frm().encryption().sessionKey = QString::fromLatin1(kKey);
         // The key goes out before the first enciphered frame of the session.
         EXPECT_TRUE(copy.frm().encryption().announceKeyBeforeCipher());
         EXPECT_EQ(readAtLeast(peer, 16, 2000), "tt:=" + kKey + "=:tt");
     }
     QByteArray send(const QString& text, int expect)
     {
-        copy.frm().xSendData(text);
+        copy.frm().sender().xSendData(text);
         return readAtLeast(peer, expect, 2000);
     }
     TestCopy copy;
@@ -154,7 +157,7 @@ TEST(EncryptedSend, FramesAreEncipheredByteForByte)
 TEST(EncryptedSend, MissingClosingMarkerSendsNothing)
 {
     EncryptedSession s;
-    s.copy.frm().xSendData("<Paste> a");
+    s.copy.frm().sender().xSendData("<Paste> a");
     EXPECT_TRUE(readFor(s.peer, 200).isEmpty());
     EXPECT_TRUE(s.copy.prompter().asked("xSendData Error: "));
     EXPECT_TRUE(s.copy.prompter().asked(" caused by data <<Paste> a>"));
@@ -169,35 +172,35 @@ TEST(EncryptedSend, KeyFramesOnTheWire)
 
     // Accepting side with encryption off: no key, nothing sent.
     enc.beginSession();
-    EXPECT_FALSE(f.encryptOn);
-    f.sessionKey.clear();
+    EXPECT_FALSE(f.encryption().encryptOn);
+    f.encryption().sessionKey.clear();
     EXPECT_FALSE(enc.sendKeyOnAccept());
-    EXPECT_TRUE(f.sessionKey.isEmpty());
+    EXPECT_TRUE(f.encryption().sessionKey.isEmpty());
     // One that later switched it on has no key: the first typing sends
     // nothing, but the first enciphered frame goes out behind a key of the
     // clock, so the peer never shows cipher letters.
-    f.encryptOn = true;
+    f.encryption().encryptOn = true;
     f.typing().keySent = false;
     bool keySent = false;
     EXPECT_FALSE(enc.sendFirstKey(keySent));
     const QByteArray first = s.send("<KEY> a <:KEY>1</KEY>", 16 + 21);
-    ASSERT_TRUE(keyForm.match(f.sessionKey).hasMatch()) << f.sessionKey.toStdString();
-    const QByteArray late = "tt:=" + f.sessionKey.toLatin1() + "=:tt";
-    EXPECT_EQ(first, late + "<KEY> " + PeerPc1::encrypt(f.sessionKey.toLatin1(), "a") + " <:KEY>1</KEY>");
+    ASSERT_TRUE(keyForm.match(f.encryption().sessionKey).hasMatch()) << f.encryption().sessionKey.toStdString();
+    const QByteArray late = "tt:=" + f.encryption().sessionKey.toLatin1() + "=:tt";
+    EXPECT_EQ(first, late + "<KEY> " + PeerPc1::encrypt(f.encryption().sessionKey.toLatin1(), "a") + " <:KEY>1</KEY>");
     EXPECT_TRUE(f.typing().keySent);
     // Once per session: later frames, and frames with nothing to encipher,
     // go alone.
     EXPECT_EQ(s.send("<KEY> b <:KEY>2</KEY>", 21),
-              "<KEY> " + PeerPc1::encrypt(f.sessionKey.toLatin1(), "b") + " <:KEY>2</KEY>");
+              "<KEY> " + PeerPc1::encrypt(f.encryption().sessionKey.toLatin1(), "b") + " <:KEY>2</KEY>");
     EXPECT_FALSE(enc.announceKeyBeforeCipher());
 
     // Accepting side with encryption on: a key of the clock, through xSendData.
     EXPECT_TRUE(enc.sendKeyOnAccept());
-    ASSERT_TRUE(keyForm.match(f.sessionKey).hasMatch()) << f.sessionKey.toStdString();
-    const QByteArray frame = "tt:=" + f.sessionKey.toLatin1() + "=:tt";
+    ASSERT_TRUE(keyForm.match(f.encryption().sessionKey).hasMatch()) << f.encryption().sessionKey.toStdString();
+    const QByteArray frame = "tt:=" + f.encryption().sessionKey.toLatin1() + "=:tt";
     EXPECT_EQ(readAtLeast(s.peer, 16), frame);
-    EXPECT_EQ(f.stStatusbar.text(8), "E");
-    EXPECT_EQ(f.stStatusbar.panel(8).toolTip, "Local session: Encryption On");
+    EXPECT_EQ(f.model().stStatusbar.text(8), "E");
+    EXPECT_EQ(f.model().stStatusbar.panel(8).toolTip, "Local session: Encryption On");
 
     // First typing: once per session.
     EXPECT_TRUE(enc.sendFirstKey(keySent));
@@ -209,14 +212,14 @@ TEST(EncryptedSend, KeyFramesOnTheWire)
     EXPECT_EQ(readAtLeast(s.peer, 16), frame);
     EXPECT_FALSE(enc.sendKeyForRefresh(true));
     // Calling side: always a new key, and the frame raw under encryption.
-    f.sessionKey = "xx";
+    f.encryption().sessionKey = "xx";
     EXPECT_TRUE(enc.sendKeyOnConnect());
-    EXPECT_TRUE(keyForm.match(f.sessionKey).hasMatch());
-    EXPECT_EQ(readAtLeast(s.peer, 16), "tt:=" + f.sessionKey.toLatin1() + "=:tt");
-    f.encryptOn = false;
-    f.sessionKey = "xx";
+    EXPECT_TRUE(keyForm.match(f.encryption().sessionKey).hasMatch());
+    EXPECT_EQ(readAtLeast(s.peer, 16), "tt:=" + f.encryption().sessionKey.toLatin1() + "=:tt");
+    f.encryption().encryptOn = false;
+    f.encryption().sessionKey = "xx";
     EXPECT_FALSE(enc.sendKeyOnConnect());
-    EXPECT_NE(f.sessionKey, "xx");
+    EXPECT_NE(f.encryption().sessionKey, "xx");
     EXPECT_TRUE(readFor(s.peer, 100).isEmpty());
 }
 
@@ -227,10 +230,10 @@ TEST(EncryptedSend, PeerWithItsOwnCipherReadsAndIsRead)
     QTcpSocket peer;
     acceptRawPeer(copy, peer);
     FrmMain& f = copy.frm();
-    ASSERT_TRUE(f.IsConnected());
+    ASSERT_TRUE(f.session().IsConnected());
     Encryption& enc = f.encryption();
     enc.beginSession();
-    ASSERT_TRUE(f.encryptOn);
+    ASSERT_TRUE(f.encryption().encryptOn);
     ASSERT_TRUE(enc.sendKeyOnAccept());
 
     // The peer learns the key from the frame, then reads the program's text.
@@ -240,8 +243,8 @@ TEST(EncryptedSend, PeerWithItsOwnCipherReadsAndIsRead)
     ASSERT_TRUE(m.hasMatch()) << got.constData();
     const QByteArray key = m.captured(1).toLatin1();
     const QString text = QStringLiteral("Hello, peer! Grüße, 5 € <b>");
-    f.xSendData("<Paste> " + text + "</Paste>");
-    f.xSendData("<KEY> x <:KEY>5</KEY>");
+    f.sender().xSendData("<Paste> " + text + "</Paste>");
+    f.sender().xSendData("<KEY> x <:KEY>5</KEY>");
     got = readFor(peer, 300);
     static const QRegularExpression paste("^<Paste> ([a-p]+)</Paste><KEY> ([a-p]+) <:KEY>5</KEY>$");
     const auto p = paste.match(QString::fromLatin1(got));
@@ -255,7 +258,7 @@ TEST(EncryptedSend, PeerWithItsOwnCipherReadsAndIsRead)
                                  PeerPc1::encrypt("10:42 AM", toCp1252(QStringLiteral("from the peer, ü"))) + "</Paste>";
     QString arrival = fromCp1252(peerBytes);
     ASSERT_TRUE(enc.takeRemoteKey(arrival));
-    EXPECT_EQ(f.remoteKey, "10:42 AM");
+    EXPECT_EQ(f.encryption().remoteKey, "10:42 AM");
     ASSERT_TRUE(arrival.startsWith("<Paste> ") && arrival.endsWith("</Paste>"));
     EXPECT_EQ(enc.decipher(arrival.mid(8, arrival.size() - 16)), QStringLiteral("from the peer, ü"));
 }
@@ -275,13 +278,13 @@ TEST(EncryptedSend, TwoCopiesEncryptionOnOneSideOnly)
 
     FrmMain& a = callee.frm();
     a.encryption().beginSession();
-    ASSERT_TRUE(a.encryptOn);
+    ASSERT_TRUE(a.encryption().encryptOn);
     ASSERT_TRUE(a.encryption().sendKeyOnAccept());
     const QStringList sent = {"<KEY> H <:KEY>1</KEY>", "^SPC2#SPC", "<KEY> i <:KEY>3</KEY>",
                               "^BK3#BK", "<Paste> hello there</Paste>", "<MSG> Hi line </MSG>"};
     for (const QString& frame : sent)
-        a.xSendData(frame);
-    caller.frm().xSendData("<Paste> plain from the caller</Paste>");
+        a.sender().xSendData(frame);
+    caller.frm().sender().xSendData("<Paste> plain from the caller</Paste>");
     ASSERT_TRUE(waitUntil([&] {
         return tap.toCaller.contains(" </MSG>") && tap.toCallee.contains("caller</Paste>");
     }, 3000));
@@ -300,7 +303,7 @@ TEST(EncryptedSend, TwoCopiesEncryptionOnOneSideOnly)
     AccessBench reader;
     QString rest = fromCp1252(wire.mid(wire.indexOf("tt:=")));
     ASSERT_TRUE(reader.frm->encryption().takeRemoteKey(rest));
-    EXPECT_EQ(reader.frm->remoteKey, a.sessionKey);
+    EXPECT_EQ(reader.frm->encryption().remoteKey, a.encryption().sessionKey);
     QStringList clear;
     for (const QByteArray& inner : eInners(toCp1252(rest)))
         clear << reader.frm->encryption().decipher(QString::fromLatin1(inner));
@@ -333,16 +336,16 @@ TEST(EncryptedSend, SwitchedOnMidSessionThePeerReadsClearText)
             }
         };
         type("ab");
-        ASSERT_TRUE(waitUntil([&] { return reader.frm().txtClient().text() == "ab"; }, 3000))
-            << reader.frm().txtClient().text().toStdString();
-        EXPECT_FALSE(reader.frm().remoteEncrypted);
+        ASSERT_TRUE(waitUntil([&] { return reader.frm().model().txtClient(reader.frm().session().sIdx).text() == "ab"; }, 3000))
+            << reader.frm().model().txtClient(reader.frm().session().sIdx).text().toStdString();
+        EXPECT_FALSE(reader.frm().encryption().remoteEncrypted);
 
         typist.set("Encrypted", "1");
         type("cd");
-        EXPECT_TRUE(waitUntil([&] { return reader.frm().txtClient().text() == "abcd"; }, 3000))
-            << reader.frm().txtClient().text().toStdString();
-        EXPECT_TRUE(typist.frm().encryptOn);
-        EXPECT_TRUE(reader.frm().remoteEncrypted);
-        EXPECT_EQ(reader.frm().remoteKey, typist.frm().sessionKey);
+        EXPECT_TRUE(waitUntil([&] { return reader.frm().model().txtClient(reader.frm().session().sIdx).text() == "abcd"; }, 3000))
+            << reader.frm().model().txtClient(reader.frm().session().sIdx).text().toStdString();
+        EXPECT_TRUE(typist.frm().encryption().encryptOn);
+        EXPECT_TRUE(reader.frm().encryption().remoteEncrypted);
+        EXPECT_EQ(reader.frm().encryption().remoteKey, typist.frm().encryption().sessionKey);
     }
 }

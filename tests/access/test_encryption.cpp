@@ -44,7 +44,7 @@ TEST(SessionKey, IsTheClockTimeInTwelveHourForm)
         b.clock.set(QDateTime(QDate(2024, 5, 1), c.time));
         EXPECT_EQ(enc.keyNow(), c.key);
         enc.startSessionKey();
-        EXPECT_EQ(b.frm->sessionKey, c.key);
+        EXPECT_EQ(b.frm->encryption().sessionKey, c.key);
         EXPECT_EQ(enc.keyFrame(), QStringLiteral("tt:=") + c.key + "=:tt");
     }
 }
@@ -54,20 +54,20 @@ TEST(SessionKey, AcceptingSideKeepsItsKeyCallingSideTakesANewOne)
     AccessBench b;
     Encryption& enc = b.frm->encryption();
     enc.ensureSessionKey();
-    EXPECT_EQ(b.frm->sessionKey, "03:25 PM");
+    EXPECT_EQ(b.frm->encryption().sessionKey, "03:25 PM");
     b.clock.set(QDateTime(QDate(2024, 5, 1), QTime(8, 1)));
     enc.ensureSessionKey();
-    EXPECT_EQ(b.frm->sessionKey, "03:25 PM");
+    EXPECT_EQ(b.frm->encryption().sessionKey, "03:25 PM");
     enc.startSessionKey();
-    EXPECT_EQ(b.frm->sessionKey, "08:01 AM");
+    EXPECT_EQ(b.frm->encryption().sessionKey, "08:01 AM");
 }
 
 TEST(SessionKey, NothingGoesOutWhileNotConnected)
 {
     AccessBench b;
     Encryption& enc = b.frm->encryption();
-    b.frm->encryptOn = true;
-    b.frm->sessionKey = "03:25 PM";
+    b.frm->encryption().encryptOn = true;
+    b.frm->encryption().sessionKey = "03:25 PM";
     bool keySent = false;
     EXPECT_FALSE(enc.sendFirstKey(keySent));
     EXPECT_FALSE(keySent);
@@ -80,38 +80,38 @@ TEST(RemoteKey, TakenOnceAndCutOutOfTheText)
     FrmMain& f = *b.frm;
     Encryption& enc = f.encryption();
     enc.beginSession();
-    ASSERT_TRUE(f.stStatusbar.text(9).isEmpty());
+    ASSERT_TRUE(f.model().stStatusbar.text(9).isEmpty());
 
     QString data = "tt:=03:25 PM=:tt<Paste> if</Paste>";
     EXPECT_TRUE(enc.takeRemoteKey(data));
     EXPECT_EQ(data, "<Paste> if</Paste>");
-    EXPECT_EQ(f.remoteKey, "03:25 PM");
-    EXPECT_TRUE(f.remoteEncrypted);
-    EXPECT_EQ(f.stStatusbar.text(9), "E");
-    EXPECT_EQ(f.stStatusbar.panel(9).toolTip, "Remote session: Encryption On");
-    EXPECT_EQ(f.stStatusbar.panel(8).toolTip, "Local session: Encryption Off");
+    EXPECT_EQ(f.encryption().remoteKey, "03:25 PM");
+    EXPECT_TRUE(f.encryption().remoteEncrypted);
+    EXPECT_EQ(f.model().stStatusbar.text(9), "E");
+    EXPECT_EQ(f.model().stStatusbar.panel(9).toolTip, "Remote session: Encryption On");
+    EXPECT_EQ(f.model().stStatusbar.panel(8).toolTip, "Local session: Encryption Off");
 
     // The peer repeats its frame at its first typing and with each resend:
     // a whole frame is cut out and never stalls the text behind it.
     QString again = "tt:=03:25 PM=:tt<KEY> x <:KEY>1</KEY>";
     EXPECT_TRUE(enc.takeRemoteKey(again));
     EXPECT_EQ(again, "<KEY> x <:KEY>1</KEY>");
-    EXPECT_EQ(f.remoteKey, "03:25 PM");
+    EXPECT_EQ(f.encryption().remoteKey, "03:25 PM");
     // A key that changed is taken; one without its end stays and stalls.
     QString second = "tt:=09:00 AM=:tt<KEY> x <:KEY>1</KEY>";
     EXPECT_TRUE(enc.takeRemoteKey(second));
-    EXPECT_EQ(f.remoteKey, "09:00 AM");
+    EXPECT_EQ(f.encryption().remoteKey, "09:00 AM");
     QString torn = "tt:=10:00 AM<KEY> x <:KEY>1</KEY>";
     EXPECT_FALSE(enc.takeRemoteKey(torn));
     EXPECT_EQ(torn, "tt:=10:00 AM<KEY> x <:KEY>1</KEY>");
-    EXPECT_EQ(f.remoteKey, "09:00 AM");
+    EXPECT_EQ(f.encryption().remoteKey, "09:00 AM");
 
     // Only at the start of the text.
     enc.beginSession();
     QString inside = "<Paste> a</Paste>tt:=03:25 PM=:tt";
     EXPECT_FALSE(enc.takeRemoteKey(inside));
-    EXPECT_FALSE(f.remoteEncrypted);
-    EXPECT_TRUE(f.remoteKey.isEmpty());
+    EXPECT_FALSE(f.encryption().remoteEncrypted);
+    EXPECT_TRUE(f.encryption().remoteKey.isEmpty());
 }
 
 TEST(RemoteKey, FrameWithoutClosingMarkerGivesAnEmptyKeyAndStalls)
@@ -120,8 +120,8 @@ TEST(RemoteKey, FrameWithoutClosingMarkerGivesAnEmptyKeyAndStalls)
     Encryption& enc = b.frm->encryption();
     QString data = "tt:=03:25 PM<Paste> x</Paste>";
     EXPECT_TRUE(enc.takeRemoteKey(data));
-    EXPECT_TRUE(b.frm->remoteEncrypted);
-    EXPECT_EQ(b.frm->remoteKey, "");
+    EXPECT_TRUE(b.frm->encryption().remoteEncrypted);
+    EXPECT_EQ(b.frm->encryption().remoteKey, "");
     EXPECT_EQ(data, "tt:=03:25 PM<Paste> x</Paste>");
     EXPECT_FALSE(enc.takeRemoteKey(data));  // the next pass finds it stuck
 }
@@ -130,20 +130,20 @@ TEST(RemoteKey, NewSessionForgetsThePeersKeyAndRereadsEncrypted)
 {
     AccessBench b;
     FrmMain& f = *b.frm;
-    f.remoteEncrypted = true;
-    f.remoteKey = "old";
-    f.stStatusbar.setText(8, "E");
-    f.stStatusbar.setText(9, "E");
+    f.encryption().remoteEncrypted = true;
+    f.encryption().remoteKey = "old";
+    f.model().stStatusbar.setText(8, "E");
+    f.model().stStatusbar.setText(9, "E");
     b.set("Encrypted", "1");
     f.encryption().beginSession();
-    EXPECT_FALSE(f.remoteEncrypted);
-    EXPECT_TRUE(f.remoteKey.isEmpty());
-    EXPECT_TRUE(f.stStatusbar.text(8).isEmpty());
-    EXPECT_TRUE(f.stStatusbar.text(9).isEmpty());
-    EXPECT_TRUE(f.encryptOn);
+    EXPECT_FALSE(f.encryption().remoteEncrypted);
+    EXPECT_TRUE(f.encryption().remoteKey.isEmpty());
+    EXPECT_TRUE(f.model().stStatusbar.text(8).isEmpty());
+    EXPECT_TRUE(f.model().stStatusbar.text(9).isEmpty());
+    EXPECT_TRUE(f.encryption().encryptOn);
     b.set("Encrypted", "0");
     f.encryption().readEncryptedSetting();
-    EXPECT_FALSE(f.encryptOn);
+    EXPECT_FALSE(f.encryption().encryptOn);
 }
 
 TEST(Decipher, OnlyWithThePeersKeyKnown)
@@ -158,10 +158,10 @@ TEST(Decipher, OnlyWithThePeersKeyKnown)
     ASSERT_TRUE(enc.takeRemoteKey(frame));
     EXPECT_EQ(enc.decipher(cipher), "Hello, world!");
     // The old one-character frame deciphers with the peer's key whatever the flag.
-    f.remoteEncrypted = false;
+    f.encryption().remoteEncrypted = false;
     EXPECT_EQ(enc.decipherOld(QString::fromLatin1(PeerPc1::encrypt("03:25 PM", "q"))), "q");
     // Characters of the upper code page half travel too.
-    f.remoteEncrypted = true;
+    f.encryption().remoteEncrypted = true;
     const QString accented = QStringLiteral("Grüße €");
     EXPECT_EQ(enc.decipher(enc.genEPass(accented, "03:25 PM")), accented);
     EXPECT_TRUE(b.prompter.records().isEmpty());
@@ -177,8 +177,8 @@ TEST(Decipher, FailuresShowTheirBoxUnlessWarningsAreOff)
         AccessBench b;
         b.set("No Encryption Error Warning", c.warningOff);
         Encryption& enc = b.frm->encryption();
-        b.frm->remoteEncrypted = true;
-        b.frm->remoteKey = "03:25 PM";
+        b.frm->encryption().remoteEncrypted = true;
+        b.frm->encryption().remoteKey = "03:25 PM";
         // One letter short: what could be read comes back.
         EXPECT_EQ(enc.decipher("imkcidhao"), "hell");
         // A character the code page has no byte for can't be enciphered.
@@ -198,7 +198,7 @@ TEST(Decipher, FailuresShowTheirBoxUnlessWarningsAreOff)
 TEST(FrmEncrypt, EmptyKeyIsRefusedAndChangesNothing)
 {
     AccessBench b;
-    FrmEncrypt form(*b.frm);
+    FrmEncrypt form(b.frm->ctx(), b.frm->encryption());
     form.Form_Load();
     EXPECT_EQ(form.lblKey, "Key:");
     EXPECT_EQ(FrmEncrypt::title(), "128 Bit Encryption");

@@ -20,7 +20,7 @@ TEST(LockDialogs, UnlockWindowStaysUntilTheRightPassword)
     b.set("Override Password", "0");
     s.loadBoth();  // no records: the marker word opens
     s.passLevel = "1st";
-    FrmUnlock form(*b.frm, s);
+    FrmUnlock form(b.frm->ctx(), s);
     form.Form_Load();
     UnlockDialog dialog(*b.frm, form);
     EXPECT_EQ(dialog.windowTitle(), "Vonnel - [Locked]");
@@ -43,7 +43,7 @@ TEST(LockDialogs, PassLockWindowEmptiesRefusedBoxesAndStores)
     AccessBench b;
     PasswordStore& s = b.frm->encryption().passwords();
     s.passLevel = "2nd";
-    FrmPassLock form(*b.frm, s);
+    FrmPassLock form(b.frm->ctx(), s);
     PassLockDialog dialog(*b.frm, form);
     EXPECT_EQ(dialog.txtPass()->echoMode(), QLineEdit::Password);
     dialog.txtPass()->setText("abc");

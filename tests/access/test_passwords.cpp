@@ -7,6 +7,8 @@
 #include "access/LockForms.h"
 #include "access/PasswordStore.h"
 #include "support/TestCopy.h"
+#include "platform/Prompter.h"
+#include "core/MainModel.h"
 
 #include <QTcpSocket>
 #include <gtest/gtest.h>
@@ -25,7 +27,7 @@ PasswordStore& store(AccessBench& b)
 void setPassword(AccessBench& b, const QString& level, const QString& text)
 {
     store(b).passLevel = level;
-    FrmPassLock form(*b.frm, store(b));
+    FrmPassLock form(b.frm->ctx(), store(b));
     form.txtPass = text;
     form.txtPassword = text;
     form.cmdOK_Click();
@@ -67,7 +69,7 @@ TEST(PassLock, RulesOfANewPassword)
         AccessBench b;
         b.set("Override Password", "1");
         store(b).passLevel = "1st";
-        FrmPassLock form(*b.frm, store(b));
+        FrmPassLock form(b.frm->ctx(), store(b));
         form.txtPass = c.pass;
         form.txtPassword = c.confirm;
         form.cmdOK_Click();
@@ -95,7 +97,7 @@ TEST(PassLock, BothBoxesEmptyMeansNoPasswordAndCancelChangesNothing)
     AccessBench b;
     b.set("Override Password", "0");
     store(b).passLevel = "2nd";
-    FrmPassLock form(*b.frm, store(b));
+    FrmPassLock form(b.frm->ctx(), store(b));
     form.cmdOK_Click();
     EXPECT_TRUE(form.closed);
     EXPECT_EQ(form.txtPass, "voidEntryzq");
@@ -104,7 +106,7 @@ TEST(PassLock, BothBoxesEmptyMeansNoPasswordAndCancelChangesNothing)
     EXPECT_FALSE(store(b).hasSecondPassword);
     EXPECT_TRUE(store(b).secondPassword.isEmpty());
 
-    FrmPassLock other(*b.frm, store(b));
+    FrmPassLock other(b.frm->ctx(), store(b));
     const QString before = b.get("2nd Level Password");
     other.txtPass = other.txtPassword = "wxyz";
     other.cmdCancel_Click();
@@ -155,13 +157,13 @@ TEST(PasswordStore, LevelsOverrideAndMissingRecords)
     EXPECT_EQ(s.secondPassword, "qzyrtnEdiov");
     for (const char* typed : {"", "voidEntryzq", "qzyrtnEdiovoidEntryzq", "qzyrtnediov"}) {
         s.passLevel = "1st";
-        FrmUnlock form(*b.frm, s);
+        FrmUnlock form(b.frm->ctx(), s);
         form.Form_Load();
         form.txtUnlock = typed;
         form.OKButton_Click();
         EXPECT_FALSE(s.unlockPassed) << typed;
     }
-    FrmUnlock form(*b.frm, s);
+    FrmUnlock form(b.frm->ctx(), s);
     form.Form_Load();
     form.txtUnlock = "qzyrtnEdiov";
     form.OKButton_Click();
@@ -212,7 +214,7 @@ TEST(Unlock, ComparesExactlyAtTheLevelAsked)
         b.prompter.clearRecords();
         s.passLevel = c.level;
         s.unlockPassed = true;
-        FrmUnlock form(*b.frm, s);
+        FrmUnlock form(b.frm->ctx(), s);
         form.Form_Load();
         EXPECT_FALSE(s.unlockPassed);  // cleared at each load
         form.txtUnlock = c.typed;
@@ -235,7 +237,7 @@ TEST(Unlock, HelpOnlyAfterTheComparisonFailed)
     s.loadBoth();
 
     s.passLevel = "1st";
-    FrmUnlock form(*b.frm, s);
+    FrmUnlock form(b.frm->ctx(), s);
     form.Form_Load();
     form.txtUnlock = "help";
     form.OKButton_Click();
@@ -245,7 +247,7 @@ TEST(Unlock, HelpOnlyAfterTheComparisonFailed)
     EXPECT_TRUE(b.prompter.records().isEmpty());
 
     s.passLevel = "2nd";
-    FrmUnlock second(*b.frm, s);
+    FrmUnlock second(b.frm->ctx(), s);
     second.Form_Load();
     second.txtUnlock = "help";
     second.OKButton_Click();
@@ -261,7 +263,7 @@ TEST(Unlock, TulipShowsThePasswordOnce)
     PasswordStore& s = store(b);
     s.loadBoth();
     s.passLevel = "1st";
-    FrmUnlock form(*b.frm, s);
+    FrmUnlock form(b.frm->ctx(), s);
     form.Form_Load();
 
     form.txtUnlock = "tulip";  // the word is exact
@@ -311,7 +313,7 @@ TEST(Security, ChangingAPasswordAsksTheOldOneFirst)
     setPassword(b, "2nd", "");
     PasswordStore& s = store(b);
     s.loadBoth();
-    FrmSecurity form(*b.frm, s);
+    FrmSecurity form(b.frm->ctx(), s);
     form.Form_Load();
     EXPECT_EQ(form.txtPass1, "abcd");
     EXPECT_TRUE(form.imgStLock);
@@ -340,8 +342,8 @@ TEST(Security, ChangingAPasswordAsksTheOldOneFirst)
     EXPECT_TRUE(form.imgAwLock);
     form.OKButton_Click();
     EXPECT_TRUE(form.closed);
-    EXPECT_EQ(b.frm->controls.caption("mnuMin"), "Min&Lock");
-    EXPECT_TRUE(b.frm->controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Min&Lock");
+    EXPECT_TRUE(b.frm->model().controls.checked("mnuSecurity"));
 
     // On the first starts there is nothing to ask first; empty boxes clear it.
     b.set("Usage", "2");
@@ -353,8 +355,8 @@ TEST(Security, ChangingAPasswordAsksTheOldOneFirst)
     EXPECT_TRUE(form.txtPass1.isEmpty() && form.txtPass2.isEmpty());
     EXPECT_FALSE(form.imgStLock || form.imgAwLock);
     form.OKButton_Click();
-    EXPECT_EQ(b.frm->controls.caption("mnuMin"), "Minimize");
-    EXPECT_FALSE(b.frm->controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Minimize");
+    EXPECT_FALSE(b.frm->model().controls.checked("mnuSecurity"));
     form.cmdHelp_Click();
     EXPECT_EQ(b.desktop.opened.value(0), "/help/security.htm");
 }
@@ -367,17 +369,17 @@ TEST(ShowMain, AwayLockGuardsTheHiddenWindow)
     setPassword(b, "2nd", "wxyz");
     store(b).loadBoth();
     FrmMain& f = *b.frm;
-    ASSERT_FALSE(f.isVisible());
+    ASSERT_FALSE(f.model().isVisible());
 
     b.prompter.addAnswers({"text:nope", "ok", "cancel"});
     f.ShowMain();
-    EXPECT_FALSE(f.isVisible());
+    EXPECT_FALSE(f.model().isVisible());
     b.prompter.addAnswers({"text:wxyz"});
-    f.setWindowState(FrmMain::vbMinimized);
+    f.model().setWindowState(MainModel::vbMinimized);
     f.TrayOnly = 1;
     f.ShowMain();
-    EXPECT_TRUE(f.isVisible());
-    EXPECT_EQ(f.windowState(), FrmMain::vbNormal);
+    EXPECT_TRUE(f.model().isVisible());
+    EXPECT_EQ(f.model().windowState(), MainModel::vbNormal);
     EXPECT_EQ(f.TrayOnly, 0);
     // In front already: nothing to unlock.
     b.prompter.clearRecords();
@@ -396,9 +398,9 @@ TEST(StartLock, WrongPasswordEndsTheCopy)
         copy.prompter().addAnswers({answer});
         EXPECT_FALSE(copy.start());
         EXPECT_TRUE(copy.frm().ended());
-        EXPECT_TRUE(copy.frm().StartupLockFailed);
-        EXPECT_FALSE(copy.frm().controls.enabled("mnuConnect"));
-        EXPECT_FALSE(copy.frm().txtServer.enabled());
+        EXPECT_TRUE(copy.frm().encryption().passwords().startupLockFailed);
+        EXPECT_FALSE(copy.frm().model().controls.enabled("mnuConnect"));
+        EXPECT_FALSE(copy.frm().model().txtServer.enabled());
         EXPECT_TRUE(copy.prompter().asked("Please enter password to unlock it"));
         EXPECT_FALSE(listening(copy.port()));
     }
@@ -414,10 +416,10 @@ TEST(StartLock, RightPasswordOpensAndOrdinaryCopiesAreNotAsked)
     copy.set("2nd Password Saved", today.toString(Qt::ISODate));
     copy.prompter().addAnswers({"text:abcd"});
     ASSERT_TRUE(copy.start());
-    EXPECT_FALSE(copy.frm().StartupLockFailed);
+    EXPECT_FALSE(copy.frm().encryption().passwords().startupLockFailed);
     EXPECT_TRUE(listening(copy.port()));
-    EXPECT_EQ(copy.frm().controls.caption("mnuMin"), "Minimize");
-    EXPECT_TRUE(copy.frm().controls.checked("mnuSecurity"));
+    EXPECT_EQ(copy.frm().model().controls.caption("mnuMin"), "Minimize");
+    EXPECT_TRUE(copy.frm().model().controls.checked("mnuSecurity"));
 
     TestCopy plain;  // the shipped settings: the override is on
     ASSERT_TRUE(plain.start());
@@ -438,5 +440,5 @@ TEST(StartLock, FirstStartsSetThePasswordsUp)
     EXPECT_EQ(s.firstPassword, "abcd");
     // The level left without a record is closed by the marker.
     EXPECT_TRUE(s.hasSecondPassword);
-    EXPECT_EQ(copy.frm().controls.caption("mnuMin"), "Min&Lock");
+    EXPECT_EQ(copy.frm().model().controls.caption("mnuMin"), "Min&Lock");
 }

@@ -7,6 +7,9 @@
 #include "connection/PropertyDialog.h"
 #include "core/IniStore.h"
 #include "support/TestCopy.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "platform/Winsock.h"
 
 #include <QTcpServer>
 #include <gtest/gtest.h>
@@ -80,7 +83,7 @@ TEST_F(ListDialogs, BlackListRoundTripsThroughItsFile)
     WriteIni(kSection, "Restricted IP 3", "172.16.*", file);
     copy.set("Detect Bad IP", "0");
 
-    IpListDialog d(f(), IpListKind::Blocked);
+    IpListDialog d(f().ctx(), IpListKind::Blocked);
     d.Form_Load();
     EXPECT_EQ(d.caption, "Black List");
     EXPECT_EQ(d.list, QStringList({"10.0.0.*", "172.16.*"}));
@@ -110,7 +113,7 @@ TEST_F(ListDialogs, BlackListRoundTripsThroughItsFile)
     EXPECT_EQ(bad("Restricted IP 3"), "");  // left over from the longer list
     EXPECT_EQ(copy.get("Detect Bad IP"), "1");
 
-    IpList list(f(), IpListKind::Blocked);
+    IpList list(f().ctx(), IpListKind::Blocked);
     const auto entries = list.readForCall();
     ASSERT_TRUE(entries.has_value());
     EXPECT_TRUE(IpList::anyMatches(*entries, "192.168.0.9"));
@@ -119,7 +122,7 @@ TEST_F(ListDialogs, BlackListRoundTripsThroughItsFile)
 
 TEST_F(ListDialogs, WhiteListHasItsOwnFileAndNoLimitOnSaving)
 {
-    IpListDialog d(f(), IpListKind::Permitted);
+    IpListDialog d(f().ctx(), IpListKind::Permitted);
     d.Form_Load();
     EXPECT_EQ(d.caption, "White List");
     EXPECT_TRUE(d.lblMsg.isEmpty());
@@ -133,9 +136,9 @@ TEST_F(ListDialogs, WhiteListHasItsOwnFileAndNoLimitOnSaving)
     EXPECT_EQ(ReadIni(kSection, "Safe IP 21", copy.file("safeip.txt")), "10.0.0.21");
     EXPECT_EQ(copy.get("Detect Safe IP"), "1");
     // A call can read only twenty.
-    EXPECT_FALSE(IpList(f(), IpListKind::Permitted).readForCall().has_value());
+    EXPECT_FALSE(IpList(f().ctx(), IpListKind::Permitted).readForCall().has_value());
 
-    IpListDialog cancelled(f(), IpListKind::Permitted);
+    IpListDialog cancelled(f().ctx(), IpListKind::Permitted);
     cancelled.Form_Load();
     EXPECT_EQ(cancelled.list.size(), 21);
     cancelled.chk_Click(false);
@@ -154,8 +157,8 @@ TEST_F(ListDialogs, PropertiesMoveToTheNextFreePortAndShowTheRange)
     p.txtRemotePort = "2600";
     p.cmdOK_Click();
     EXPECT_TRUE(p.unloaded);
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f().winsock(0).LocalPort(), base + 1);
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().session().winsock(0).LocalPort(), base + 1);
     EXPECT_EQ(p.txtLocalPort, QString::number(base + 1));
     EXPECT_EQ(p.txtLocalPort5, QString::number(base + 6));
     EXPECT_EQ(p.txtRemotePort5, "2605");
@@ -187,28 +190,28 @@ TEST_F(ListDialogs, HostsFileIsOpenedThroughTheDesktop)
 TEST_F(ListDialogs, LocalPortRuleMovesOnAndKeepsTheNewPort)
 {
     const quint16 port = copy.port();
-    f().winsock(0).Close();
+    f().session().winsock(0).Close();
     QTcpServer blocker;
     ASSERT_TRUE(blocker.listen(QHostAddress::Any, port));
     f().connection().ListenOnLocalPort();
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f().winsock(0).LocalPort(), port + 1);
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().session().winsock(0).LocalPort(), port + 1);
     EXPECT_EQ(copy.get("LocalPort"), QString::number(port + 1));
-    EXPECT_EQ(f().stStatusbar.text(2), "Local Port = " + QString::number(port + 1));
+    EXPECT_EQ(f().model().stStatusbar.text(2), "Local Port = " + QString::number(port + 1));
     ASSERT_TRUE(copy.prompter().asked("it will automatically change to"));
     EXPECT_EQ(copy.prompter().records().last().title, "Port Setting " + QString::number(port + 1));
 }
 
 TEST_F(ListDialogs, LocalInfoListsNameAddressesAndPort)
 {
-    f().txtServer.clear();
+    f().model().txtServer.clear();
     f().connection().ShowLocalInfo();
-    const QStringList lines = f().txtServer.text().split("\r\n");
+    const QStringList lines = f().model().txtServer.text().split("\r\n");
     ASSERT_GE(lines.size(), 3);
     EXPECT_TRUE(lines.first().startsWith("Computer Name: "));
     EXPECT_TRUE(lines.at(1).startsWith("Address    IP : "));
     EXPECT_EQ(lines.last(), "Port\t : " + QString::number(copy.port()));
-    EXPECT_FALSE(f().txtServer.text().contains("0.0.0.0"));
+    EXPECT_FALSE(f().model().txtServer.text().contains("0.0.0.0"));
 }
 
 TEST_F(ListDialogs, ResolversGiveTheFailedMarkOnEveryFailure)

@@ -2,6 +2,7 @@
 // unacknowledged, so a peer that vanishes without a word is noticed.
 
 #include "support/Session.h"
+#include "connection/Session.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -27,7 +28,7 @@ TEST(KeepAlive, BothEndsOfASessionProbeAfterThirtySecondsFivePlusFiveTimesFive)
     ASSERT_TRUE(b.start());
     ASSERT_TRUE(connectCopies(a, b));
     for (TestCopy* c : {&a, &b}) {
-        const qintptr fd = c->frm().winsock(0).connectionDescriptor();
+        const qintptr fd = c->frm().session().winsock(0).connectionDescriptor();
         ASSERT_GE(fd, 0);
         EXPECT_EQ(option(fd, SOL_SOCKET, SO_KEEPALIVE), 1);
         EXPECT_EQ(option(fd, IPPROTO_TCP, TCP_KEEPIDLE), 30);

@@ -8,6 +8,13 @@
 #include "platform/Pinger.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "core/Sender.h"
+#include "platform/Winsock.h"
+#include "core/MainModel.h"
+#include "core/CopyContext.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -24,9 +31,9 @@ using namespace vonnel::test;
 namespace {
 
 const QByteArray kVersion = QStringLiteral("!ver. Vonnel %1.%2.%3 ver!")
-                                .arg(FrmMain::kMajor)
-                                .arg(FrmMain::kMinor)
-                                .arg(FrmMain::kRevision)
+                                .arg(MainModel::kMajor)
+                                .arg(MainModel::kMinor)
+                                .arg(MainModel::kRevision)
                                 .toLatin1();
 
 // A session opens with the version frame; the look of the pane follows it
@@ -73,11 +80,11 @@ struct Caller {
         : copy(port, {{"Incomming Connection Timeout", "1"}, {"No Recover Socket Error", "1"}})
     {
         started = copy.start();
-        copy.frm().setPinger(&pinger);
-        QObject::connect(&copy.frm(), &FrmMain::ringRequested,
+        copy.frm().ctx().setPinger(&pinger);
+        QObject::connect(&copy.frm().ctx(), &CopyContext::ringRequested,
                          [this](const QString& f) { rings << f; });
     }
-    ~Caller() { copy.frm().setPinger(nullptr); }
+    ~Caller() { copy.frm().ctx().setPinger(nullptr); }
 
     // The connect dialog with address and port, its OK pressed. The
     // dialog stays open (as the modal would) until endConnect.
@@ -106,7 +113,7 @@ struct Callee {
         copy.set("Auto Accept Connection", "1");
         copy.set("No Recover Socket Error", "1");
         started = copy.start();
-        QObject::connect(&copy.frm(), &FrmMain::ringRequested,
+        QObject::connect(&copy.frm().ctx(), &CopyContext::ringRequested,
                          [this](const QString& f) { rings << f; });
     }
     TestCopy copy;
@@ -130,9 +137,9 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     QByteArray sentBeforeData;
     int stateWhileWaiting = -1;
     QTimer::singleShot(700, [&] {
-        stateWhileWaiting = a.copy.frm().winsock(0).State();
-        upBeforeData = a.copy.frm().RemoteResponded ||
-                       a.copy.frm().caption().startsWith("Vonnel - ");
+        stateWhileWaiting = a.copy.frm().session().winsock(0).State();
+        upBeforeData = a.copy.frm().session().RemoteResponded ||
+                       a.copy.frm().model().caption().startsWith("Vonnel - ");
         if (peer) {
             sentBeforeData = peer->readAll();
             peer->write("!ver. Other 1.0.0 ver!");
@@ -149,11 +156,11 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     a.endCall();
 
     FrmMain& f = a.copy.frm();
-    EXPECT_TRUE(f.ConnectionStartedHere);
-    EXPECT_EQ(f.stStatusbar.text(2), "Connected: 127.0.0.1");
-    EXPECT_EQ(f.caption(), "Vonnel - 127.0.0.1 [localhost]");
-    EXPECT_TRUE(f.controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f.controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.session().ConnectionStartedHere);
+    EXPECT_EQ(f.model().stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_EQ(f.model().caption(), "Vonnel - 127.0.0.1 [localhost]");
+    EXPECT_TRUE(f.model().controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f.model().controls.enabled("mnuConnect"));
     EXPECT_EQ(a.rings, QStringList{"connect.wav"});
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
     EXPECT_TRUE(opensWithVersionThenFormat(readOpening(*peer)));
@@ -170,9 +177,9 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     tail += peer->readAll();
     EXPECT_TRUE(closed);
     EXPECT_EQ(tail, QByteArray("^SD\x07"));
-    EXPECT_FALSE(f.ConnectionStartedHere);
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f.stStatusbar.text(2), "Ready");
+    EXPECT_FALSE(f.session().ConnectionStartedHere);
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.model().stStatusbar.text(2), "Ready");
 }
 
 TEST(Sessions, SilentPeerKeepsTheCallerWaitingUntilAbort)
@@ -195,8 +202,8 @@ TEST(Sessions, SilentPeerKeepsTheCallerWaitingUntilAbort)
     EXPECT_TRUE(d->unloaded);
     a.endCall();
     FrmMain& f = a.copy.frm();
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-    EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
     ASSERT_TRUE(peer);
     // No version frame: the session never came up. The abort of a
     // connected socket still marks its close with the code-7 byte.
@@ -214,11 +221,11 @@ TEST(Sessions, TwoCopiesCallDisconnectAndCallAgain)
     a.endCall();
     FrmMain& fa = a.copy.frm();
     FrmMain& fb = b.copy.frm();
-    ASSERT_TRUE(waitUntil([&] { return fb.IsConnected() && fa.IsConnected(); }));
-    EXPECT_EQ(fa.stStatusbar.text(2), "Connected: 127.0.0.1");
-    EXPECT_EQ(fb.stStatusbar.text(2), "Connected: 127.0.0.1");
-    EXPECT_TRUE(fb.txtServer.enabled());
-    EXPECT_TRUE(fb.txtClient(0).enabled());
+    ASSERT_TRUE(waitUntil([&] { return fb.session().IsConnected() && fa.session().IsConnected(); }));
+    EXPECT_EQ(fa.model().stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_EQ(fb.model().stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_TRUE(fb.model().txtServer.enabled());
+    EXPECT_TRUE(fb.model().txtClient(0).enabled());
     EXPECT_EQ(b.rings, QStringList({"request.wav", "connect.wav"}));
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
     // Request and acceptance may share their second; either way one stands.
@@ -226,22 +233,22 @@ TEST(Sessions, TwoCopiesCallDisconnectAndCallAgain)
     EXPECT_TRUE(logB.contains("=> Connection with 127.0.0.1") ||
                 logB.contains("=> Incomming connection request from 127.0.0.1"));
 
-    fb.txtClient(0).setText("hello");
+    fb.model().txtClient(0).setText("hello");
     fa.connection().mnuDisconnect_Click();
-    ASSERT_TRUE(waitUntil([&] { return fb.winsock(0).State() == Winsock::sckListening; }));
-    EXPECT_EQ(fb.txtClient(0).text(), "hello\r\n[Closed]");
-    EXPECT_FALSE(fb.txtClient(0).enabled());
-    EXPECT_EQ(fb.stStatusbar.text(2), "Ready");
-    EXPECT_TRUE(fb.controls.enabled("mnuConnect"));
-    EXPECT_EQ(fb.caption(), "Vonnel 3.0");
+    ASSERT_TRUE(waitUntil([&] { return fb.session().winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_EQ(fb.model().txtClient(0).text(), "hello\r\n[Closed]");
+    EXPECT_FALSE(fb.model().txtClient(0).enabled());
+    EXPECT_EQ(fb.model().stStatusbar.text(2), "Ready");
+    EXPECT_TRUE(fb.model().controls.enabled("mnuConnect"));
+    EXPECT_EQ(fb.model().caption(), "Vonnel 3.0");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
     EXPECT_EQ(b.rings.last(), "close.wav");
-    EXPECT_EQ(fa.winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(fa.session().winsock(0).State(), Winsock::sckListening);
 
     // Both listen again: a second call goes through.
     ASSERT_TRUE(a.call("127.0.0.1", b.copy.port()));
     a.endCall();
-    EXPECT_TRUE(waitUntil([&] { return fb.IsConnected() && fa.IsConnected(); }));
+    EXPECT_TRUE(waitUntil([&] { return fb.session().IsConnected() && fa.session().IsConnected(); }));
 }
 
 TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
@@ -254,8 +261,8 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     ASSERT_TRUE(d);
     EXPECT_EQ(d->txtConnectPort, QString::number(base + 3));
     a.endCall();
-    EXPECT_TRUE(waitUntil([&] { return b.copy.frm().IsConnected(); }));
-    EXPECT_TRUE(a.copy.frm().IsConnected());
+    EXPECT_TRUE(waitUntil([&] { return b.copy.frm().session().IsConnected(); }));
+    EXPECT_TRUE(a.copy.frm().session().IsConnected());
     a.copy.frm().connection().mnuDisconnect_Click();
 
     // Nobody answers on any of the six ports.
@@ -286,13 +293,13 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     lines[2] = expected.at(2);
     EXPECT_EQ(lines.join("\n").toStdString(), expected.join("\n").toStdString());
     FrmMain& f = a.copy.frm();
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f.winsock(0).LocalPort(), a.copy.port());
-    EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.session().winsock(0).LocalPort(), a.copy.port());
+    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
     d->cmdAbortConnect_Click();  // "Close" after the failure
     EXPECT_TRUE(d->unloaded);
     a.endCall();
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
 }
 
 TEST(Sessions, CallToItselfIsRefusedBeforeAnySocketOperation)
@@ -300,7 +307,7 @@ TEST(Sessions, CallToItselfIsRefusedBeforeAnySocketOperation)
     Caller a;
     ASSERT_TRUE(a.started);
     int changes = 0;
-    QObject::connect(&a.copy.frm().winsock(0), &Winsock::stateChanged, [&] { ++changes; });
+    QObject::connect(&a.copy.frm().session().winsock(0), &Winsock::stateChanged, [&] { ++changes; });
     for (const QString& self : {QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}) {
         LoginDialog* d = a.call(self, a.copy.port());
         ASSERT_TRUE(d);
@@ -311,7 +318,7 @@ TEST(Sessions, CallToItselfIsRefusedBeforeAnySocketOperation)
     EXPECT_EQ(a.copy.prompter().count("Warning: Cannot connect to itself"), 2);
     EXPECT_EQ(a.copy.prompter().records().first().title, "Connect Error");
     EXPECT_TRUE(a.pinger.asked.isEmpty());
-    EXPECT_EQ(a.copy.frm().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(a.copy.frm().session().winsock(0).State(), Winsock::sckListening);
 }
 
 class Decisions : public ::testing::Test {
@@ -354,8 +361,8 @@ TEST_F(Decisions, BlackListedCallerGetsNothingAndIsLogged)
     EXPECT_TRUE(got.isEmpty());
     EXPECT_TRUE(b->copy.prompter().records().isEmpty());
     EXPECT_TRUE(b->rings.isEmpty());
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f().stStatusbar.text(2), "127.0.0.1 is blocked to be connected");
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().model().stStatusbar.text(2), "127.0.0.1 is blocked to be connected");
     EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is blocked to be connected"));
 }
 
@@ -365,7 +372,7 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     b->copy.set("Auto Accept Connection", "0");
     b->copy.prompter().addAnswers({"No"});
     // The window is away in the tray: the tray's tip names the caller.
-    f().setVisible(false);
+    f().model().setVisible(false);
     bool dropped = false;
     const QByteArray got = ring(&dropped);
     EXPECT_TRUE(got.isEmpty());
@@ -375,14 +382,14 @@ TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
     EXPECT_EQ(box.text, "Do you accept connection requested from: \r\n127.0.0.1 [localhost]");
     EXPECT_EQ(b->rings, QStringList{"request.wav"});
     EXPECT_TRUE(waitUntil([&] { return peer.state() != QAbstractSocket::ConnectedState; }));
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_TRUE(f().txtServer.enabled());
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_TRUE(f().model().txtServer.enabled());
     EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is rejected to make a connection"));
-    EXPECT_EQ(f().trayTip(), "From: 127.0.0.1");
+    EXPECT_EQ(f().model().trayTip(), "From: 127.0.0.1");
     f().ShowMain();
-    EXPECT_EQ(f().trayTip(), "Vonnel");
+    EXPECT_EQ(f().model().trayTip(), "Vonnel");
     // The status line no longer reads "Connection request from ...".
-    EXPECT_EQ(f().stStatusbar.text(2), "127.0.0.1 is rejected to make a connection");
+    EXPECT_EQ(f().model().stStatusbar.text(2), "127.0.0.1 is rejected to make a connection");
 }
 
 TEST_F(Decisions, ListLongerThanACallReadsFailsTheCall)
@@ -397,8 +404,8 @@ TEST_F(Decisions, ListLongerThanACallReadsFailsTheCall)
     ASSERT_EQ(b->copy.prompter().records().size(), 1);
     EXPECT_TRUE(b->copy.prompter().records().first().text.startsWith(
         "Winsock(0) Protocol ConnectionRequest Error\r"));
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_FALSE(f().IsConnected());
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_FALSE(f().session().IsConnected());
 }
 
 struct WhiteCase {
@@ -426,7 +433,7 @@ TEST(WhiteList, OnlyListedCallersGoByAutoAccept)
         peer.connectToHost(QHostAddress::LocalHost, b.copy.port());
         EXPECT_TRUE(opensWithVersionThenFormat(readOpening(peer))) << c.entry;
         EXPECT_EQ(b.copy.prompter().asked("Do you accept connection"), c.prompted) << c.entry;
-        EXPECT_TRUE(b.copy.frm().IsConnected());
+        EXPECT_TRUE(b.copy.frm().session().IsConnected());
     }
 }
 
@@ -437,28 +444,28 @@ TEST(Sessions, RawPeerHearsTheVersionAndTheKeyFrameFirst)
     QTcpSocket peer;
     const QByteArray first = acceptRawPeer(b.copy, peer);
     FrmMain& f = b.copy.frm();
-    ASSERT_TRUE(f.IsConnected());
-    const QByteArray key = toCp1252(f.sessionKey);
+    ASSERT_TRUE(f.session().IsConnected());
+    const QByteArray key = toCp1252(f.encryption().sessionKey);
     ASSERT_EQ(key.size(), 8);  // "hh:mm AM"
     const QByteArray opening = kVersion + "tt:=" + key + "=:tt";
     EXPECT_EQ(first.left(opening.size()), opening);
     EXPECT_TRUE(first.mid(opening.size()).startsWith("^ff"));
-    EXPECT_EQ(f.stStatusbar.text(8), "E");
-    EXPECT_FALSE(f.ConnectionStartedHere);
+    EXPECT_EQ(f.model().stStatusbar.text(8), "E");
+    EXPECT_FALSE(f.session().ConnectionStartedHere);
 
     // A second call during the session is refused with a box; the mark of
     // a started call is set all the same.
     f.connection().mnuConnect_Click();
     EXPECT_TRUE(b.copy.prompter().asked("You have to disconnect before make another connection."));
-    EXPECT_TRUE(f.ConnectionStartedHere);
+    EXPECT_TRUE(f.session().ConnectionStartedHere);
     EXPECT_EQ(f.connection().login(), nullptr);
-    EXPECT_TRUE(f.IsConnected());
+    EXPECT_TRUE(f.session().IsConnected());
 
     // The peer goes away: the callee closes, logs and listens again.
     peer.disconnectFromHost();
-    ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
-    EXPECT_TRUE(f.txtClient(0).text().isEmpty());  // nothing to mark as closed
-    EXPECT_EQ(f.stStatusbar.text(8), "");
+    ASSERT_TRUE(waitUntil([&] { return f.session().winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_TRUE(f.model().txtClient(0).text().isEmpty());  // nothing to mark as closed
+    EXPECT_EQ(f.model().stStatusbar.text(8), "");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
 }
 
@@ -470,11 +477,11 @@ TEST(Sessions, ClosingTheProgramEndsTheSessionOnTheOtherSide)
     ASSERT_TRUE(a->call("127.0.0.1", b.copy.port()));
     a->endCall();
     FrmMain& fb = b.copy.frm();
-    ASSERT_TRUE(waitUntil([&] { return fb.IsConnected(); }));
-    fb.txtClient(0).setText("bye");
+    ASSERT_TRUE(waitUntil([&] { return fb.session().IsConnected(); }));
+    fb.model().txtClient(0).setText("bye");
     EXPECT_TRUE(a->copy.frm().requestClose(false));
-    ASSERT_TRUE(waitUntil([&] { return fb.winsock(0).State() == Winsock::sckListening; }));
-    EXPECT_EQ(fb.txtClient(0).text(), "bye\r\n[Closed]");
+    ASSERT_TRUE(waitUntil([&] { return fb.session().winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_EQ(fb.model().txtClient(0).text(), "bye\r\n[Closed]");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
 }
 
@@ -488,9 +495,9 @@ TEST(Sessions, HarnessJoinStillTakesBothSidesUp)
     Caller a;
     ASSERT_TRUE(b.started && a.started);
     ASSERT_TRUE(connectCopies(a.copy, b.copy));
-    EXPECT_TRUE(a.copy.frm().RemoteResponded);
-    EXPECT_TRUE(b.copy.frm().IsConnected());
-    EXPECT_TRUE(a.copy.frm().caption().startsWith("Vonnel - 127.0.0.1"));
+    EXPECT_TRUE(a.copy.frm().session().RemoteResponded);
+    EXPECT_TRUE(b.copy.frm().session().IsConnected());
+    EXPECT_TRUE(a.copy.frm().model().caption().startsWith("Vonnel - 127.0.0.1"));
     EXPECT_FALSE(b.copy.prompter().asked("Do you accept"));
 }
 
@@ -523,21 +530,21 @@ TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
         ASSERT_TRUE(b.started);
         b.copy.set("No Recover Socket Error", noRecover);
         FrmMain& f = b.copy.frm();
-        Views* headless = &f.views();
+        Views* headless = &f.ctx().views();
         RecordingViews views(f);
-        f.setViews(&views);
+        f.ctx().setViews(&views);
         QTcpSocket peer;
         acceptRawPeer(b.copy, peer);
-        ASSERT_TRUE(f.IsConnected());
-        f.txtClient(0).setText("typed");
+        ASSERT_TRUE(f.session().IsConnected());
+        f.model().txtClient(0).setText("typed");
         b.rings.clear();
 
         f.connection().Winsock_Error(0, 10054, "Connection reset by peer");
         EXPECT_EQ(b.rings, QStringList{"error.wav"});
-        EXPECT_EQ(f.stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
-        EXPECT_EQ(f.caption(), "Vonnel");
-        EXPECT_EQ(f.txtClient(0).text(), "typed\r\n[Closed]");
-        EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+        EXPECT_EQ(f.model().stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
+        EXPECT_EQ(f.model().caption(), "Vonnel");
+        EXPECT_EQ(f.model().txtClient(0).text(), "typed\r\n[Closed]");
+        EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
         EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
         if (QString(noRecover) == "0") {
             EXPECT_EQ(views.shown, QStringList{"frmProperty"});
@@ -548,8 +555,8 @@ TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
         }
         EXPECT_EQ(f.connection().property(), nullptr);
         // Not left deaf: the next caller finds it listening.
-        EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-        f.setViews(headless);
+        EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+        f.ctx().setViews(headless);
     }
 }
 
@@ -588,31 +595,31 @@ TEST(Sessions, SecondCallWaitsForTheAnswerAndReportsARefusal)
     });
     ASSERT_TRUE(a.call("127.0.0.1", server.serverPort()));
     a.endCall();
-    ASSERT_TRUE(fa.IsConnected());
-    ASSERT_TRUE(fa.RemoteResponded);
+    ASSERT_TRUE(fa.session().IsConnected());
+    ASSERT_TRUE(fa.session().RemoteResponded);
     fa.connection().mnuDisconnect_Click();
 
     // Second call: the question stays open for a while, then "No".
     answer = false;
     QStringList shownByCaller;
     QObject listening;  // ends the watch before the list goes
-    QObject::connect(&fa.stStatusbar, &StatusBar::panelChanged, &listening, [&](int n) {
+    QObject::connect(&fa.model().stStatusbar, &StatusBar::panelChanged, &listening, [&](int n) {
         if (n == 2)
-            shownByCaller << fa.stStatusbar.text(2);
+            shownByCaller << fa.model().stStatusbar.text(2);
     });
     bool upWhileAsking = true;
     QTimer::singleShot(700, [&] {
-        upWhileAsking = fa.RemoteResponded || fa.caption().startsWith("Vonnel - ");
+        upWhileAsking = fa.session().RemoteResponded || fa.model().caption().startsWith("Vonnel - ");
         if (peer)
             peer->disconnectFromHost();
     });
     LoginDialog* d = a.call("127.0.0.1", server.serverPort());
     ASSERT_TRUE(d);
     EXPECT_FALSE(upWhileAsking);
-    EXPECT_FALSE(fa.IsConnected());
+    EXPECT_FALSE(fa.session().IsConnected());
     for (const QString& text : shownByCaller)
         EXPECT_FALSE(text.startsWith("Connected")) << text.toStdString();
-    EXPECT_EQ(fa.stStatusbar.text(2), "The remote user did not accept the connection")
+    EXPECT_EQ(fa.model().stStatusbar.text(2), "The remote user did not accept the connection")
         << shownByCaller.join(" | ").toStdString();
     EXPECT_TRUE(d->txtStatus.contains("The remote user did not accept the connection"));
     a.endCall();
@@ -631,16 +638,16 @@ TEST(Sessions, CountersDoNotOutliveTheSession)
     QTcpSocket peer;
     acceptRawPeer(copy, peer);
     FrmMain& f = copy.frm();
-    f.xSendData("<MSG> hello </MSG>");
+    f.sender().xSendData("<MSG> hello </MSG>");
     peer.write("^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>");
     ASSERT_TRUE(waitUntil([&] {
-        return !f.stStatusbar.text(10).isEmpty() && !f.stStatusbar.text(11).isEmpty();
+        return !f.model().stStatusbar.text(10).isEmpty() && !f.model().stStatusbar.text(11).isEmpty();
     }));
     peer.disconnectFromHost();
-    ASSERT_TRUE(waitUntil([&] { return f.winsock(0).State() == Winsock::sckListening; }));
-    EXPECT_TRUE(f.stStatusbar.text(10).isEmpty()) << f.stStatusbar.text(10).toStdString();
-    EXPECT_TRUE(f.stStatusbar.text(11).isEmpty()) << f.stStatusbar.text(11).toStdString();
-    EXPECT_EQ(f.bytesSentCount, 0);
+    ASSERT_TRUE(waitUntil([&] { return f.session().winsock(0).State() == Winsock::sckListening; }));
+    EXPECT_TRUE(f.model().stStatusbar.text(10).isEmpty()) << f.model().stStatusbar.text(10).toStdString();
+    EXPECT_TRUE(f.model().stStatusbar.text(11).isEmpty()) << f.model().stStatusbar.text(11).toStdString();
+    EXPECT_EQ(f.session().bytesSentCount, 0);
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 #include "core/IniStore.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
+#include "connection/Session.h"
+#include "platform/Winsock.h"
+#include "core/CopyContext.h"
 
 #include <QElapsedTimer>
 #include <QTcpSocket>
@@ -21,37 +24,37 @@ protected:
 
 TEST_F(SocketStates, ListeningReadsReadyAndEnablesConnect)
 {
-    f().checkStatus();
-    EXPECT_EQ(f().stStatusbar.text(2), "Ready");
-    EXPECT_TRUE(f().controls.enabled("mnuConnect"));
-    EXPECT_TRUE(f().controls.enabled(toolbarButton(1)));
-    EXPECT_FALSE(f().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f().controls.enabled(toolbarButton(2)));
+    f().session().checkStatus();
+    EXPECT_EQ(f().model().stStatusbar.text(2), "Ready");
+    EXPECT_TRUE(f().model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f().model().controls.enabled(toolbarButton(1)));
+    EXPECT_FALSE(f().model().controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f().model().controls.enabled(toolbarButton(2)));
 }
 
 TEST_F(SocketStates, ClosedSocketOffersResetAndAClickListensAgain)
 {
-    f().winsock(0).Close();
-    f().checkStatus();
-    EXPECT_EQ(f().stStatusbar.text(2), "Connection Closed - Click here to reset to Listening mode");
-    EXPECT_EQ(f().stStatusbar.panel(1).picture, StatePicture::picOff);
-    f().stStatusbar_PanelClick(3);  // not the status panel: nothing happens
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckClosed);
-    f().stStatusbar_PanelClick(2);
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f().stStatusbar.text(2), "Ready");
-    f().stStatusbar_PanelClick(2);
-    EXPECT_EQ(f().stStatusbar.panel(2).toolTip, "Ready to be connected");
+    f().session().winsock(0).Close();
+    f().session().checkStatus();
+    EXPECT_EQ(f().model().stStatusbar.text(2), "Connection Closed - Click here to reset to Listening mode");
+    EXPECT_EQ(f().model().stStatusbar.panel(1).picture, StatePicture::picOff);
+    f().connection().stStatusbar_PanelClick(3);  // not the status panel: nothing happens
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckClosed);
+    f().connection().stStatusbar_PanelClick(2);
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f().model().stStatusbar.text(2), "Ready");
+    f().connection().stStatusbar_PanelClick(2);
+    EXPECT_EQ(f().model().stStatusbar.panel(2).toolTip, "Ready to be connected");
 }
 
 TEST_F(SocketStates, PasteInProgressFreezesThePanels)
 {
-    f().stStatusbar.setText(2, "typing");
-    f().PasteInProgress = true;
-    f().winsock(0).Close();
-    f().checkStatus();
-    EXPECT_EQ(f().stStatusbar.text(2), "typing");
-    EXPECT_TRUE(f().controls.enabled("mnuConnect"));
+    f().model().stStatusbar.setText(2, "typing");
+    f().session().PasteInProgress = true;
+    f().session().winsock(0).Close();
+    f().session().checkStatus();
+    EXPECT_EQ(f().model().stStatusbar.text(2), "typing");
+    EXPECT_TRUE(f().model().controls.enabled("mnuConnect"));
 }
 
 TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
@@ -59,24 +62,24 @@ TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
     // A raw peer is taken on as the session.
     QTcpSocket peer;
     acceptRawPeer(copy, peer);
-    ASSERT_EQ(f().winsock(0).State(), Winsock::sckConnected);
-    f().checkStatus();
-    EXPECT_EQ(f().stStatusbar.text(2), "Connected: 127.0.0.1");
-    EXPECT_TRUE(f().IsConnected());
-    EXPECT_TRUE(f().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f().controls.enabled("mnuConnect"));
+    ASSERT_EQ(f().session().winsock(0).State(), Winsock::sckConnected);
+    f().session().checkStatus();
+    EXPECT_EQ(f().model().stStatusbar.text(2), "Connected: 127.0.0.1");
+    EXPECT_TRUE(f().session().IsConnected());
+    EXPECT_TRUE(f().model().controls.enabled("mnuDisconnect"));
+    EXPECT_FALSE(f().model().controls.enabled("mnuConnect"));
 
     // The hidden commands tell the peer whether this side is ready.
-    f().cmdHiddenNotReady_Click();
-    f().cmdHiddenReady_Click();
+    f().session().cmdHiddenNotReady_Click();
+    f().session().cmdHiddenReady_Click();
     ASSERT_TRUE(waitUntil([&] { return peer.bytesAvailable() >= 25; }));
     EXPECT_EQ(peer.readAll(), QByteArray("&&!NotReady!&&&&!Ready!&&"));
-    EXPECT_FALSE(f().NotReadySent);
+    EXPECT_FALSE(f().session().NotReadySent);
 
-    f().ProgramExiting = true;
-    EXPECT_FALSE(f().IsConnected());
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckConnected);
-    f().ProgramExiting = false;
+    f().ctx().ProgramExiting = true;
+    EXPECT_FALSE(f().session().IsConnected());
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckConnected);
+    f().ctx().ProgramExiting = false;
 }
 
 TEST_F(SocketStates, PeerCloseIsReportedAsClosingState)
@@ -84,15 +87,15 @@ TEST_F(SocketStates, PeerCloseIsReportedAsClosingState)
     QTcpSocket peer;
     bool closed = false;
     acceptRawPeer(copy, peer);
-    ASSERT_EQ(f().winsock(0).State(), Winsock::sckConnected);
+    ASSERT_EQ(f().session().winsock(0).State(), Winsock::sckConnected);
     // The session's own close handler would listen again at once.
-    QObject::disconnect(&f().winsock(0), &Winsock::Close_, &f().connection(), nullptr);
-    QObject::connect(&f().winsock(0), &Winsock::Close_, [&](int) { closed = true; });
+    QObject::disconnect(&f().session().winsock(0), &Winsock::Close_, &f().connection(), nullptr);
+    QObject::connect(&f().session().winsock(0), &Winsock::Close_, [&](int) { closed = true; });
     peer.disconnectFromHost();
     ASSERT_TRUE(waitUntil([&] { return closed; }));
-    EXPECT_EQ(f().winsock(0).State(), Winsock::sckClosing);
-    f().checkStatus();
-    EXPECT_EQ(f().stStatusbar.text(2), "...");
+    EXPECT_EQ(f().session().winsock(0).State(), Winsock::sckClosing);
+    f().session().checkStatus();
+    EXPECT_EQ(f().model().stStatusbar.text(2), "...");
 }
 
 TEST_F(SocketStates, HiddenReadyWithoutSessionSendsNothing)
@@ -105,9 +108,9 @@ TEST_F(SocketStates, HiddenReadyWithoutSessionSendsNothing)
     peer.connectToHost(QHostAddress::LocalHost, copy.port());
     ASSERT_TRUE(peer.waitForConnected(2000));
     pump(100);
-    ASSERT_EQ(f().winsock(0).State(), Winsock::sckListening);
-    f().cmdHiddenNotReady_Click();
-    EXPECT_TRUE(f().NotReadySent);
+    ASSERT_EQ(f().session().winsock(0).State(), Winsock::sckListening);
+    f().session().cmdHiddenNotReady_Click();
+    EXPECT_TRUE(f().session().NotReadySent);
     pump(100);
     EXPECT_EQ(peer.bytesAvailable(), 0);
 }
@@ -118,11 +121,11 @@ TEST_F(SocketStates, IdleDelayZeroWithEmptyConnectIdleReturnsAtOnce)
     QElapsedTimer t;
     t.start();
     double s = 0;
-    f().idleDelay(s);
+    f().session().idleDelay(s);
     EXPECT_LT(t.elapsed(), 50);
     copy.set("Connect Idle", "0.2");
     s = 0;
-    f().idleDelay(s);
+    f().session().idleDelay(s);
     EXPECT_GE(t.elapsed(), 190);
     EXPECT_DOUBLE_EQ(s, 0.2);  // written back to the caller
 }
@@ -148,10 +151,10 @@ TEST_F(SocketStates, ConnectErrorsAndStates)
 
 TEST(ByteCounts, BytesUpToAThousandThenKilobytes)
 {
-    EXPECT_EQ(FrmMain::byteCountText(0), "0 B");
-    EXPECT_EQ(FrmMain::byteCountText(1000), "1000 B");
-    EXPECT_TRUE(FrmMain::byteCountText(1001).endsWith(" KB"));
-    EXPECT_TRUE(FrmMain::byteCountText(2048).startsWith("2"));
+    EXPECT_EQ(Session::byteCountText(0), "0 B");
+    EXPECT_EQ(Session::byteCountText(1000), "1000 B");
+    EXPECT_TRUE(Session::byteCountText(1001).endsWith(" KB"));
+    EXPECT_TRUE(Session::byteCountText(2048).startsWith("2"));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "core/IniStore.h"
 #include "support/TestCopy.h"
+#include "core/CopyContext.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -58,11 +59,11 @@ TEST(IniFileWatch, ACopySeesSettingsWrittenBehindItsBack)
     ASSERT_TRUE(copy.start());
     for (const char* v : {"7", "8", "9"}) {
         copy.set("Byte Per Send", v);
-        EXPECT_EQ(copy.frm().setting("Byte Per Send"), v);
+        EXPECT_EQ(copy.frm().ctx().setting("Byte Per Send"), v);
     }
-    copy.frm().writeSetting("Byte Per Send", "6");
+    copy.frm().ctx().writeSetting("Byte Per Send", "6");
     EXPECT_EQ(copy.get("Byte Per Send"), "6");
-    EXPECT_EQ(copy.frm().settingInt("Byte Per Send"), 6);
+    EXPECT_EQ(copy.frm().ctx().settingInt("Byte Per Send"), 6);
 }
 
 }  // namespace

@@ -1,8 +1,15 @@
 #include "core/IniStore.h"
 #include "connection/Connection.h"
 #include "connection/PropertyDialog.h"
-#include "core/Startup.h"
+#include "shell/Startup.h"
 #include "support/TestCopy.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "access/PasswordStore.h"
+#include "wire/Receiver.h"
+#include "platform/Winsock.h"
+#include "core/CopyContext.h"
 
 #include <QDir>
 #include <QFile>
@@ -71,15 +78,15 @@ TEST(Startup, FirstStartWritesCorrectedKeysCountsUsageAndListens)
     EXPECT_EQ(copy.get("Usage"), "42");
     EXPECT_EQ(copy.get("Version"), "3.0");
     EXPECT_FALSE(QFile::exists(copy.file("error.log")));
-    EXPECT_EQ(f.tTimer2.interval(), 1000);
-    EXPECT_EQ(f.textLimit, 64000);
+    EXPECT_EQ(f.tTimer2().interval(), 1000);
+    EXPECT_EQ(f.receiver().textLimit, 64000);
 
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-    EXPECT_EQ(f.stStatusbar.text(2), "Local Port = " + QString::number(copy.port()));
-    EXPECT_EQ(f.caption(), "Vonnel 3.0");
-    EXPECT_EQ(f.VersionString, "Vonnel 3.0.0");
-    EXPECT_TRUE(f.isVisible());
-    EXPECT_TRUE(f.controls.enabled("mnuConnect"));
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(f.model().stStatusbar.text(2), "Local Port = " + QString::number(copy.port()));
+    EXPECT_EQ(f.model().caption(), "Vonnel 3.0");
+    EXPECT_EQ(f.ctx().VersionString, "Vonnel 3.0.0");
+    EXPECT_TRUE(f.model().isVisible());
+    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
     EXPECT_TRUE(canConnect(copy.port()));
 }
 
@@ -95,17 +102,17 @@ TEST(Startup, WindowPlacementCorrections)
     TestCopy narrow(0, {{"Settings-MainLeft", "0"}, {"Settings-MainTop", "-5"},
                         {"Settings-MainWidth", "3999"}, {"Settings-MainHeight", "1999"}});
     ASSERT_TRUE(narrow.start());
-    EXPECT_EQ(narrow.frm().left, 1500);
-    EXPECT_EQ(narrow.frm().top, 1500);
-    EXPECT_EQ(narrow.frm().width, 7000);
-    EXPECT_EQ(narrow.frm().height, 5000);
+    EXPECT_EQ(narrow.frm().placement.left, 1500);
+    EXPECT_EQ(narrow.frm().placement.top, 1500);
+    EXPECT_EQ(narrow.frm().placement.width, 7000);
+    EXPECT_EQ(narrow.frm().placement.height, 5000);
 
     TestCopy wide(0, {{"Settings-MainLeft", "300"}, {"Settings-MainTop", "400"},
                       {"Settings-MainWidth", "4000"}, {"Settings-MainHeight", "2000"}});
     ASSERT_TRUE(wide.start());
-    EXPECT_EQ(wide.frm().left, 300);
-    EXPECT_EQ(wide.frm().width, 4000);
-    EXPECT_EQ(wide.frm().height, 2000);
+    EXPECT_EQ(wide.frm().placement.left, 300);
+    EXPECT_EQ(wide.frm().placement.width, 4000);
+    EXPECT_EQ(wide.frm().placement.height, 2000);
 }
 
 TEST(Startup, PortInUseIsReportedAndForcesProperties)
@@ -115,7 +122,7 @@ TEST(Startup, PortInUseIsReportedAndForcesProperties)
     ASSERT_TRUE(blocker.listen(QHostAddress::Any, port));
     TestCopy copy(port);
     ASSERT_TRUE(copy.start());
-    EXPECT_TRUE(copy.frm().PortConflictAtStart);
+    EXPECT_TRUE(copy.frm().portConflictAtStart());
     ASSERT_GE(copy.prompter().records().size(), 1);
     EXPECT_EQ(copy.prompter().records()[0].title, "Inital Error");
     EXPECT_TRUE(copy.prompter().records()[0].text.startsWith(
@@ -152,7 +159,7 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         EXPECT_FALSE(startCopy(second));
         EXPECT_TRUE(second.ended());
         EXPECT_EQ(second.exitCode(), 0);
-        EXPECT_EQ(second.winsock(0).State(), Winsock::sckClosed);
+        EXPECT_EQ(second.session().winsock(0).State(), Winsock::sckClosed);
     }
     EXPECT_EQ(ReadIni(kSection, "Command", first.file("Command.ini")), "Input hello");
     QFile::remove(first.file("Command.ini"));
@@ -171,11 +178,11 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
     {
         FrmMain second(env);
         EXPECT_TRUE(startCopy(second));
-        EXPECT_EQ(second.winsock(0).State(), Winsock::sckListening);
-        EXPECT_EQ(second.winsock(0).LocalPort(), first.port() + 1);
+        EXPECT_EQ(second.session().winsock(0).State(), Winsock::sckListening);
+        EXPECT_EQ(second.session().winsock(0).LocalPort(), first.port() + 1);
         EXPECT_EQ(first.get("LocalPort"), QString::number(first.port()));
         EXPECT_FALSE(QFile::exists(first.file("Command.ini")));
-        EXPECT_TRUE(second.controls.enabled("frmProperty.cmdApply"));
+        EXPECT_TRUE(second.model().controls.enabled("frmProperty.cmdApply"));
         second.requestClose(false);
     }
     // Its port taken as well: it cannot listen, and the port settings, the
@@ -188,13 +195,13 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         ASSERT_TRUE(taken.listen(QHostAddress::Any, quint16(portInFile.toInt() + 1)));
         FrmMain second(env);
         startCopy(second);
-        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
-        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdApply"));
-        EXPECT_FALSE(second.controls.enabled("frmProperty.cmdOK"));
+        EXPECT_NE(second.session().winsock(0).State(), Winsock::sckListening);
+        EXPECT_FALSE(second.model().controls.enabled("frmProperty.cmdApply"));
+        EXPECT_FALSE(second.model().controls.enabled("frmProperty.cmdOK"));
         second.connection().propertyDialog().cmdApply_Click();
         EXPECT_EQ(first.get("LocalPort"), portInFile);
-        EXPECT_NE(second.winsock(0).State(), Winsock::sckListening);
-        second.ProgramExiting = true;  // ends without the disconnect's rebinding
+        EXPECT_NE(second.session().winsock(0).State(), Winsock::sckListening);
+        second.ctx().ProgramExiting = true;  // ends without the disconnect's rebinding
     }
     Q_UNUSED(before);
 }
@@ -213,14 +220,14 @@ TEST(Startup, ShutdownWritesPlacementAndStopsListening)
 {
     TestCopy copy;
     ASSERT_TRUE(copy.start());
-    copy.frm().left = 3000;
-    copy.frm().width = 9000;
+    copy.frm().placement.left = 3000;
+    copy.frm().placement.width = 9000;
     EXPECT_TRUE(copy.frm().requestClose(true));
-    EXPECT_TRUE(copy.frm().ProgramExiting);
-    EXPECT_FALSE(copy.frm().IsConnected());
+    EXPECT_TRUE(copy.frm().ctx().ProgramExiting);
+    EXPECT_FALSE(copy.frm().session().IsConnected());
     EXPECT_EQ(copy.get("Settings-MainLeft"), "3000");
     EXPECT_EQ(copy.get("Settings-MainWidth"), "9000");
-    EXPECT_EQ(copy.frm().winsock(0).State(), Winsock::sckClosed);
+    EXPECT_EQ(copy.frm().session().winsock(0).State(), Winsock::sckClosed);
     EXPECT_FALSE(canConnect(copy.port()));
 }
 
@@ -230,9 +237,9 @@ TEST(Startup, ConfirmExitNoKeepsTheCopyRunning)
     ASSERT_TRUE(copy.start());
     copy.prompter().addAnswers({"no"});
     EXPECT_FALSE(copy.frm().requestClose(true));
-    EXPECT_FALSE(copy.frm().ProgramExiting);
+    EXPECT_FALSE(copy.frm().ctx().ProgramExiting);
     EXPECT_EQ(copy.prompter().records().last().title, "Vonnel - Program Exit");
-    EXPECT_EQ(copy.frm().winsock(0).State(), Winsock::sckListening);
+    EXPECT_EQ(copy.frm().session().winsock(0).State(), Winsock::sckListening);
 }
 
 }  // namespace
@@ -248,8 +255,8 @@ TEST(Startup, FirstStartFromThePresetOpensTheMainWindowAtOnce)
     ASSERT_TRUE(copy.start());
     EXPECT_TRUE(copy.prompter().records().isEmpty())
         << copy.prompter().records().value(0).text.toStdString();
-    EXPECT_TRUE(copy.frm().isVisible());
-    EXPECT_FALSE(copy.frm().StartupLockFailed);
+    EXPECT_TRUE(copy.frm().model().isVisible());
+    EXPECT_FALSE(copy.frm().encryption().passwords().startupLockFailed);
 }
 
 // The help folder is written as it is spelt on disk, and read back with
@@ -268,7 +275,7 @@ TEST(Startup, HelpPathKeepsTheFolderAsSpeltAndOpensPages)
         TestCopy again;
         again.set("Help Path", copy.get("Help Path"));
         ASSERT_TRUE(again.start());
-        EXPECT_EQ(again.frm().HelpPath, copy.appPath() + folder + "/");
+        EXPECT_EQ(again.frm().ctx().HelpPath, copy.appPath() + folder + "/");
     }
 }
 

@@ -4,6 +4,9 @@
 
 #include "support/Session.h"
 #include "transfer/Transfer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "platform/Winsock.h"
 
 #include <QApplication>
 #include <QDir>
@@ -76,7 +79,7 @@ TEST(VanishedPeer, ASessionWhosePeerVanishesEndsWithinTheKeepAliveTime)
     ASSERT_TRUE(a.start());
     ASSERT_TRUE(b.start());
     for (TestCopy* c : {&a, &b})
-        c->frm().winsock(0).setKeepAlive(probe);
+        c->frm().session().winsock(0).setKeepAlive(probe);
     ASSERT_TRUE(connectCopies(a, b));
 
     // A transfer is running when the link goes.
@@ -98,7 +101,7 @@ TEST(VanishedPeer, ASessionWhosePeerVanishesEndsWithinTheKeepAliveTime)
     QElapsedTimer t;
     t.start();
     const bool ended = waitUntil(
-        [&] { return !a.frm().IsConnected() && !b.frm().IsConnected(); },
+        [&] { return !a.frm().session().IsConnected() && !b.frm().session().IsConnected(); },
         (probe.totalSeconds() + 10) * 1000);
     const qint64 took = t.elapsed();
     setLoopback(true);
@@ -109,11 +112,11 @@ TEST(VanishedPeer, ASessionWhosePeerVanishesEndsWithinTheKeepAliveTime)
 
     // Both listen again; the receiver keeps its partial file and says so.
     EXPECT_TRUE(waitUntil([&] {
-        return a.frm().winsock(0).State() == Winsock::sckListening &&
-               b.frm().winsock(0).State() == Winsock::sckListening;
-    }, 5000)) << a.frm().winsock(0).State() << " " << b.frm().winsock(0).State() << " "
-               << a.frm().winsock(0).lastErrorText().toStdString() << " / "
-               << b.frm().winsock(0).lastErrorText().toStdString();
+        return a.frm().session().winsock(0).State() == Winsock::sckListening &&
+               b.frm().session().winsock(0).State() == Winsock::sckListening;
+    }, 5000)) << a.frm().session().winsock(0).State() << " " << b.frm().session().winsock(0).State() << " "
+               << a.frm().session().winsock(0).lastErrorText().toStdString() << " / "
+               << b.frm().session().winsock(0).lastErrorText().toStdString();
     EXPECT_GT(QFileInfo(target).size(), 1 << 20);
     EXPECT_EQ(b.frm().transfer().progress().lblProgress.text,
               "Connection closed: the partial file is kept");

@@ -3,6 +3,7 @@
 #include "platform/ScriptedPrompter.h"
 #include "platform/WidgetPrompter.h"
 #include "shell/Application.h"
+#include "platform/Prompter.h"
 
 #include <QTemporaryDir>
 #include <QTemporaryFile>

@@ -5,6 +5,7 @@
 #include "platform/Winsock.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
+#include "connection/Session.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -130,16 +131,16 @@ TEST(WinsockEnd, SessionTellsAResetFromAClose)
         QTcpSocket peer;
         acceptRawPeer(copy, peer);
         FrmMain& f = copy.frm();
-        ASSERT_TRUE(f.IsConnected());
+        ASSERT_TRUE(f.session().IsConnected());
         endPeer(peer, c.reset);
-        EXPECT_TRUE(waitUntil([&] { return !f.IsConnected(); }));
+        EXPECT_TRUE(waitUntil([&] { return !f.session().IsConnected(); }));
         pump(200);
-        const bool errorShown = f.stStatusbar.text(2) == QLatin1String(c.status);
+        const bool errorShown = f.model().stStatusbar.text(2) == QLatin1String(c.status);
         if (c.reset) {
-            EXPECT_TRUE(errorShown) << f.stStatusbar.text(2).toStdString();
+            EXPECT_TRUE(errorShown) << f.model().stStatusbar.text(2).toStdString();
         } else {
-            EXPECT_FALSE(f.stStatusbar.text(2).startsWith("Socket Error"));
-            EXPECT_EQ(f.winsock(0).State(), c.state);
+            EXPECT_FALSE(f.model().stStatusbar.text(2).startsWith("Socket Error"));
+            EXPECT_EQ(f.session().winsock(0).State(), c.state);
         }
     }
 }

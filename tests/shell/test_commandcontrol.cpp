@@ -1,6 +1,9 @@
 #include "core/IniStore.h"
 #include "shell/CommandControl.h"
 #include "wire/TypingPeer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "platform/Winsock.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -20,10 +23,10 @@ TEST(CommandIni, InputIsPastedAndTheFileDeleted)
     TypingPeer t;
     t.copy.clipboard().setText("mine");
     handOver(t.copy, "Input hello");
-    t.typing().commands().tTimer2_Timer();
+    t.frm().commands().tTimer2_Timer();
     EXPECT_EQ(t.wire(21), "<Paste> hello</Paste>");
     EXPECT_FALSE(QFile::exists(t.copy.file("Command.ini")));
-    EXPECT_EQ(t.frm().txtServer.text(), "hello");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "hello");
     EXPECT_EQ(t.copy.clipboard().text(), "mine");
 }
 
@@ -39,7 +42,7 @@ TEST(CommandIni, EmptyCommandLeavesTheFile)
 {
     TypingPeer t({}, false);
     WriteIni(kSection, "Other", "1", t.copy.file("Command.ini"));
-    t.typing().commands().tTimer2_Timer();
+    t.frm().commands().tTimer2_Timer();
     EXPECT_TRUE(QFile::exists(t.copy.file("Command.ini")));
 }
 
@@ -49,7 +52,7 @@ TEST(CommandIni, ExitInAnyCaseEndsTheCopy)
         SCOPED_TRACE(command);
         TypingPeer t({}, false);
         handOver(t.copy, command);
-        t.typing().commands().tTimer2_Timer();
+        t.frm().commands().tTimer2_Timer();
         EXPECT_TRUE(t.frm().ended());
     }
 }
@@ -57,14 +60,14 @@ TEST(CommandIni, ExitInAnyCaseEndsTheCopy)
 TEST(CommandIni, UnknownCommandDoesNothing)
 {
     TypingPeer t;
-    t.frm().txtServer.setText("before");
+    t.frm().model().txtServer.setText("before");
     handOver(t.copy, "Cmd Unknown");
-    t.typing().commands().tTimer2_Timer();
+    t.frm().commands().tTimer2_Timer();
     EXPECT_FALSE(QFile::exists(t.copy.file("Command.ini")));
     EXPECT_FALSE(t.frm().ended());
     EXPECT_TRUE(t.copy.prompter().records().isEmpty());
-    EXPECT_EQ(t.frm().txtServer.text(), "before");
-    EXPECT_EQ(t.frm().winsock(0).State(), Winsock::sckConnected);
+    EXPECT_EQ(t.frm().model().txtServer.text(), "before");
+    EXPECT_EQ(t.frm().session().winsock(0).State(), Winsock::sckConnected);
     EXPECT_EQ(t.wire(), "");
 }
 
@@ -72,14 +75,14 @@ TEST(CommandIni, HelpSwitchShowsTheHelpAndEnds)
 {
     TypingPeer t({}, false);
     handOver(t.copy, "/x");
-    t.typing().commands().tTimer2_Timer();
+    t.frm().commands().tTimer2_Timer();
     EXPECT_TRUE(t.copy.prompter().asked("Vonnel.exe Key <Enter / Space / Backspace>"));
     EXPECT_TRUE(t.frm().ended());
     // What reaches the interpreter after a help switch is "NULL": nothing.
     TypingPeer u({}, false);
     int calls = 0;
-    u.typing().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
-    u.typing().commands().runCommand("NULL");
+    u.frm().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
+    u.frm().commands().runCommand("NULL");
     EXPECT_EQ(calls, 0);
     EXPECT_FALSE(u.frm().ended());
 }
@@ -87,31 +90,31 @@ TEST(CommandIni, HelpSwitchShowsTheHelpAndEnds)
 TEST(CommandIni, KeysRunThroughPasteAndTheKeyRoutines)
 {
     TypingPeer t;
-    t.frm().txtServer.setText("ab");
-    CommandControl& c = t.typing().commands();
+    t.frm().model().txtServer.setText("ab");
+    CommandControl& c = t.frm().commands();
     c.runCommand("Key Space");
     EXPECT_EQ(t.wire(), "<Paste>  </Paste>^SPC3#SPC");
     c.runCommand("Key Backspace");
-    EXPECT_EQ(t.frm().txtServer.text(), "ab");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "ab");
     EXPECT_EQ(t.wire(), "^BK2#BK");
     c.runCommand("key ENTER");
     EXPECT_EQ(t.wire(), "<Paste> \r\n</Paste>^RETURN4#RETURN<SPK> ab </SPK><MSG> ab </MSG>" +
                             QByteArray("<KEY> ") + '\0' + " <:KEY>4</KEY>");
-    EXPECT_EQ(t.frm().txtServer.text(), "ab\r\n");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "ab\r\n");
 }
 
 TEST(CommandIni, CmdWordsReachTheirRoutines)
 {
     TypingPeer t;
-    CommandControl& c = t.typing().commands();
+    CommandControl& c = t.frm().commands();
     int mutes = 0;
     c.mnuMute_Click = [&] { ++mutes; };
-    t.frm().txtServer.setText("x");
+    t.frm().model().txtServer.setText("x");
     c.runCommand("Cmd ClearScreen");
     EXPECT_EQ(t.wire(), "^Clr");
-    EXPECT_EQ(t.frm().txtServer.text(), "");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "");
     c.runCommand("Cmd Override");
-    EXPECT_TRUE(t.frm().controls.checked("mnuOverride"));
+    EXPECT_TRUE(t.frm().model().controls.checked("mnuOverride"));
     c.runCommand("cmd mute");
     EXPECT_EQ(mutes, 1);
     c.runCommand("Cmd Refresh");
@@ -143,11 +146,11 @@ TEST(CommandIni, AddressGoesToTheConnectKeysAndConnects)
         SCOPED_TRACE(k.given.toStdString());
         TypingPeer t({}, false);
         QStringList calls;
-        t.typing().commands().connectToAddress = [&](const QString& h, const QString& p) {
+        t.frm().commands().connectToAddress = [&](const QString& h, const QString& p) {
             calls << h + '|' + p;
         };
         handOver(t.copy, k.given);
-        t.typing().commands().tTimer2_Timer();
+        t.frm().commands().tTimer2_Timer();
         EXPECT_EQ(t.copy.get("Previous IP Address"), k.host);
         EXPECT_EQ(t.copy.get("Connect Port"), k.portKey);
         ASSERT_EQ(calls.size(), 1);
@@ -156,8 +159,8 @@ TEST(CommandIni, AddressGoesToTheConnectKeysAndConnects)
     // Not while a session is up.
     TypingPeer up;
     int calls = 0;
-    up.typing().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
-    up.typing().commands().runCommand("10.1.1.1:");
+    up.frm().commands().connectToAddress = [&](const QString&, const QString&) { ++calls; };
+    up.frm().commands().runCommand("10.1.1.1:");
     EXPECT_EQ(calls, 0);
 }
 
@@ -165,7 +168,7 @@ TEST(CommandIni, StartCommandIsObeyed)
 {
     TestCopy copy;
     ASSERT_TRUE(copy.start("Input from the start"));
-    EXPECT_EQ(copy.frm().txtServer.text(), "from the start");
+    EXPECT_EQ(copy.frm().model().txtServer.text(), "from the start");
 }
 
 TEST(CommandIni, ParseAddsTheColonToABareHost)

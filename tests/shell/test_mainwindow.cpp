@@ -9,6 +9,8 @@
 #include "shell/MainWindow.h"
 #include "support/TestCopy.h"
 #include "wire/LiveTyping.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
 
 #include <QAction>
 #include <QApplication>
@@ -49,8 +51,8 @@ TEST(MainWindowEntries, CopyAndCopyAllFillTheClipboard)
     Window w;
     ASSERT_TRUE(w.started);
     FrmMain& f = w.copy.frm();
-    f.txtServer.setText("typed here");
-    f.txtClient().setText("first line\r\nsecond line");
+    f.model().txtServer.setText("typed here");
+    f.model().txtClient(f.session().sIdx).setText("first line\r\nsecond line");
     QPlainTextEdit* remote = w.window->clientPane();
 
     // Nothing selected: Copy leaves the clipboard alone.
@@ -90,8 +92,8 @@ TEST(MainWindowEntries, SaveWritesTheChatRecord)
 {
     Window w;
     ASSERT_TRUE(w.started);
-    w.copy.frm().txtServer.setText("my words");
-    w.copy.frm().txtClient().setText("their words");
+    w.copy.frm().model().txtServer.setText("my words");
+    w.copy.frm().model().txtClient(w.copy.frm().session().sIdx).setText("their words");
     const QString path = w.copy.file("record.txt");
     w.copy.prompter().addAnswers({"file3:" + path});
     w.trigger("mnuSave");
@@ -110,12 +112,12 @@ TEST(MainWindowEntries, KeysTypedInTheRemotePaneGoToTheLocalPane)
         QKeyEvent release(QEvent::KeyRelease, Qt::Key_A + (ch[0] - 'a'), Qt::NoModifier, ch);
         QCoreApplication::sendEvent(w.window->serverPane(), &release);
     }
-    EXPECT_EQ(w.copy.frm().txtServer.text(), "hi");
-    EXPECT_TRUE(w.copy.frm().txtClient().text().isEmpty());
+    EXPECT_EQ(w.copy.frm().model().txtServer.text(), "hi");
+    EXPECT_TRUE(w.copy.frm().model().txtClient(w.copy.frm().session().sIdx).text().isEmpty());
     // Ctrl+C stays with the remote pane: it copies, it types nothing.
     QKeyEvent copy(QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier, QString());
     QCoreApplication::sendEvent(w.window->clientPane(), &copy);
-    EXPECT_EQ(w.copy.frm().txtServer.text(), "hi");
+    EXPECT_EQ(w.copy.frm().model().txtServer.text(), "hi");
 }
 
 TEST(MainWindowEntries, ColourButtonsAskAndSetTheLocalLook)
@@ -209,8 +211,8 @@ TEST(MainWindowLayout, StatusPanelsNeverOverlap)
 {
     Window w;
     ASSERT_TRUE(w.started);
-    w.copy.frm().stStatusbar.setText(10, "1234");
-    w.copy.frm().stStatusbar.setText(11, "5678");
+    w.copy.frm().model().stStatusbar.setText(10, "1234");
+    w.copy.frm().model().stStatusbar.setText(11, "5678");
     w.window->show();
     for (const int width : {900, 600, 480, 400, 340}) {
         w.window->resize(width, 300);

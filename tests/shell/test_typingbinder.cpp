@@ -1,5 +1,6 @@
 #include "shell/TypingBinder.h"
 #include "wire/TypingPeer.h"
+#include "wire/LiveTyping.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -37,10 +38,10 @@ TEST(TypingBinder, KeyEventsDriveTheModelAndTheWidgetShowsIt)
     new TypingBinder(t.frm(), &server, &client);
     tap(&server, Qt::Key_H, "h");
     tap(&server, Qt::Key_I, "i");
-    EXPECT_EQ(t.frm().txtServer.text(), "hi");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "hi");
     EXPECT_EQ(server.toPlainText(), "hi");
     tap(&server, Qt::Key_Return, "\r");
-    EXPECT_EQ(t.frm().txtServer.text(), "hi\r\n");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "hi\r\n");
     EXPECT_EQ(server.toPlainText(), "hi\n");
     tap(&server, Qt::Key_Backspace, "\b");
     EXPECT_EQ(server.toPlainText(), "hi");
@@ -56,14 +57,14 @@ TEST(TypingBinder, HeldKeyRepeatsPressesAndReleasesOnce)
     TypingPeer t;
     QPlainTextEdit server;
     new TypingBinder(t.frm(), &server);
-    t.frm().txtServer.setText("ab");
+    t.frm().model().txtServer.setText("ab");
     press(&server, Qt::Key_X, "x");
     release(&server, Qt::Key_X, true);
     press(&server, Qt::Key_X, "x", true);
     release(&server, Qt::Key_X, true);
     press(&server, Qt::Key_X, "x", true);
     release(&server, Qt::Key_X);
-    EXPECT_EQ(t.frm().txtServer.text(), "abxxx");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "abxxx");
     EXPECT_EQ(t.wire(), "<KEY> x <:KEY>5</KEY>");
 }
 
@@ -72,13 +73,13 @@ TEST(TypingBinder, DeleteTakesTheWidgetsSelectionFromThePane)
     TypingPeer t({}, false);
     QPlainTextEdit server;
     new TypingBinder(t.frm(), &server);
-    t.frm().txtServer.setText("ab\r\ncd\r\nef");
+    t.frm().model().txtServer.setText("ab\r\ncd\r\nef");
     QTextCursor c = server.textCursor();
     c.setPosition(3);  // "c" in the widget's "ab\ncd\nef"
     c.setPosition(7, QTextCursor::KeepAnchor);
     server.setTextCursor(c);
     tap(&server, Qt::Key_Delete, "\x7f");
-    EXPECT_EQ(t.frm().txtServer.text(), "ab\r\nf");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "ab\r\nf");
     EXPECT_EQ(server.toPlainText(), "ab\nf");
 }
 
@@ -87,7 +88,7 @@ TEST(TypingBinder, TheWidgetsCaretIsWhereKeysWorkAndStaysThere)
     TypingPeer t({}, false);
     QPlainTextEdit server;
     new TypingBinder(t.frm(), &server);
-    t.frm().txtServer.setText("ab\r\ncd");
+    t.frm().model().txtServer.setText("ab\r\ncd");
     EXPECT_EQ(server.textCursor().position(), 5) << "the caret shows at the end";
     auto caretAt = [&](int at, int to = -1) {
         QTextCursor c = server.textCursor();
@@ -98,19 +99,19 @@ TEST(TypingBinder, TheWidgetsCaretIsWhereKeysWorkAndStaysThere)
     };
     caretAt(1);  // between a and b
     tap(&server, Qt::Key_X, "x");
-    EXPECT_EQ(t.frm().txtServer.text(), "axb\r\ncd");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "axb\r\ncd");
     EXPECT_EQ(server.textCursor().position(), 2);
     caretAt(4);  // the line break counts as one in the widget
     tap(&server, Qt::Key_Backspace, "\b");
-    EXPECT_EQ(t.frm().txtServer.text(), "axbcd");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "axbcd");
     EXPECT_EQ(server.toPlainText(), "axbcd");
     EXPECT_EQ(server.textCursor().position(), 3);
     caretAt(0);
     tap(&server, Qt::Key_Delete, QString());
-    EXPECT_EQ(t.frm().txtServer.text(), "xbcd");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "xbcd");
     caretAt(1, 3);  // "bc" typed over
     tap(&server, Qt::Key_Z, "z");
-    EXPECT_EQ(t.frm().txtServer.text(), "xzd");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "xzd");
     EXPECT_EQ(TypingBinder::widgetPosition("ab\r\ncd", 6), 5);
 }
 

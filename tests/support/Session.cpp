@@ -1,4 +1,6 @@
 #include "support/Session.h"
+#include "connection/Session.h"
+#include "platform/Winsock.h"
 
 namespace vonnel::test {
 
@@ -20,10 +22,10 @@ QByteArray acceptRawPeer(TestCopy& copy, QTcpSocket& peer, int timeoutMs)
 {
     copy.set(QStringLiteral("Auto Accept Connection"), QStringLiteral("1"));
     qintptr request = 0;
-    auto c = QObject::connect(&copy.frm().winsock(0), &Winsock::ConnectionRequest,
+    auto c = QObject::connect(&copy.frm().session().winsock(0), &Winsock::ConnectionRequest,
                               [&](int, qintptr id) { request = id; });
     peer.connectToHost(QHostAddress::LocalHost, copy.port());
-    takeCall(copy.frm().winsock(0), request, timeoutMs);
+    takeCall(copy.frm().session().winsock(0), request, timeoutMs);
     QObject::disconnect(c);
     waitUntil([&] { return peer.state() == QAbstractSocket::ConnectedState; }, timeoutMs);
     return readFor(peer, 150);
@@ -33,10 +35,10 @@ bool connectCopies(TestCopy& caller, TestCopy& callee, int timeoutMs)
 {
     callee.set(QStringLiteral("Auto Accept Connection"), QStringLiteral("1"));
     qintptr request = 0;
-    Winsock& in = callee.frm().winsock(0);
+    Winsock& in = callee.frm().session().winsock(0);
     auto c = QObject::connect(&in, &Winsock::ConnectionRequest,
                               [&](int, qintptr id) { request = id; });
-    Winsock& out = caller.frm().winsock(0);
+    Winsock& out = caller.frm().session().winsock(0);
     out.Close();
     out.setLocalPort(0);
     out.Connect(QStringLiteral("127.0.0.1"), callee.port());

@@ -1,7 +1,8 @@
 #include "support/TestCopy.h"
 
 #include "core/IniStore.h"
-#include "core/Startup.h"
+#include "shell/Startup.h"
+#include "core/CopyContext.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -109,7 +110,7 @@ TestCopy::TestCopy(quint16 port, const QList<QPair<QString, QString>>& settings)
 
 TestCopy::~TestCopy()
 {
-    if (m_frm && !m_frm->ProgramExiting)
+    if (m_frm && !m_frm->ctx().ProgramExiting)
         m_frm->requestClose(false);
     m_frm.reset();
 }

@@ -9,7 +9,7 @@
 #include "platform/Desktop.h"
 #include "platform/ScriptedPrompter.h"
 #include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "core/Views.h"
 
 #include <QTemporaryDir>
 #include <functional>

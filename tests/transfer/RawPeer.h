@@ -7,6 +7,9 @@
 #include "transfer/Transfer.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "core/CopyContext.h"
 
 #include <QDir>
 #include <QFile>
@@ -34,10 +37,10 @@ public:
         copy.set("Close Progress", "0");
         ASSERT_TRUE(copy.start());
         acceptRawPeer(copy, peer);
-        ASSERT_TRUE(f().IsConnected());
+        ASSERT_TRUE(f().session().IsConnected());
         readFor(peer, 50);
         QDir().mkpath(copy.file("in"));
-        QObject::connect(&f(), &FrmMain::ringRequested, [this](const QString& s) { rings << s; });
+        QObject::connect(&f().ctx(), &CopyContext::ringRequested, [this](const QString& s) { rings << s; });
         QObject::connect(&t(), &Transfer::beep, [this] { ++beeps; });
     }
     FrmMain& f() { return copy.frm(); }

@@ -3,6 +3,8 @@
 
 #include "support/Session.h"
 #include "transfer/Transfer.h"
+#include "platform/Prompter.h"
+#include "core/CopyContext.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,7 +25,7 @@ protected:
         ASSERT_TRUE(connectCopies(a, b));
         for (TestCopy* c : {&a, &b}) {
             QObject::connect(&c->frm().transfer(), &Transfer::beep, [this, c] { ++beeps[c == &b]; });
-            QObject::connect(&c->frm(), &FrmMain::ringRequested,
+            QObject::connect(&c->frm().ctx(), &CopyContext::ringRequested,
                              [this, c](const QString& s) { rings[c == &b] << s; });
         }
     }

@@ -3,6 +3,8 @@
 #include "shell/MainWindow.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "transfer/TwoCopies.h"
+#include "connection/Session.h"
+#include "transfer/Transfer.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -53,7 +55,7 @@ TEST_F(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
     // Its second button puts the transfer on hold on both sides.
     window->cmdCancel()->click();
     EXPECT_FALSE(window->isVisible());
-    EXPECT_TRUE(b.frm().TransferOnHold);
+    EXPECT_TRUE(b.frm().session().TransferOnHold);
     ASSERT_TRUE(waitUntil([&] { return !a.frm().transfer().progress().loaded; }));
 
     // With the window away, the main window says the transfer is on hold.
@@ -66,14 +68,14 @@ TEST_F(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
     b.frm().transfer().mnuSendFile_Click();
     ASSERT_TRUE(waitUntil([&] { return window->isVisible(); }));
     EXPECT_TRUE(window->cmdPause()->isEnabled());
-    EXPECT_FALSE(b.frm().TransferOnHold);
+    EXPECT_FALSE(b.frm().session().TransferOnHold);
     EXPECT_TRUE(MainWindow::holdText(b.frm()).isEmpty());
     // The percentage stays in sight on the bar while the label is away.
     EXPECT_TRUE(window->prbProgress()->isTextVisible());
     EXPECT_TRUE(window->prbProgress()->text().endsWith('%'));
     window->close();
     EXPECT_FALSE(window->isVisible());
-    EXPECT_TRUE(b.frm().TransferOnHold);
+    EXPECT_TRUE(b.frm().session().TransferOnHold);
     EXPECT_TRUE(b.frm().transfer().transferPaused);
 }
 

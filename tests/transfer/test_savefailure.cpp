@@ -3,6 +3,8 @@
 // peer give no more boxes.
 
 #include "transfer/RawPeer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
 
 #include <csignal>
 #include <sys/resource.h>
@@ -70,7 +72,7 @@ TEST_F(RawPeer, AFileThatCannotBeWrittenIsSaidOnceAsAFileTransferFailure)
     EXPECT_TRUE(shown[0].startsWith(QLatin1String("File Fransfer 75 "))) << shown[0].toStdString();
     EXPECT_TRUE(shown[0].contains(target)) << shown[0].toStdString();
     EXPECT_EQ(icon, MsgStyle::Exclamation);
-    EXPECT_TRUE(f().IsConnected()) << "the session goes on";
+    EXPECT_TRUE(f().session().IsConnected()) << "the session goes on";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "transfer/TwoCopies.h"
 #include "wire/LiveTyping.h"
+#include "connection/Session.h"
 
 #include <QDir>
 #include <QFile>
@@ -32,7 +33,7 @@ TEST_F(TwoCopies, TenMegabytesArriveWhileBothSidesChat)
         fromA += c;
         fromB += c.toUpper();
     });
-    QObject::connect(&b.frm().txtClient(0), &TextPane::textChanged, [&] {
+    QObject::connect(&b.frm().model().txtClient(0), &TextPane::textChanged, [&] {
         if (!data.isEmpty() && received() < data.size())
             ++typedWhileRunning;
     });
@@ -42,9 +43,9 @@ TEST_F(TwoCopies, TenMegabytesArriveWhileBothSidesChat)
     typist.stop();
 
     EXPECT_EQ(readFile(target), data);
-    EXPECT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text() == fromA; }))
-        << b.frm().txtClient(0).text().toStdString();
-    EXPECT_TRUE(waitUntil([&] { return a.frm().txtClient(0).text() == fromB; }));
+    EXPECT_TRUE(waitUntil([&] { return b.frm().model().txtClient(0).text() == fromA; }))
+        << b.frm().model().txtClient(0).text().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return a.frm().model().txtClient(0).text() == fromB; }));
     // The typing went out between the frames, not after the file.
     EXPECT_GT(typedWhileRunning, 0);
     EXPECT_EQ(rings[0], QStringList{"alert.wav"});
@@ -108,16 +109,16 @@ TEST_F(TwoCopies, PauseFromEitherSideHoldReopenAndContinueGiveTheSameFile)
     ta().cmdCancel_Click();
     ASSERT_TRUE(waitUntil([&] { return !wb.loaded; }));
     EXPECT_FALSE(wa.loaded);
-    EXPECT_TRUE(a.frm().TransferOnHold);
-    EXPECT_TRUE(b.frm().TransferOnHold);
-    EXPECT_EQ(a.frm().controls.caption("mnuSendFile"), "Send &File");
-    EXPECT_EQ(b.frm().controls.caption("mnuSendFile"), "&Receive File");
-    EXPECT_TRUE(b.frm().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(a.frm().session().TransferOnHold);
+    EXPECT_TRUE(b.frm().session().TransferOnHold);
+    EXPECT_EQ(a.frm().model().controls.caption("mnuSendFile"), "Send &File");
+    EXPECT_EQ(b.frm().model().controls.caption("mnuSendFile"), "&Receive File");
+    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
     EXPECT_EQ(tb().holdDirection, "Receiving File");
     EXPECT_EQ(ta().holdPosition, ta().sendFileSent);
     EXPECT_TRUE(standsStill());
     a.frm().typing().typeText("later");
-    EXPECT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text() == "later"; }));
+    EXPECT_TRUE(waitUntil([&] { return b.frm().model().txtClient(0).text() == "later"; }));
 
     // The receiver brings both windows back; either may continue.
     tb().mnuSendFile_Click();
@@ -129,7 +130,7 @@ TEST_F(TwoCopies, PauseFromEitherSideHoldReopenAndContinueGiveTheSameFile)
     }
     EXPECT_EQ(wb.lblProgress.text, tb().holdProgressText);
     EXPECT_EQ(wa.txtSendRec, "Sending File");
-    EXPECT_FALSE(b.frm().TransferOnHold);
+    EXPECT_FALSE(b.frm().session().TransferOnHold);
     tb().cmdPause_Click();
 
     ASSERT_TRUE(finished()) << received();
@@ -193,8 +194,8 @@ TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
     EXPECT_EQ(tb().progress().loaded, !fromReceiver);
     EXPECT_EQ(beeps[0], 1);
     EXPECT_EQ(beeps[1], 1);
-    EXPECT_TRUE(a.frm().controls.enabled("mnuSendFile"));
-    EXPECT_TRUE(b.frm().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(a.frm().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
     EXPECT_FALSE(ta().sendFileOpen());
     EXPECT_FALSE(tb().recvFileOpen());
 

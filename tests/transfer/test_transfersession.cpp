@@ -7,6 +7,10 @@
 #include "transfer/TwoCopies.h"
 
 #include "connection/Connection.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "core/Sender.h"
+#include "platform/Winsock.h"
 
 #include <QRandomGenerator>
 #include <QTimer>
@@ -60,16 +64,16 @@ protected:
             f().connection().mnuDisconnect_Click();
             break;
         }
-        ASSERT_TRUE(waitUntil([&] { return !f().IsConnected(); }));
+        ASSERT_TRUE(waitUntil([&] { return !f().session().IsConnected(); }));
         ASSERT_TRUE(waitUntil(
-            [&] { return f().winsock(0).State() == Winsock::sckListening; }, 8000));
+            [&] { return f().session().winsock(0).State() == Winsock::sckListening; }, 8000));
     }
     // A new caller, taken on as the copy's session.
     void callAgain()
     {
         copy.prompter().addAnswers({"ok", "ok", "ok"});  // a recovery box, if any
         acceptRawPeer(copy, later);
-        ASSERT_TRUE(f().IsConnected());
+        ASSERT_TRUE(f().session().IsConnected());
         readFor(later, 50);
     }
     QTcpSocket later;
@@ -87,7 +91,7 @@ TEST_P(SessionEnd, AnInterruptedSendCannotBeReadByALaterCaller)
     EXPECT_FALSE(t().sendFileOpen());
     EXPECT_TRUE(t().sendFilePath.isEmpty());
     EXPECT_EQ(w().lblProgress.text, "Connection closed: the file was not sent whole");
-    EXPECT_TRUE(f().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
 
     callAgain();
     later.write("%%Data Received-5000%%%%Data Received-%%Data Received-0%%");
@@ -151,17 +155,17 @@ TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
         b.frm().connection().mnuDisconnect_Click();
         break;
     case CopiesEnd::SenderShutsDown:
-        a.frm().xSendData("^SD");
+        a.frm().sender().xSendData("^SD");
         a.frm().connection().mnuDisconnect_Click();
         break;
     case CopiesEnd::Reset:
         // a's socket is dropped with a RST; b learns of it from the wire.
-        resetConnection(a.frm().winsock(0).connectionDescriptor());
-        a.frm().winsock(0).Close();
+        resetConnection(a.frm().session().winsock(0).connectionDescriptor());
+        a.frm().session().winsock(0).Close();
         a.frm().connection().ListenOnLocalPort();
         break;
     }
-    auto listening = [](TestCopy& c) { return c.frm().winsock(0).State() == Winsock::sckListening; };
+    auto listening = [](TestCopy& c) { return c.frm().session().winsock(0).State() == Winsock::sckListening; };
     ASSERT_TRUE(waitUntil([&] { return listening(a) && listening(b); }, 8000));
     pump(100);
     const QByteArray partial = readFile(target);
@@ -176,7 +180,7 @@ TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
     QTcpSocket reader, writer;
     acceptRawPeer(a, reader);
     acceptRawPeer(b, writer);
-    ASSERT_TRUE(a.frm().IsConnected() && b.frm().IsConnected());
+    ASSERT_TRUE(a.frm().session().IsConnected() && b.frm().session().IsConnected());
     reader.write("%%Data Received-4000%%%%Data Received-%%Continue Sending File%%");
     writer.write(frame("INJECTED") + "%%Continue Receiving File%%" + frame("MORE"));
     reader.flush();
@@ -199,10 +203,10 @@ TEST_P(SessionEnd, AnOfferLeftUnansweredIsForgottenAndSendFileComesBack)
     copy.prompter().addAnswers({"file:" + path});
     t().mnuSendFile_Click();
     ASSERT_TRUE(t().fileOffered());
-    EXPECT_FALSE(f().controls.enabled("mnuSendFile"));
+    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
     endSession();
     EXPECT_FALSE(t().fileOffered());
-    EXPECT_TRUE(f().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
     // A later caller's acceptance of that offer sends nothing.
     callAgain();
     later.write("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");

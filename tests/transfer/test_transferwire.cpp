@@ -2,6 +2,9 @@
 // wire, in both directions, and the dispatcher's reactions to each message.
 
 #include "transfer/RawPeer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "wire/Receiver.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,8 +28,8 @@ TEST_F(RawPeer, ProgramSendsTheWorkedExampleByteForByte)
 
     const QByteArray request = "%%File Sending Request%%" + toCp1252(wirePath(path)) + ">4100*fs*";
     EXPECT_EQ(expectBytes(request.size()), request);
-    EXPECT_FALSE(f().controls.enabled("mnuSendFile"));
-    EXPECT_FALSE(f().controls.enabled("mnuDraw"));
+    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_FALSE(f().model().controls.enabled("mnuDraw"));
 
     send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
     EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
@@ -65,7 +68,7 @@ TEST_F(RawPeer, ProgramReceivesTheWorkedExampleByteForByte)
     EXPECT_EQ(QFileInfo(target).size(), 0);
     EXPECT_EQ(w().lblProgress.text, "0%");
     EXPECT_EQ(w().caption, "Receiving File");
-    EXPECT_FALSE(f().controls.enabled("mnuSendFile"));
+    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
 
     send(frame(data.left(2000)));
     EXPECT_EQ(expectBytes(22), "%%Data Received-2000%%");
@@ -100,19 +103,19 @@ TEST_F(RawPeer, TornFramesAreJoinedAndTypingBehindAFrameReachesThePane)
     send(data.mid(700, 1300) + " </*>");
     EXPECT_EQ(expectBytes(22), "%%Data Received-2000%%");
     EXPECT_TRUE(readFor(peer, 100).isEmpty());
-    EXPECT_EQ(f().txtClient(0).text(), "");
+    EXPECT_EQ(f().model().txtClient(0).text(), "");
 
     // The sender's typing right behind a frame, in the same read.
     send(frame(data.mid(2000, 2000)) + "<KEY> x <:KEY>1</KEY>");
     EXPECT_EQ(expectBytes(22), "%%Data Received-4000%%");
-    EXPECT_TRUE(waitUntil([&] { return f().txtClient(0).text() == "x"; }));
+    EXPECT_TRUE(waitUntil([&] { return f().model().txtClient(0).text() == "x"; }));
 
     // Torn, and typing behind the end in the second part.
     send("<*> " + data.mid(4000, 50));
     pump(40);
     send(data.mid(4050) + " </*><KEY> y <:KEY>2</KEY>");
     EXPECT_EQ(expectBytes(22), "%%Data Received-4100%%");
-    EXPECT_TRUE(waitUntil([&] { return f().txtClient(0).text() == "xy"; }));
+    EXPECT_TRUE(waitUntil([&] { return f().model().txtClient(0).text() == "xy"; }));
     EXPECT_EQ(readFile(target), data);
     EXPECT_EQ(w().cmdCancel.tag, "Finish");
 }
@@ -214,7 +217,7 @@ TEST_F(RawPeer, PausedAndCancelledSendersDropAcknowledgements)
     EXPECT_EQ(w().caption, "Sending File (Cancelled)");
     EXPECT_FALSE(w().cmdPause.enabled);
     EXPECT_EQ(beeps, 1);
-    EXPECT_TRUE(f().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
     send("%%Data Received-4000%%");
     EXPECT_TRUE(readFor(peer, 200).isEmpty());
 }
@@ -335,16 +338,16 @@ TEST_F(RawPeer, StrayFramesAreDroppedAndWhatFollowsThemIsRead)
         {"<*> xx", ""},
     };
     for (const auto& c : cases) {
-        f().txtClient(0).clear();
+        f().model().txtClient(0).clear();
         f().receiver().handleArrival(0, QByteArray(c.arrival));
-        EXPECT_EQ(f().txtClient(0).text(), QLatin1String(c.pane)) << c.arrival;
+        EXPECT_EQ(f().model().txtClient(0).text(), QLatin1String(c.pane)) << c.arrival;
         // Nothing is being received: no answer, nothing held.
         EXPECT_TRUE(readFor(peer, 100).isEmpty()) << c.arrival;
         EXPECT_FALSE(t().holdingFrame()) << c.arrival;
     }
     // The next arrival is read as it stands.
     f().receiver().handleArrival(0, QByteArray("<Paste> d</Paste>"));
-    EXPECT_EQ(f().txtClient(0).text(), "d");
+    EXPECT_EQ(f().model().txtClient(0).text(), "d");
 }
 
 // Every file message followed by a typed character in the same read: what
@@ -383,7 +386,7 @@ TEST_F(RawPeer, EachMessageLeavesTheRestItShould)
         {"%%Continue Receiving File%%", Receiving, true,
          [](RawPeer& p) { return p.expectBytes(16) == "%%Data Received-"; }},
         {"%%Unload%%", Receiving, true,
-         [](RawPeer& p) { return !p.w().loaded && p.f().TransferOnHold; }},
+         [](RawPeer& p) { return !p.w().loaded && p.f().session().TransferOnHold; }},
         {"%%Data Received-", Offering, true, [](RawPeer&) { return true; }},
         {"%%Sending Cancel%%", Receiving, false, [](RawPeer& p) { return p.t().transferCancelled; }},
         {"%%Error%%", Receiving, false,
@@ -392,10 +395,10 @@ TEST_F(RawPeer, EachMessageLeavesTheRestItShould)
     };
     for (const auto& c : cases) {
         setUp(c.setup);
-        f().txtClient(0).clear();
+        f().model().txtClient(0).clear();
         beeps = 0;
         f().receiver().handleArrival(0, toCp1252(QLatin1String(c.message) + key));
-        EXPECT_EQ(f().txtClient(0).text(), c.restShown ? "z" : "") << c.message;
+        EXPECT_EQ(f().model().txtClient(0).text(), c.restShown ? "z" : "") << c.message;
         EXPECT_TRUE(c.effect(*this)) << c.message;
     }
 
@@ -406,15 +409,15 @@ TEST_F(RawPeer, EachMessageLeavesTheRestItShould)
         t().unloadProgress();
         readFor(peer, 30);
         copy.prompter().clearRecords();
-        f().txtClient(0).clear();
+        f().model().txtClient(0).clear();
         beeps = 0;
         f().receiver().handleArrival(0, toCp1252(QLatin1String(c.message) + key));
-        EXPECT_EQ(f().txtClient(0).text(), c.restShown ? "z" : "") << c.message;
+        EXPECT_EQ(f().model().txtClient(0).text(), c.restShown ? "z" : "") << c.message;
         EXPECT_TRUE(copy.prompter().records().isEmpty()) << c.message;
         EXPECT_FALSE(t().transferPaused) << c.message;
         EXPECT_FALSE(t().transferCancelled) << c.message;
         EXPECT_FALSE(w().loaded) << c.message;
-        EXPECT_FALSE(f().TransferOnHold) << c.message;
+        EXPECT_FALSE(f().session().TransferOnHold) << c.message;
         EXPECT_EQ(beeps, 0) << c.message;
         EXPECT_TRUE(readFor(peer, 50).isEmpty()) << c.message;
     }

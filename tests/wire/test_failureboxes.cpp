@@ -5,6 +5,9 @@
 #include "core/IniStore.h"
 #include "support/Session.h"
 #include "wire/Receiver.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
 
 #include <gtest/gtest.h>
 
@@ -19,15 +22,15 @@ protected:
     {
         ASSERT_TRUE(copy.start());
         acceptRawPeer(copy, peer);
-        ASSERT_TRUE(f().IsConnected());
-        f().selfRepair = false;
+        ASSERT_TRUE(f().session().IsConnected());
+        f().receiver().selfRepair = false;
         readFor(peer, 50);
         copy.prompter().clearRecords();
     }
     FrmMain& f() { return copy.frm(); }
     Receiver& r() { return f().receiver(); }
     void arrive(const QString& text) { r().handleArrival(0, toCp1252(text)); }
-    QString pane() { return f().txtClient(0).text(); }
+    QString pane() { return f().model().txtClient(0).text(); }
     QList<PromptRecord> boxes()
     {
         QList<PromptRecord> out;
@@ -40,8 +43,8 @@ protected:
     // deciphered with this key.
     void peerEnciphers()
     {
-        f().remoteEncrypted = true;
-        f().remoteKey = QStringLiteral("03:25 PM");
+        f().encryption().remoteEncrypted = true;
+        f().encryption().remoteKey = QStringLiteral("03:25 PM");
     }
 
     TestCopy copy;
@@ -126,10 +129,10 @@ TEST_F(FailureBoxes, APeerRepeatingBrokenFramesGetsOneBoxOfEachKindPerSession)
     EXPECT_EQ(firstWords, (QStringList{"DataArrival", "MSG", "SPK"}));
     // Every arrival was still handled to its end.
     EXPECT_EQ(pane().count(QLatin1Char('%')), 100) << pane().toStdString();
-    EXPECT_EQ(f().txtTextMsg.text().count(QLatin1String("\r\n")), 50);
+    EXPECT_EQ(f().model().txtTextMsg.text().count(QLatin1String("\r\n")), 50);
 
     // A new session may show each kind once more.
-    Q_EMIT f().sessionOpened();
+    Q_EMIT f().session().sessionOpened();
     peerEnciphers();
     arrive(QStringLiteral("<MSG> abc </MSG>"));
     arrive(QStringLiteral("<MSG> abc </MSG>"));

@@ -5,6 +5,7 @@
 #include "core/IniStore.h"
 #include "wire/Receiver.h"
 #include "wire/TypingPeer.h"
+#include "wire/LiveTyping.h"
 
 #include <QElapsedTimer>
 #include <gtest/gtest.h>
@@ -31,38 +32,38 @@ TEST(FollowUp, EditsBeforeTheEndAreFollowedByTheWholeText)
     const QList<EditCase> cases = {
         {"Backspace in the middle",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelStart(5);
+             p.frm().model().txtServer.setSelStart(5);
              p.typing().typeText("\b");
          },
          "^BK10#BK", "hell world"},
         {"Delete at the caret",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelStart(0);
+             p.frm().model().txtServer.setSelStart(0);
              p.typing().typeText("\x7f");
          },
          "^BK10#BK", "ello world"},
         {"Delete on a selection",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelection(5, 3);
+             p.frm().model().txtServer.setSelection(5, 3);
              p.typing().typeText("\x7f");
          },
          "^BK8#BK", "hellorld"},
         {"a selection typed over",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelection(6, 5);
+             p.frm().model().txtServer.setSelection(6, 5);
              p.typing().typeText("X");
          },
          "<KEY> X <:KEY>7</KEY>", "hello X"},
         {"a paste over a selection",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelection(0, 5);
+             p.frm().model().txtServer.setSelection(0, 5);
              p.copy.clipboard().setText("bye");
              p.typing().mnuEditPaste_Click();
          },
          "<Paste> bye</Paste>", "bye world"},
         {"a paste over a selection of the same text",
          [](TypingPeer& p) {
-             p.frm().txtServer.setSelection(6, 5);
+             p.frm().model().txtServer.setSelection(6, 5);
              p.copy.clipboard().setText("world");
              p.typing().mnuEditPaste_Click();
          },
@@ -84,12 +85,12 @@ TEST(FollowUp, EditsBeforeTheEndAreFollowedByTheWholeText)
         p.typing().typeText("hello world");
         p.wire();
         c.edit(p);
-        EXPECT_EQ(p.frm().txtServer.text(), c.pane);
+        EXPECT_EQ(p.frm().model().txtServer.text(), c.pane);
         const QByteArray expected = c.frames + wholeText(toCp1252(c.pane));
         EXPECT_EQ(p.wire(expected.size()), expected);
         EXPECT_EQ(p.typing().followUpsSent, 1);
         // Typing at the end is told by its own frame as before.
-        p.frm().txtServer.caretToEnd();
+        p.frm().model().txtServer.caretToEnd();
         p.typing().typeText("!");
         EXPECT_EQ(p.wire(), "<KEY> ! <:KEY>" + QByteArray::number(c.pane.size() + 1) + "</KEY>");
     }
@@ -105,13 +106,13 @@ TEST(FollowUp, ARunOfEditsSendsOneResendWhenTheyPause)
     t.start();
     qint64 lastEdit = 0;
     for (int i = 0; i < 5; ++i) {
-        p.frm().txtServer.setSelStart(3);
+        p.frm().model().txtServer.setSelStart(3);
         p.typing().typeText("\b");
         lastEdit = t.elapsed();
         if (i < 4)
             pump(40);  // a user's pace: each edit comes before the wait is over
     }
-    EXPECT_EQ(p.frm().txtServer.text(), "on three four");
+    EXPECT_EQ(p.frm().model().txtServer.text(), "on three four");
     QByteArray got = readAtLeast(p.peer, 5 * 7 + 4, 3000);
     while (!got.endsWith("</Paste>") && t.elapsed() < 3000) {
         pump(5);
@@ -132,7 +133,7 @@ TEST(FollowUp, AnAnswerToRefreshTakesThePlaceOfThePlannedResend)
     p.typing().followUpDelayMs = 100;
     p.typing().typeText("abc");
     p.wire();
-    p.frm().txtServer.setSelStart(1);
+    p.frm().model().txtServer.setSelStart(1);
     p.typing().typeText("\b");
     EXPECT_TRUE(p.typing().followUpPending());
     p.peer.write("^reFresh");
@@ -147,9 +148,9 @@ TEST(FollowUp, NothingFollowsWithoutASession)
 {
     TypingPeer p({}, false);
     p.typing().typeText("abc");
-    p.frm().txtServer.setSelStart(1);
+    p.frm().model().txtServer.setSelStart(1);
     p.typing().typeText("\b");
-    EXPECT_EQ(p.frm().txtServer.text(), "bc");
+    EXPECT_EQ(p.frm().model().txtServer.text(), "bc");
     EXPECT_FALSE(p.typing().followUpPending());
 }
 

@@ -4,6 +4,8 @@
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
+#include "access/Encryption.h"
+#include "core/Sender.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +26,7 @@ protected:
     bool samePanes(int ms = 3000)
     {
         return waitUntil([&] {
-            return b.frm().txtClient(0).text() == a.frm().txtServer.text();
+            return b.frm().model().txtClient(0).text() == a.frm().model().txtServer.text();
         }, ms);
     }
     TestCopy a;
@@ -35,27 +37,27 @@ TEST_F(LiveText, TypingReturnBackspacePasteAndClearKeepThePanesEqual)
 {
     LiveTyping& t = a.frm().typing();
     t.typeText("hello world");
-    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
-    EXPECT_EQ(b.frm().txtClient(0).text(), "hello world");
+    ASSERT_TRUE(samePanes()) << b.frm().model().txtClient(0).text().toStdString();
+    EXPECT_EQ(b.frm().model().txtClient(0).text(), "hello world");
 
     t.typeText("\r");
     t.typeText("second");
     t.typeText("\b");
     ASSERT_TRUE(samePanes());
-    EXPECT_EQ(b.frm().txtClient(0).text(), "hello world\r\nsecon");
+    EXPECT_EQ(b.frm().model().txtClient(0).text(), "hello world\r\nsecon");
     // The line went into the other side's record.
-    EXPECT_TRUE(b.frm().txtTextMsg.text().contains(": hello world"));
+    EXPECT_TRUE(b.frm().model().txtTextMsg.text().contains(": hello world"));
 
     a.clipboard().setText(" pasted text");
     t.mnuEditPaste_Click();
     ASSERT_TRUE(samePanes());
-    EXPECT_TRUE(b.frm().txtClient(0).text().endsWith("secon pasted text"));
+    EXPECT_TRUE(b.frm().model().txtClient(0).text().endsWith("secon pasted text"));
 
     t.mnuClrScr_Click();
-    ASSERT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text().isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return b.frm().model().txtClient(0).text().isEmpty(); }));
     t.typeText("again");
     ASSERT_TRUE(samePanes());
-    EXPECT_EQ(b.frm().txtClient(0).text(), "again");
+    EXPECT_EQ(b.frm().model().txtClient(0).text(), "again");
 }
 
 TEST_F(LiveText, BothSidesTypeAtOnce)
@@ -63,13 +65,13 @@ TEST_F(LiveText, BothSidesTypeAtOnce)
     a.frm().typing().typeText("from a");
     b.frm().typing().typeText("from b");
     EXPECT_TRUE(samePanes());
-    EXPECT_TRUE(waitUntil([&] { return a.frm().txtClient(0).text() == "from b"; }));
+    EXPECT_TRUE(waitUntil([&] { return a.frm().model().txtClient(0).text() == "from b"; }));
 }
 
 TEST_F(LiveText, ADroppedFrameIsHealedByTheRepair)
 {
-    b.frm().selfRepair = true;
-    b.frm().repairCountLimit = 50;
+    b.frm().receiver().selfRepair = true;
+    b.frm().receiver().repairCountLimit = 50;
     b.frm().receiver().remotePane().repairDelayMs = 20;
     a.frm().typing().typeText("abc");
     ASSERT_TRUE(samePanes());
@@ -77,29 +79,29 @@ TEST_F(LiveText, ADroppedFrameIsHealedByTheRepair)
     b.frm().receiver().handleArrival(0, "<KEY> z <:KEY>");
     a.frm().typing().typeText(" d");
     ASSERT_TRUE(waitUntil([&] { return b.frm().receiver().remotePane().repairCount == 1; }));
-    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
-    EXPECT_EQ(b.frm().txtClient(0).text(), "abc d");
+    ASSERT_TRUE(samePanes()) << b.frm().model().txtClient(0).text().toStdString();
+    EXPECT_EQ(b.frm().model().txtClient(0).text(), "abc d");
 }
 
 TEST_F(LiveText, RefreshBringsBackTheWholeText)
 {
     a.frm().typing().typeText("keep this");
     ASSERT_TRUE(samePanes());
-    b.frm().txtClient(0).setText("garbled");
-    b.frm().xSendData("^reFresh");
+    b.frm().model().txtClient(0).setText("garbled");
+    b.frm().sender().xSendData("^reFresh");
     ASSERT_TRUE(samePanes());
-    EXPECT_EQ(b.frm().txtClient(0).text(), "keep this");
+    EXPECT_EQ(b.frm().model().txtClient(0).text(), "keep this");
 }
 
 TEST_F(LiveText, EncryptionOnOneSideReadsInClearOnTheOther)
 {
     a.set("Encrypted", "1");
-    a.frm().encryptOn = true;
-    a.frm().sessionKey = "10:15 AM";
+    a.frm().encryption().encryptOn = true;
+    a.frm().encryption().sessionKey = "10:15 AM";
     a.frm().typing().typeText("secret words");
-    ASSERT_TRUE(samePanes()) << b.frm().txtClient(0).text().toStdString();
-    EXPECT_TRUE(b.frm().remoteEncrypted);
-    EXPECT_EQ(b.frm().remoteKey, "10:15 AM");
+    ASSERT_TRUE(samePanes()) << b.frm().model().txtClient(0).text().toStdString();
+    EXPECT_TRUE(b.frm().encryption().remoteEncrypted);
+    EXPECT_EQ(b.frm().encryption().remoteKey, "10:15 AM");
 }
 
 }  // namespace

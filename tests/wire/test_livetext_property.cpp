@@ -9,6 +9,8 @@
 #include "wire/RemotePane.h"
 #include "wire/RulesPeer.h"
 #include "wire/TypingScript.h"
+#include "connection/Session.h"
+#include "access/Encryption.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -101,8 +103,8 @@ public:
         if (!up)
             return;
         a.frm().typing().followUpDelayMs = 1;
-        b.frm().selfRepair = repair;
-        b.frm().repairCountLimit = 1000;
+        b.frm().receiver().selfRepair = repair;
+        b.frm().receiver().repairCountLimit = 1000;
     }
 
     std::optional<QString> run(const Script& script, bool noRepairs)
@@ -114,10 +116,10 @@ public:
             turn();
         }
         const bool ok = settle([&] { return !t.followUpPending(); },
-                               [&] { return remote() == a.frm().txtServer.text(); });
+                               [&] { return remote() == a.frm().model().txtServer.text(); });
         if (!ok)
             return QStringLiteral("local %1, remote %2")
-                .arg(visible(a.frm().txtServer.text()), visible(remote()));
+                .arg(visible(a.frm().model().txtServer.text()), visible(remote()));
         RemotePane& rp = b.frm().receiver().remotePane();
         if (noRepairs && (rp.repairCount > 0 || rp.repairPending()))
             return QStringLiteral("a repair was asked (%1), pane %2")
@@ -126,7 +128,7 @@ public:
         return std::nullopt;
     }
 
-    QString remote() { return b.frm().txtClient(0).text(); }
+    QString remote() { return b.frm().model().txtClient(0).text(); }
 
     TestCopy a;
     TestCopy b;
@@ -143,7 +145,7 @@ private:
 
     void apply(LiveTyping& t, const Step& s)
     {
-        TextPane& pane = a.frm().txtServer;
+        TextPane& pane = a.frm().model().txtServer;
         switch (s.kind) {
         case Step::Key:
             t.keyboardPress(s.keys[0], 0, keyText(s.keys[0]));
@@ -187,7 +189,7 @@ TEST(LiveTextProperty, TwoCopiesRemotePaneEqualsLocalPane)
                       scriptCount(encrypted ? 300 : 1500), encrypted ? 7 : 3, ScriptOptions{},
                       [&](const Script& s) { return c.run(s, false); });
         if (encrypted)
-            EXPECT_TRUE(c.b.frm().remoteEncrypted);
+            EXPECT_TRUE(c.b.frm().encryption().remoteEncrypted);
         EXPECT_EQ(c.b.frm().receiver().remotePane().repairCount, 0);
     }
 }
@@ -214,9 +216,9 @@ public:
             return;
         acceptRawPeer(copy, socket);
         readFor(socket, 30);
-        up = copy.frm().IsConnected();
-        copy.frm().selfRepair = repair;
-        copy.frm().repairCountLimit = 1000;
+        up = copy.frm().session().IsConnected();
+        copy.frm().receiver().selfRepair = repair;
+        copy.frm().receiver().repairCountLimit = 1000;
         copy.frm().receiver().remotePane().repairDelayMs = 20;
         peer.key = key;
         peer.write = [this](const QByteArray& frame) {
@@ -249,7 +251,7 @@ public:
         return std::nullopt;
     }
 
-    QString remote() { return copy.frm().txtClient(0).text(); }
+    QString remote() { return copy.frm().model().txtClient(0).text(); }
 
     TestCopy copy;
     QTcpSocket socket;

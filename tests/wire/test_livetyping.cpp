@@ -1,5 +1,11 @@
 #include "core/IniStore.h"
 #include "wire/TypingPeer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "wire/Receiver.h"
+#include "wire/LiveTyping.h"
+#include "platform/Winsock.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +28,7 @@ QByteArray emptyKey(int n)
 TEST(LiveTypingWire, SessionOfTypingReturnBackspacePasteAndClear)
 {
     TypingPeer t;
-    ASSERT_EQ(t.frm().winsock(0).State(), Winsock::sckConnected);
+    ASSERT_EQ(t.frm().session().winsock(0).State(), Winsock::sckConnected);
     FrmMain& f = t.frm();
 
     t.typing().typeText("hello world");
@@ -39,24 +45,24 @@ TEST(LiveTypingWire, SessionOfTypingReturnBackspacePasteAndClear)
     t.typing().typeText("\r");
     expected = "^RETURN11#RETURN<SPK> hello world </SPK><MSG> hello world </MSG>" + emptyKey(13);
     EXPECT_EQ(t.wire(expected.size()), expected);
-    EXPECT_EQ(f.txtServer.text(), "hello world\r\n");
-    EXPECT_TRUE(f.txtTextMsg.text().endsWith(": hello world\r\n"));
-    EXPECT_TRUE(f.txtTextMsg.text().startsWith(f.winsock(0).LocalHostName().toUpper() + ' '));
+    EXPECT_EQ(f.model().txtServer.text(), "hello world\r\n");
+    EXPECT_TRUE(f.model().txtTextMsg.text().endsWith(": hello world\r\n"));
+    EXPECT_TRUE(f.model().txtTextMsg.text().startsWith(f.session().winsock(0).LocalHostName().toUpper() + ' '));
 
     // Backspace takes the whole line break.
     t.typing().typeText("\b");
     EXPECT_EQ(t.wire(7), "^BK11#BK");
-    EXPECT_EQ(f.txtServer.text(), "hello world");
+    EXPECT_EQ(f.model().txtServer.text(), "hello world");
 
     t.copy.clipboard().setText("pasted");
     t.typing().mnuEditPaste_Click();
     EXPECT_EQ(t.wire(22), "<Paste> pasted</Paste>");
-    EXPECT_EQ(f.txtServer.text(), "hello worldpasted");
-    EXPECT_TRUE(f.PasteInProgress);
+    EXPECT_EQ(f.model().txtServer.text(), "hello worldpasted");
+    EXPECT_TRUE(f.session().PasteInProgress);
 
     t.typing().mnuClrScr_Click();
     EXPECT_EQ(t.wire(4), "^Clr");
-    EXPECT_EQ(f.txtServer.text(), "");
+    EXPECT_EQ(f.model().txtServer.text(), "");
     EXPECT_EQ(t.typing().localHistory, "hello worldpasted\r\n");
     EXPECT_EQ(t.typing().urlScanned, 0);
     EXPECT_EQ(t.typing().lineMark, 0);
@@ -75,11 +81,11 @@ TEST(LiveTypingWire, FirstKeyUnderEncryptionSendsTheKeyFrameOnce)
 {
     TypingPeer t(Settings{{"Encrypted", "1"}});
     FrmMain& f = t.frm();
-    f.encryptOn = true;
-    f.sessionKey = "10:15 AM";
+    f.encryption().encryptOn = true;
+    f.encryption().sessionKey = "10:15 AM";
     t.typing().typeText("h");
     const QByteArray expected = "tt:=10:15 AM=:tt" + kPresetFormat + "<KEY> " +
-                                toCp1252(f.encipher("h")) + " <:KEY>1</KEY>";
+                                toCp1252(f.encryption().encipher("h")) + " <:KEY>1</KEY>";
     EXPECT_EQ(t.wire(expected.size()), expected);
     EXPECT_TRUE(t.typing().keySent);
 
@@ -87,7 +93,7 @@ TEST(LiveTypingWire, FirstKeyUnderEncryptionSendsTheKeyFrameOnce)
     t.typing().typeText("\b");
     t.wire(7);
     t.typing().typeText("x");
-    EXPECT_EQ(t.wire(), "<KEY> " + toCp1252(f.encipher("x")) + " <:KEY>1</KEY>");
+    EXPECT_EQ(t.wire(), "<KEY> " + toCp1252(f.encryption().encipher("x")) + " <:KEY>1</KEY>");
 }
 
 TEST(LiveTypingWire, FormatGoesOutAgainWheneverThePaneIsEmptyWithoutKeyFrame)
@@ -137,7 +143,7 @@ TEST(LiveTypingWire, KeysBeforeOneReleaseGoOutInOrder)
         TypingPeer t;
         t.typing().typeText("q\b");  // the format is out of the way
         t.wire(kPresetFormat.size() + 20);
-        t.frm().txtServer.clear();
+        t.frm().model().txtServer.clear();
         for (const KeyStep& s : c.steps) {
             if (s.kind == KeyStep::Press)
                 t.typing().keyboardPress(s.code, 0, s.text);
@@ -147,7 +153,7 @@ TEST(LiveTypingWire, KeysBeforeOneReleaseGoOutInOrder)
         // A key on the empty pane brings the format again.
         const QByteArray got = t.wire(c.wire.size()).replace(kPresetFormat, "");
         EXPECT_EQ(got, c.wire);
-        EXPECT_EQ(t.frm().txtServer.text(), c.pane);
+        EXPECT_EQ(t.frm().model().txtServer.text(), c.pane);
         EXPECT_EQ(t.typing().PressCount, 0);
         EXPECT_FALSE(t.typing().keyTyping);
     }
@@ -162,7 +168,7 @@ TEST(LiveTypingWire, SingleKeysDeleteTabAndEsc)
 
     t.typing().typeText("ab\r\ncd");
     t.wire(60);
-    EXPECT_EQ(f.txtServer.text(), "ab\r\n\r\ncd");
+    EXPECT_EQ(f.model().txtServer.text(), "ab\r\n\r\ncd");
     // Delete with the caret at the end removes nothing but still reports.
     t.typing().typeText("\x7f");
     EXPECT_EQ(t.wire(), "^BK8#BK");
@@ -177,7 +183,7 @@ TEST(LiveTypingWire, SingleKeysDeleteTabAndEsc)
     t.typing().txtServer_KeyPress(esc);
     EXPECT_EQ(t.typing().PressCount, 0);
     t.typing().controlKey(esc);
-    EXPECT_EQ(f.txtServer.length(), 9);
+    EXPECT_EQ(f.model().txtServer.length(), 9);
     t.typing().txtServer_KeyUp(27, 0);
     EXPECT_FALSE(t.wire().contains('\x1b'));
 }
@@ -189,10 +195,10 @@ TEST(LiveTypingWire, TypingInTheMiddleGoesInThereAndTheWholeTextFollows)
     t.typing().followUpDelayMs = 10;
     t.typing().typeText("abc");
     t.wire();
-    f.txtServer.setSelStart(1);
+    f.model().txtServer.setSelStart(1);
     t.typing().typeText("d");
-    EXPECT_EQ(f.txtServer.text(), "adbc");
-    EXPECT_EQ(f.txtServer.selStart(), 2);
+    EXPECT_EQ(f.model().txtServer.text(), "adbc");
+    EXPECT_EQ(f.model().txtServer.selStart(), 2);
     EXPECT_EQ(t.wire(), key('d', 4) + "^Clr" + kPresetFormat + "<Paste> adbc</Paste>");
 }
 
@@ -201,12 +207,12 @@ TEST(LiveTypingWire, HeldKeyAtTheBoundWarnsAndSendsNothing)
     TypingPeer t;
     t.typing().typeText("q\b");
     t.wire(kPresetFormat.size() + 20);
-    t.frm().txtServer.clear();
+    t.frm().model().txtServer.clear();
     for (int i = 0; i < LiveTyping::kPressedKeysBound; ++i)
         t.typing().keyboardPress('Z', 0, "z");
     t.typing().keyboardRelease('Z', 0);
     EXPECT_EQ(t.copy.prompter().count("limit of sending the same character: 4900"), 1);
-    EXPECT_EQ(t.frm().txtServer.length(), LiveTyping::kPressedKeysBound);
+    EXPECT_EQ(t.frm().model().txtServer.length(), LiveTyping::kPressedKeysBound);
     EXPECT_EQ(t.wire().replace(kPresetFormat, ""), "");
 }
 
@@ -227,35 +233,35 @@ TEST(LiveTypingWire, DoubleByteRules)
     {
         SCOPED_TRACE("typed, encryption on: refused once and cut off");
         TypingPeer t(Settings{{"Encrypted", "1"}});
-        t.frm().sessionKey = "9:00 PM";
+        t.frm().encryption().sessionKey = "9:00 PM";
         t.typing().typeText("a");
         t.typing().typeText(han);
-        EXPECT_EQ(t.frm().txtServer.text(), "a");
+        EXPECT_EQ(t.frm().model().txtServer.text(), "a");
         EXPECT_EQ(t.copy.prompter().count("Double bytes characters sets"), 1);
         t.typing().typeText(han);
         // The refusal is shown once; what still reaches the cipher is its own failure.
         EXPECT_EQ(t.copy.prompter().count("Encryption Error: generated by"), 1);
-        EXPECT_EQ(t.frm().txtServer.text(), "a");
+        EXPECT_EQ(t.frm().model().txtServer.text(), "a");
     }
     {
         SCOPED_TRACE("typed before the end, encryption on: refused, nothing else is cut");
         TypingPeer t(Settings{{"Encrypted", "1"}});
-        t.frm().sessionKey = "9:00 PM";
+        t.frm().encryption().sessionKey = "9:00 PM";
         t.typing().typeText("abc");
-        t.frm().txtServer.setSelStart(1);
+        t.frm().model().txtServer.setSelStart(1);
         t.typing().controlInput(han);
-        EXPECT_EQ(t.frm().txtServer.text(), "abc");
+        EXPECT_EQ(t.frm().model().txtServer.text(), "abc");
         EXPECT_EQ(t.copy.prompter().count("Double bytes characters"), 1);
     }
     {
         SCOPED_TRACE("pasted, encryption on: the paste stops");
         TypingPeer t(Settings{{"Encrypted", "1"}});
-        t.frm().encryptOn = true;
+        t.frm().encryption().encryptOn = true;
         t.copy.clipboard().setText("ab" + han);
         t.typing().mnuEditPaste_Click();
         t.typing().mnuEditPaste_Click();
         EXPECT_EQ(t.copy.prompter().count("Please disconnect, turn off encryption and reconnect again!"), 1);
-        EXPECT_EQ(t.frm().txtServer.text(), "");
+        EXPECT_EQ(t.frm().model().txtServer.text(), "");
         EXPECT_EQ(t.wire(), "");
     }
 }
@@ -265,7 +271,7 @@ TEST(LiveTypingWire, TextLimitQuestion)
     for (const char* answer : {"no", "yes"}) {
         SCOPED_TRACE(answer);
         TypingPeer t;
-        t.frm().textLimit = 11;
+        t.frm().receiver().textLimit = 11;
         t.typing().typeText("abcdefghij");
         t.wire();
         t.copy.clipboard().setText("kept");
@@ -273,11 +279,11 @@ TEST(LiveTypingWire, TextLimitQuestion)
         t.typing().typeText("k");
         EXPECT_TRUE(t.copy.prompter().asked("You are approaching the limit of this area."));
         if (QByteArray(answer) == "no") {
-            EXPECT_EQ(t.frm().txtServer.text(), "abcdefghijk");
+            EXPECT_EQ(t.frm().model().txtServer.text(), "abcdefghijk");
             EXPECT_EQ(t.wire(), key('k', 11));
         } else {
             // The tail comes back through a paste, the key follows it.
-            EXPECT_EQ(t.frm().txtServer.text(), "abcdefghij...k");
+            EXPECT_EQ(t.frm().model().txtServer.text(), "abcdefghij...k");
             EXPECT_EQ(t.wire(), "^Clr<Paste> abcdefghij...</Paste>" + key('k', 14));
             EXPECT_EQ(t.copy.clipboard().text(), "kept");
         }

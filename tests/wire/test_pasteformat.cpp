@@ -1,5 +1,9 @@
 #include "core/IniStore.h"
 #include "wire/TypingPeer.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "wire/LiveTyping.h"
 
 #include <gtest/gtest.h>
 
@@ -70,13 +74,13 @@ TEST(FormatExchange, BetweenTwoCopiesOverTheWire)
     ASSERT_TRUE(connectCopies(a, b));
     const Look look = kLooks[3];
     apply(a.frm().typing().serverFormat, look);
-    b.frm().winsock(0).GetData();
+    b.frm().session().winsock(0).GetData();
     a.frm().typing().sentSetting();
     // Where the receive path takes the message itself the pane changes on
     // its own; otherwise the bytes wait on the socket.
     QByteArray bytes;
     waitUntil([&] {
-        bytes += b.frm().winsock(0).GetData();
+        bytes += b.frm().session().winsock(0).GetData();
         return bytes.contains("^>") || b.frm().typing().clientFormat.fontName() == look.font;
     }, 3000);
     if (!bytes.isEmpty()) {
@@ -107,14 +111,14 @@ TEST(FormatExchange, OverrideKeepsOwnLookAndAsksForTheOtherWhenReleased)
     LiveTyping& typing = t.typing();
     apply(typing.serverFormat, kLooks[2]);
     typing.mnuOverride_Click();
-    EXPECT_TRUE(t.frm().controls.checked("mnuOverride"));
-    EXPECT_TRUE(t.frm().controls.checked(toolbarButton(13)));
+    EXPECT_TRUE(t.frm().model().controls.checked("mnuOverride"));
+    EXPECT_TRUE(t.frm().model().controls.checked(toolbarButton(13)));
     expectLook(typing.clientFormat, kLooks[2]);
     typing.receiveFormat("^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>");
     expectLook(typing.clientFormat, kLooks[2]);
     EXPECT_EQ(t.wire(), "");
     typing.mnuOverride_Click();
-    EXPECT_FALSE(t.frm().controls.checked("mnuOverride"));
+    EXPECT_FALSE(t.frm().model().controls.checked("mnuOverride"));
     EXPECT_EQ(t.wire(), "^reFresh");
 }
 
@@ -190,13 +194,13 @@ TEST(Paste, ExactlyTheLimitGoesOutOneMoreIsRefused)
     t.copy.clipboard().setText(atLimit);
     t.typing().mnuEditPaste_Click();
     EXPECT_EQ(t.wire(2017), "<Paste> " + atLimit.toLatin1() + "</Paste>");
-    EXPECT_EQ(t.frm().txtServer.text(), atLimit);
+    EXPECT_EQ(t.frm().model().txtServer.text(), atLimit);
 
     t.copy.clipboard().setText(QString(2001, 'b'));
     t.typing().mnuEditPaste_Click();
     EXPECT_TRUE(t.copy.prompter().asked("You are senting data over the limit of this program. [Encryption Off]"));
     EXPECT_TRUE(t.copy.prompter().asked("Data: 2001\tMax.: 2000"));
-    EXPECT_EQ(t.frm().txtServer.text(), atLimit);
+    EXPECT_EQ(t.frm().model().txtServer.text(), atLimit);
     EXPECT_EQ(t.wire(), "");
 }
 
@@ -208,35 +212,35 @@ TEST(Paste, UnconnectedPasteOfAnyLengthOnlyEntersThePane)
     const QString big(9000, 'z');
     t.copy.clipboard().setText(big);
     t.typing().mnuEditPaste_Click();
-    EXPECT_EQ(t.frm().txtServer.text(), big);
+    EXPECT_EQ(t.frm().model().txtServer.text(), big);
     EXPECT_EQ(scanned, QStringList{big});
     EXPECT_FALSE(t.copy.prompter().asked("over the limit"));
-    EXPECT_FALSE(t.frm().PasteInProgress);
+    EXPECT_FALSE(t.frm().session().PasteInProgress);
 }
 
 TEST(Paste, EncryptedLimitCountsFullForPasteAndAtMost2500ForRefresh)
 {
     TypingPeer t(Settings{{"Paste Encrypted Text Limit", "5000"}, {"Encrypted", "1"}});
     FrmMain& f = t.frm();
-    f.encryptOn = true;
-    f.sessionKey = "1:00 PM";
+    f.encryption().encryptOn = true;
+    f.encryption().sessionKey = "1:00 PM";
     const QString text(4000, 'e');
     t.copy.clipboard().setText(text);
     t.typing().mnuEditPaste_Click();
-    const QByteArray expected = "<Paste> " + toCp1252(f.encipher(text)) + "</Paste>";
+    const QByteArray expected = "<Paste> " + toCp1252(f.encryption().encipher(text)) + "</Paste>";
     EXPECT_EQ(t.wire(expected.size()), expected);
     EXPECT_FALSE(t.copy.prompter().asked("over the limit"));
 
-    f.remoteEncrypted = true;
-    f.txtClient().setText(QString(3000, 'r'));
+    f.encryption().remoteEncrypted = true;
+    f.model().txtClient(f.session().sIdx).setText(QString(3000, 'r'));
     t.typing().mnuRefresh_Click();
-    EXPECT_EQ(f.txtClient().length(), 3000);
+    EXPECT_EQ(f.model().txtClient(f.session().sIdx).length(), 3000);
     EXPECT_EQ(t.wire(), "");
-    EXPECT_FALSE(f.controls.enabled("mnuRefresh"));  // until the next arrival
+    EXPECT_FALSE(f.model().controls.enabled("mnuRefresh"));  // until the next arrival
 
-    f.txtClient().setText(QString(2400, 'r'));
+    f.model().txtClient(f.session().sIdx).setText(QString(2400, 'r'));
     t.typing().mnuRefresh_Click();
-    EXPECT_EQ(f.txtClient().length(), 0);
+    EXPECT_EQ(f.model().txtClient(f.session().sIdx).length(), 0);
     EXPECT_EQ(t.wire(), "^reFresh");
     EXPECT_TRUE(t.typing().refreshAwaited);
 }
@@ -247,16 +251,16 @@ TEST(Paste, RefreshAndClearWithoutConnection)
     FrmMain& f = t.frm();
     int updates = 0;
     t.typing().localAddressUpdate = [&] { ++updates; };
-    f.txtClient(0).setText("remote");
-    f.txtServer.setText("local");
+    f.model().txtClient(0).setText("remote");
+    f.model().txtServer.setText("local");
     t.typing().mnuRefresh_Click();
     EXPECT_EQ(updates, 1);
-    EXPECT_TRUE(f.controls.enabled("mnuRefresh"));
-    EXPECT_TRUE(f.controls.enabled(toolbarButton(3)));
-    EXPECT_EQ(f.txtClient(0).text(), "remote");
+    EXPECT_TRUE(f.model().controls.enabled("mnuRefresh"));
+    EXPECT_TRUE(f.model().controls.enabled(toolbarButton(3)));
+    EXPECT_EQ(f.model().txtClient(0).text(), "remote");
     t.typing().mnuClrScr_Click();
-    EXPECT_EQ(f.txtClient(0).text(), "");
-    EXPECT_EQ(f.txtServer.text(), "");
+    EXPECT_EQ(f.model().txtClient(0).text(), "");
+    EXPECT_EQ(f.model().txtServer.text(), "");
     EXPECT_EQ(t.typing().localHistory, "local\r\n");
 }
 
@@ -265,7 +269,7 @@ TEST(Paste, ShiftInsertSendsAndTheControlInsertsOnce)
     TypingPeer t;
     t.copy.clipboard().setText("ins");
     t.typing().keyboardPress(LiveTyping::vbKeyInsert, LiveTyping::vbShiftMask, "");
-    EXPECT_EQ(t.frm().txtServer.text(), "ins");
+    EXPECT_EQ(t.frm().model().txtServer.text(), "ins");
     EXPECT_EQ(t.wire(), "<Paste> ins</Paste>");
 }
 

@@ -8,6 +8,11 @@
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "access/Encryption.h"
+#include "core/Sender.h"
+#include "core/CopyContext.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -38,10 +43,10 @@ protected:
     {
         ASSERT_TRUE(copy.start());
         acceptRawPeer(copy, peer);
-        ASSERT_TRUE(f().IsConnected());
-        f().selfRepair = false;
-        f().acceptIncompatible = false;
-        f().overflowLimit = 50;
+        ASSERT_TRUE(f().session().IsConnected());
+        f().receiver().selfRepair = false;
+        f().receiver().acceptIncompatible = false;
+        f().receiver().overflowLimit = 50;
         // The pane's look that the refresh answer sends has tests of its own.
         QObject::disconnect(&r(), &Receiver::refreshAnswerNeedsSettings, nullptr, nullptr);
         readFor(peer, 50);
@@ -49,7 +54,7 @@ protected:
     FrmMain& f() { return copy.frm(); }
     Receiver& r() { return f().receiver(); }
     void arrive(const QString& text) { r().handleArrival(0, toCp1252(text)); }
-    QString pane() { return f().txtClient(0).text(); }
+    QString pane() { return f().model().txtClient(0).text(); }
 
     TestCopy copy;
     QTcpSocket peer;
@@ -120,13 +125,13 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
     for (const PaneCase& c : cases) {
         SCOPED_TRACE(c.name);
         r().remotePane().beginSession();
-        f().txtClient(0).setText(c.before);
-        f().selfRepair = c.repair;
-        f().acceptIncompatible = c.acceptIncompatible;
-        f().overflowLimit = c.overflow;
+        f().model().txtClient(0).setText(c.before);
+        f().receiver().selfRepair = c.repair;
+        f().receiver().acceptIncompatible = c.acceptIncompatible;
+        f().receiver().overflowLimit = c.overflow;
         arrive(c.arrival);
         EXPECT_EQ(pane(), c.after);
-        EXPECT_TRUE(f().IsConnected());
+        EXPECT_TRUE(f().session().IsConnected());
         EXPECT_FALSE(r().remotePane().repairPending());
     }
     EXPECT_TRUE(readFor(peer, 100).isEmpty()) << "none of these asks the peer for anything";
@@ -135,9 +140,9 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
 
 TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
 {
-    f().txtClient(0).setText("first");
+    f().model().txtClient(0).setText("first");
     arrive("^Clr");
-    f().txtClient(0).setText("second");
+    f().model().txtClient(0).setText("second");
     arrive("^Clr");
     EXPECT_EQ(pane(), "");
     EXPECT_EQ(r().remoteHistory, "\r\nfirst\r\nsecond");
@@ -146,10 +151,10 @@ TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
 TEST_F(Receive, AKnownDifferenceAsksOnceForTheWholeText)
 {
     RemotePane& rp = r().remotePane();
-    f().selfRepair = true;
-    f().repairCountLimit = 50;
+    f().receiver().selfRepair = true;
+    f().receiver().repairCountLimit = 50;
     rp.repairDelayMs = 30;
-    f().txtClient(0).setText("abc");
+    f().model().txtClient(0).setText("abc");
     // A key behind the pane is dropped: the pane is known to differ.
     arrive("<KEY> x <:KEY>2</KEY>");
     EXPECT_FALSE(rp.inStep());
@@ -175,8 +180,8 @@ TEST_F(Receive, AKnownDifferenceAsksOnceForTheWholeText)
 
 TEST_F(Receive, AfterRefreshNothingIsGuessedUntilTheAnswerComes)
 {
-    f().selfRepair = true;
-    f().txtClient(0).setText("abcd");
+    f().receiver().selfRepair = true;
+    f().model().txtClient(0).setText("abcd");
     f().typing().mnuRefresh_Click();
     EXPECT_EQ(readAtLeast(peer, 8), "^reFresh");
     // Typed before the answer left: its position runs ahead of the emptied
@@ -192,11 +197,11 @@ TEST_F(Receive, AfterRefreshNothingIsGuessedUntilTheAnswerComes)
 TEST_F(Receive, RepairsAreCountedPerSession)
 {
     RemotePane& rp = r().remotePane();
-    f().selfRepair = true;
-    f().repairCountLimit = 1;
+    f().receiver().selfRepair = true;
+    f().receiver().repairCountLimit = 1;
     rp.repairDelayMs = 10;
     rp.repairCount = 2;  // above the limit: as if repair were off
-    f().txtClient(0).setText("ab");
+    f().model().txtClient(0).setText("ab");
     arrive("<KEY> q <:KEY>1</KEY>^SPC5#SPC");
     EXPECT_EQ(pane(), "ab   ");
     EXPECT_FALSE(rp.repairPending());
@@ -224,7 +229,7 @@ TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
     QTcpSocket peer;
     acceptRawPeer(copy, peer);
     readFor(peer, 50);
-    copy.frm().txtServer.setText("hi");
+    copy.frm().model().txtServer.setText("hi");
     copy.frm().receiver().handleArrival(0, "^reFresh");
     QByteArray got;
     waitUntil([&] { got += peer.readAll(); return got.endsWith("</Paste>"); });
@@ -235,15 +240,15 @@ TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
 TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
 {
     Spy settings(&r(), &Receiver::refreshAnswerNeedsSettings);
-    f().txtServer.setText("hello world");
+    f().model().txtServer.setText("hello world");
     arrive("^reFresh");
     EXPECT_EQ(readAtLeast(peer, 31), "^Clr<Paste> hello world</Paste>");
     EXPECT_EQ(settings.count(), 1);
     EXPECT_TRUE(r().refreshAnswered);
 
     // Under encryption the key goes first, and the text is enciphered.
-    f().encryptOn = true;
-    f().sessionKey = "03:25 PM";
+    f().encryption().encryptOn = true;
+    f().encryption().sessionKey = "03:25 PM";
     arrive("^reFresh");
     const QByteArray cipher = genEPass("hello world", "03:25 PM");
     EXPECT_EQ(readAtLeast(peer, 16 + 4 + 16 + cipher.size()),
@@ -259,9 +264,9 @@ TEST_F(Receive, KeyFramesAreTakenOutAndNeverStallTheTextBehindThem)
     const QString key = "03:25 PM";
     const QString hi = fromCp1252(genEPass("hi", toCp1252(key)));
     arrive("tt:=" + key + "=:tt<Paste> " + hi + "</Paste>");
-    EXPECT_TRUE(f().remoteEncrypted);
-    EXPECT_EQ(f().remoteKey, key);
-    EXPECT_EQ(f().stStatusbar.text(9), "E");
+    EXPECT_TRUE(f().encryption().remoteEncrypted);
+    EXPECT_EQ(f().encryption().remoteKey, key);
+    EXPECT_EQ(f().model().stStatusbar.text(9), "E");
     EXPECT_EQ(pane(), "hi");
 
     // The peer repeats its key at its first typing and with each resend:
@@ -269,27 +274,27 @@ TEST_F(Receive, KeyFramesAreTakenOutAndNeverStallTheTextBehindThem)
     const QString c = fromCp1252(genEPass("!", toCp1252(key)));
     arrive("tt:=" + key + "=:tt<KEY> " + c + " <:KEY>3</KEY>");
     EXPECT_EQ(pane(), "hi!");
-    EXPECT_EQ(f().remoteKey, key);
+    EXPECT_EQ(f().encryption().remoteKey, key);
 
     // A key that changed is the one the text comes under from then on.
     const QString other = "01:00 AM";
     const QString ok = fromCp1252(genEPass("ok", toCp1252(other)));
     arrive("tt:=" + other + "=:tt<Paste> " + ok + "</Paste>");
-    EXPECT_EQ(f().remoteKey, other);
+    EXPECT_EQ(f().encryption().remoteKey, other);
     EXPECT_EQ(pane(), "hi!ok");
 
     // Only a frame without its end still stalls what follows it.
     arrive("tt:=02:00 AM<Paste> x</Paste>");
     EXPECT_EQ(pane(), "hi!ok");
-    EXPECT_EQ(f().remoteKey, other);
+    EXPECT_EQ(f().encryption().remoteKey, other);
 }
 
 TEST_F(Receive, RecordLinesCarryNameAndTime)
 {
-    f().PeerHostName = "buddy";
+    f().session().PeerHostName = "buddy";
     arrive("<MSG> hello there </MSG>");
     arrive("<MSG> no end");
-    const QStringList lines = f().txtTextMsg.text().split("\r\n");
+    const QStringList lines = f().model().txtTextMsg.text().split("\r\n");
     ASSERT_EQ(lines.size(), 3);
     EXPECT_TRUE(lines[0].startsWith("BUDDY ")) << lines[0].toStdString();
     EXPECT_TRUE(lines[0].endsWith(": hello there"));
@@ -313,7 +318,7 @@ TEST_F(Receive, FeatureMessagesReachTheirSignals)
     EXPECT_EQ(fetch.count(), 1);
 
     const QString fmt = "^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>";
-    f().txtClient(0).setText("ab");
+    f().model().txtClient(0).setText("ab");
     arrive(fmt + "^SPC3#SPC");
     ASSERT_EQ(format.count(), 1);
     EXPECT_EQ(format[0][0].toString(), fmt);
@@ -395,11 +400,11 @@ TEST_F(Receive, DefaultFileConsumption)
 
 TEST_F(Receive, NoArrivalGrowsThePaneWithoutBound)
 {
-    f().txtClient(0).setText("ab");
+    f().model().txtClient(0).setText("ab");
     arrive("^SPC2147483647#SPC");
     EXPECT_LE(pane().size(), 1 << 20);
     EXPECT_GT(pane().size(), 2);
-    f().txtClient(0).clear();
+    f().model().txtClient(0).clear();
     arrive("^RETURN99999999999#RETURN");  // beyond 32 bits: not a number
     EXPECT_EQ(pane(), "");
     arrive("^RETURN2147483647#RETURN");
@@ -429,34 +434,34 @@ TEST_F(Receive, HostileArrivalsLeaveTheCopyAnswering)
     peer.flush();
     pump(1500);
     EXPECT_LT(t.elapsed(), 20000);
-    ASSERT_TRUE(f().IsConnected());
-    EXPECT_LE(f().txtClient(0).length(), 1 << 21);
+    ASSERT_TRUE(f().session().IsConnected());
+    EXPECT_LE(f().model().txtClient(0).length(), 1 << 21);
 
     // Still answering.
     readFor(peer, 50);
-    f().txtServer.setText("alive");
-    f().encryptOn = false;
+    f().model().txtServer.setText("alive");
+    f().encryption().encryptOn = false;
     peer.write("^reFresh");
     EXPECT_TRUE(readAtLeast(peer, 25).endsWith("^Clr<Paste> alive</Paste>"));
 }
 
 TEST_F(Receive, ArrivalsThroughTheSocketReachThePane)
 {
-    f().RemoteResponded = false;
+    f().session().RemoteResponded = false;
     peer.write("<KEY> a <:KEY>1</KEY>");
     ASSERT_TRUE(waitUntil([&] { return pane() == "a"; }));
-    EXPECT_TRUE(f().RemoteResponded);
-    EXPECT_EQ(f().stStatusbar.text(3), "0 - 1");
-    EXPECT_EQ(f().stStatusbar.panel(1).picture, StatePicture::picReady);
-    EXPECT_EQ(f().arrivedLength, 21);
+    EXPECT_TRUE(f().session().RemoteResponded);
+    EXPECT_EQ(f().model().stStatusbar.text(3), "0 - 1");
+    EXPECT_EQ(f().model().stStatusbar.panel(1).picture, StatePicture::picReady);
+    EXPECT_EQ(f().session().arrivedLength, 21);
 }
 
 // A frame lost on the way is healed: the receiver asks for a resend and
 // the answer rebuilds its pane.
 TEST_F(Receive, ADroppedFrameIsHealedByTheRepair)
 {
-    f().selfRepair = true;
-    f().repairCountLimit = 50;
+    f().receiver().selfRepair = true;
+    f().receiver().repairCountLimit = 50;
     r().remotePane().repairDelayMs = 20;
     peer.write("<KEY> a <:KEY>1</KEY>");
     ASSERT_TRUE(waitUntil([&] { return pane() == "a"; }));
@@ -474,16 +479,16 @@ TEST(ReceiveTwoCopies, RepairBetweenTwoCopiesRestoresThePane)
     ASSERT_TRUE(a.start());
     ASSERT_TRUE(b.start());
     ASSERT_TRUE(connectCopies(a, b));
-    b.frm().selfRepair = true;
-    b.frm().repairCountLimit = 50;
+    b.frm().receiver().selfRepair = true;
+    b.frm().receiver().repairCountLimit = 50;
     b.frm().receiver().remotePane().repairDelayMs = 20;
-    a.frm().txtServer.setText("hello world");
-    b.frm().txtClient(0).setText("hel");
+    a.frm().model().txtServer.setText("hello world");
+    b.frm().model().txtClient(0).setText("hel");
     // The rest of the word got lost in a frame that lost its end.
     b.frm().receiver().handleArrival(0, "<KEY> l <:KEY>");
-    a.frm().xSendData("^SPC6#SPC");
-    EXPECT_TRUE(waitUntil([&] { return b.frm().txtClient(0).text() == "hello world"; }))
-        << b.frm().txtClient(0).text().toStdString();
+    a.frm().sender().xSendData("^SPC6#SPC");
+    EXPECT_TRUE(waitUntil([&] { return b.frm().model().txtClient(0).text() == "hello world"; }))
+        << b.frm().model().txtClient(0).text().toStdString();
 }
 
 }  // namespace
@@ -498,15 +503,15 @@ TEST_F(Receive, VersionFrameIsCheckedOnlyWhenAskedFor)
     EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
 
     copy.set("Version Check", "1");
-    arrive("!ver. " + f().VersionString + " ver!<Paste> b</Paste>");
+    arrive("!ver. " + f().ctx().VersionString + " ver!<Paste> b</Paste>");
     EXPECT_EQ(pane(), "ab");
     EXPECT_FALSE(copy.prompter().asked("Version Conflict"));
-    EXPECT_TRUE(f().IsConnected());
+    EXPECT_TRUE(f().session().IsConnected());
 
     arrive("!ver. Vonnel 2.0.0 ver!");
     EXPECT_TRUE(copy.prompter().asked("Version Conflict"));
     EXPECT_TRUE(copy.prompter().asked("Remote user's version - Vonnel 2.0.0"));
-    EXPECT_FALSE(f().IsConnected()) << "a conflicting version ends the session";
+    EXPECT_FALSE(f().session().IsConnected()) << "a conflicting version ends the session";
 }
 
 }  // namespace

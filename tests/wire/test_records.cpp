@@ -7,6 +7,9 @@
 #include "connection/Connection.h"
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "platform/Winsock.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -42,23 +45,23 @@ TEST(SessionRecord, PeerShutDownEndsTheSessionAndWritesTheRecord)
     QTcpSocket peer;
     acceptRawPeer(copy, peer);
     FrmMain& f = copy.frm();
-    ASSERT_TRUE(f.IsConnected());
-    f.PeerHostName = "buddy";
+    ASSERT_TRUE(f.session().IsConnected());
+    f.session().PeerHostName = "buddy";
 
     peer.write("<MSG> first line </MSG>");
-    ASSERT_TRUE(waitUntil([&] { return f.txtTextMsg.text().contains("first line"); }));
+    ASSERT_TRUE(waitUntil([&] { return f.model().txtTextMsg.text().contains("first line"); }));
     peer.write("<MSG> second line </MSG>");
-    ASSERT_TRUE(waitUntil([&] { return f.txtTextMsg.text().contains("second line"); }));
+    ASSERT_TRUE(waitUntil([&] { return f.model().txtTextMsg.text().contains("second line"); }));
     const QDateTime before = QDateTime::currentDateTime();
     peer.write("^SD");
-    ASSERT_TRUE(waitUntil([&] { return !f.IsConnected(); }));
+    ASSERT_TRUE(waitUntil([&] { return !f.session().IsConnected(); }));
     const QDateTime after = QDateTime::currentDateTime();
 
-    EXPECT_EQ(f.winsock(0).State(), Winsock::sckListening);
-    EXPECT_FALSE(f.RemoteResponded);
-    EXPECT_TRUE(f.txtClient(0).text().endsWith("\r\n[  Closed  ]"));
-    EXPECT_FALSE(f.txtClient(0).enabled());
-    EXPECT_TRUE(f.controls.enabled("mnuSave"));
+    EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
+    EXPECT_FALSE(f.session().RemoteResponded);
+    EXPECT_TRUE(f.model().txtClient(0).text().endsWith("\r\n[  Closed  ]"));
+    EXPECT_FALSE(f.model().txtClient(0).enabled());
+    EXPECT_TRUE(f.model().controls.enabled("mnuSave"));
     EXPECT_TRUE(waitUntil([&] { return peer.state() != QAbstractSocket::ConnectedState; }));
     EXPECT_EQ(copy.get("Connection Count"), "5");
 
@@ -83,7 +86,7 @@ TEST(SessionRecord, SmartSaveHonoursTheSwitchAndTheFolder)
     TestCopy copy(0, {{"No SmartSave", "1"}, {"Connection Count", "0"}});
     ASSERT_TRUE(copy.start());
     FrmMain& f = copy.frm();
-    f.txtTextMsg.setText("LINE\r\n");
+    f.model().txtTextMsg.setText("LINE\r\n");
     f.records().SmartSave();
     EXPECT_EQ(copy.get("Connection Count"), "1") << "counted even when saving is off";
     EXPECT_TRUE(records(copy.appPath()).isEmpty());
@@ -108,9 +111,9 @@ TEST(SessionRecord, SaveAsWritesTheChosenForm)
     TestCopy copy;
     ASSERT_TRUE(copy.start());
     FrmMain& f = copy.frm();
-    f.txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
-    f.txtServer.setText("local text");
-    f.txtClient(0).setText("remote text");
+    f.model().txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
+    f.model().txtServer.setText("local text");
+    f.model().txtClient(0).setText("remote text");
 
     const QString msg = copy.appPath() + "msg";
     copy.prompter().addAnswers({"file2:" + msg});
@@ -134,7 +137,7 @@ TEST(SessionRecord, SaveAsWritesTheChosenForm)
 
     // An existing file is kept when the user says No.
     copy.prompter().addAnswers({"file2:" + msg + ".txt", "No"});
-    f.txtTextMsg.setText("changed");
+    f.model().txtTextMsg.setText("changed");
     f.records().mnuSave_Click();
     EXPECT_TRUE(copy.prompter().asked("is already exist."));
     EXPECT_EQ(readText(msg + ".txt"), m);
@@ -156,15 +159,15 @@ TEST(SessionRecord, OnlyAnOpenedSessionLeavesARecordAndOnlyOne)
     ASSERT_TRUE(copy.start());
     FrmMain& f = copy.frm();
     // A call that never connected ends without a session.
-    Q_EMIT f.sessionEnded();
+    Q_EMIT f.session().sessionEnded();
     EXPECT_TRUE(records(copy.appPath()).isEmpty());
     EXPECT_EQ(copy.get("Connection Count"), "0");
 
     // A session whose end is reported twice, neither time with its end time.
-    Q_EMIT f.sessionOpened();
-    f.txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
-    Q_EMIT f.sessionEnded();
-    Q_EMIT f.sessionEnded();
+    Q_EMIT f.session().sessionOpened();
+    f.model().txtTextMsg.setText("ME 1:00:00 PM: hi\r\n");
+    Q_EMIT f.session().sessionEnded();
+    Q_EMIT f.session().sessionEnded();
     EXPECT_EQ(copy.get("Connection Count"), "1");
     const QString header = headerOf(copy.appPath());
     EXPECT_TRUE(QRegularExpression(" - \\d{1,2}:\\d\\d:\\d\\d [AP]M$").match(header).hasMatch())
@@ -184,14 +187,14 @@ TEST(SessionRecord, BothSidesStampTheEndAndKeepPlainLinesUnderEncryption)
     // b took the call with encryption on: its key went out then, and again
     // with its first key, right in front of its first typed frames.
     b.frm().typing().typeText("first secret line\r");
-    ASSERT_TRUE(waitUntil([&] { return a.frm().txtTextMsg.text().contains(": first secret line"); }))
-        << a.frm().txtTextMsg.text().toStdString();
-    EXPECT_EQ(a.frm().txtClient(0).text(), "first secret line\r\n");
+    ASSERT_TRUE(waitUntil([&] { return a.frm().model().txtTextMsg.text().contains(": first secret line"); }))
+        << a.frm().model().txtTextMsg.text().toStdString();
+    EXPECT_EQ(a.frm().model().txtClient(0).text(), "first secret line\r\n");
     a.frm().typing().typeText("reply\r");
-    ASSERT_TRUE(waitUntil([&] { return b.frm().txtTextMsg.text().contains(": reply"); }));
+    ASSERT_TRUE(waitUntil([&] { return b.frm().model().txtTextMsg.text().contains(": reply"); }));
 
     a.frm().connection().mnuDisconnect_Click();
-    ASSERT_TRUE(waitUntil([&] { return !b.frm().IsConnected() && !a.frm().IsConnected(); }));
+    ASSERT_TRUE(waitUntil([&] { return !b.frm().session().IsConnected() && !a.frm().session().IsConnected(); }));
     ASSERT_TRUE(waitUntil([&] { return records(b.appPath() + "rec/").size() == 1; }));
     for (TestCopy* c : {&a, &b}) {
         const QString folder = c->appPath() + "rec/";

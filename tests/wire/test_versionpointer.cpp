@@ -7,6 +7,9 @@
 #include "support/Session.h"
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
+#include "connection/Session.h"
+#include "platform/Prompter.h"
+#include "core/CopyContext.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +24,7 @@ protected:
     {
         ASSERT_TRUE(copy.start());
         acceptRawPeer(copy, peer);
-        ASSERT_TRUE(f().IsConnected());
+        ASSERT_TRUE(f().session().IsConnected());
         readFor(peer, 50);
         copy.cursor().changes.clear();
     }
@@ -50,9 +53,9 @@ TEST_P(VersionConflict, TheUpdateStepRunsAfterTheBoxAndTheSessionEnds)
     copy.set("UpdateParam", c.param);
 
     // The same version: no box, no update.
-    arrive("!ver. " + f().VersionString + " ver!");
+    arrive("!ver. " + f().ctx().VersionString + " ver!");
     EXPECT_TRUE(copy.desktop().opened.isEmpty());
-    EXPECT_TRUE(f().IsConnected());
+    EXPECT_TRUE(f().session().IsConnected());
 
     arrive(QStringLiteral("!ver. Vonnel 0.9.1 ver!"));
     EXPECT_TRUE(copy.prompter().asked("Version Conflict"));
@@ -60,7 +63,7 @@ TEST_P(VersionConflict, TheUpdateStepRunsAfterTheBoxAndTheSessionEnds)
     for (QString s : c.opened)
         expected << s.replace(QLatin1String("APP/"), copy.appPath());
     EXPECT_EQ(copy.desktop().opened, expected);
-    EXPECT_FALSE(f().IsConnected());
+    EXPECT_FALSE(f().session().IsConnected());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -76,18 +79,18 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(Peer, TheBlockingWaitShowsTheWaitPointerAndRestoresIt)
 {
     double s = 0.02;
-    f().idleDelay(s);
+    f().session().idleDelay(s);
     EXPECT_EQ(pointer(), (QStringList{"wait", "normal"}));
 
     pointer().clear();
     s = 0.02;
-    f().idleDelay(s, true);
+    f().session().idleDelay(s, true);
     EXPECT_TRUE(pointer().isEmpty()) << "keepPointer leaves the pointer as it is";
 
     // No wait at all (zero seconds, no Connect Idle): the pointer is not touched.
     copy.set("Connect Idle", "");
     s = 0;
-    f().idleDelay(s);
+    f().session().idleDelay(s);
     EXPECT_TRUE(pointer().isEmpty());
     EXPECT_FALSE(copy.cursor().waiting);
 }
@@ -101,7 +104,7 @@ TEST_F(Peer, APasteThatGoesOutShowsTheWaitPointerForTheSendOnly)
 
     // Refused for its length: nothing goes out, the pointer never changes.
     pointer().clear();
-    copy.clipboard().setText(QString(f().textLimit + 1, QLatin1Char('x')));
+    copy.clipboard().setText(QString(f().receiver().textLimit + 1, QLatin1Char('x')));
     f().typing().mnuEditPaste_Click();
     EXPECT_TRUE(copy.prompter().asked("over the limit"));
     EXPECT_TRUE(pointer().isEmpty());

@@ -9,6 +9,8 @@
 
 #include "core/IniStore.h"
 #include "wire/TypingPeer.h"
+#include "connection/Session.h"
+#include "access/Encryption.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -117,8 +119,8 @@ void plainScript(TypingPeer& p)
 
 void encryptedScript(TypingPeer& p)
 {
-    p.frm().encryptOn = true;
-    p.frm().sessionKey = QStringLiteral("10:15 AM");
+    p.frm().encryption().encryptOn = true;
+    p.frm().encryption().sessionKey = QStringLiteral("10:15 AM");
     LiveTyping& t = p.typing();
     t.typeText("Hi there");
     t.typeText("\r");
@@ -142,7 +144,7 @@ TEST(WireBytes, TypingAtTheEndSendsExactlyTheRecordedFrames)
     for (const Recorded& r : scripts) {
         SCOPED_TRACE(r.file);
         TypingPeer p(r.settings);
-        ASSERT_TRUE(p.frm().IsConnected());
+        ASSERT_TRUE(p.frm().session().IsConnected());
         r.script(p);
         // Long enough for anything that would follow the typing late.
         const QByteArray got = readFor(p.peer, 600);

@@ -5,6 +5,8 @@
 #include "access/PasswordStore.h"
 #include "shell/FrmMain.h"
 #include "wire/PaneFormat.h"
+#include "core/MainModel.h"
+#include "core/CopyContext.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -52,14 +54,14 @@ QPixmap lockPicture(bool closed, int size)
 SecurityDialog::SecurityDialog(FrmMain& frm, QWidget* parent)
     : QDialog(parent),
       m_frm(frm),
-      m_form(std::make_unique<FrmSecurity>(frm, frm.encryption().passwords())),
+      m_form(std::make_unique<FrmSecurity>(frm.ctx(), frm.encryption().passwords())),
       m_pass1(new QLineEdit(this)),
       m_pass2(new QLineEdit(this)),
       m_stLock(new QLabel(this)),
       m_awLock(new QLabel(this))
 {
     setObjectName(QStringLiteral("frmSecurity"));
-    setWindowTitle(FrmMain::kTitle + QStringLiteral(" - ") + frm.translate(QStringLiteral("Security")));
+    setWindowTitle(MainModel::kTitle + QStringLiteral(" - ") + frm.ctx().translate(QStringLiteral("Security")));
     setModal(true);
     m_pass1->setObjectName(QStringLiteral("txtPass1"));
     m_pass2->setObjectName(QStringLiteral("txtPass2"));
@@ -70,20 +72,20 @@ SecurityDialog::SecurityDialog(FrmMain& frm, QWidget* parent)
         box->setReadOnly(true);  // changed only through the Set buttons
         box->setMinimumWidth(160);
     }
-    auto* set1 = new QPushButton(frm.translate(QStringLiteral("Set"), QStringLiteral("&Set...")), this);
+    auto* set1 = new QPushButton(frm.ctx().translate(QStringLiteral("Set"), QStringLiteral("&Set...")), this);
     set1->setObjectName(QStringLiteral("cmdSetPass1"));
-    auto* set2 = new QPushButton(frm.translate(QStringLiteral("Set"), QStringLiteral("S&et...")), this);
+    auto* set2 = new QPushButton(frm.ctx().translate(QStringLiteral("Set"), QStringLiteral("S&et...")), this);
     set2->setObjectName(QStringLiteral("cmdSetPass2"));
-    auto* ok = new QPushButton(frm.translate(QStringLiteral("OK"), QStringLiteral("&OK")), this);
+    auto* ok = new QPushButton(frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("&OK")), this);
     ok->setObjectName(QStringLiteral("OKButton"));
     ok->setDefault(true);
-    auto* help = new QPushButton(frm.translate(QStringLiteral("Help"), QStringLiteral("&Help")), this);
+    auto* help = new QPushButton(frm.ctx().translate(QStringLiteral("Help"), QStringLiteral("&Help")), this);
     help->setObjectName(QStringLiteral("cmdHelp"));
 
     auto heading = [&frm, this](const QString& text, const QString& note) {
         auto* l = new QLabel(QStringLiteral("<b>%1</b><br><small>%2</small>")
-                                 .arg(frm.translate(text).toHtmlEscaped(),
-                                      frm.translate(note).toHtmlEscaped()),
+                                 .arg(frm.ctx().translate(text).toHtmlEscaped(),
+                                      frm.ctx().translate(note).toHtmlEscaped()),
                              this);
         l->setWordWrap(true);
         return l;
@@ -151,13 +153,13 @@ void SecurityDialog::OKButton_Click()
 EncryptDialog::EncryptDialog(FrmMain& frm, QWidget* parent)
     : QDialog(parent),
       m_frm(frm),
-      m_form(std::make_unique<FrmEncrypt>(frm)),
+      m_form(std::make_unique<FrmEncrypt>(frm.ctx(), frm.encryption())),
       m_key(new QLineEdit(this)),
       m_text(new QPlainTextEdit(this)),
       m_result(new QPlainTextEdit(this))
 {
     setObjectName(QStringLiteral("frmEncrypt"));
-    setWindowTitle(frm.translate(FrmEncrypt::title()));
+    setWindowTitle(frm.ctx().translate(FrmEncrypt::title()));
     m_form->Form_Load();
     m_key->setObjectName(QStringLiteral("txtKey"));
     m_text->setObjectName(QStringLiteral("txtText"));
@@ -168,7 +170,7 @@ EncryptDialog::EncryptDialog(FrmMain& frm, QWidget* parent)
     encrypt->setObjectName(QStringLiteral("cmdEncrypt"));
     auto* decrypt = new QPushButton(m_form->captionDecrypt, this);
     decrypt->setObjectName(QStringLiteral("cmdDecrypt"));
-    auto* help = new QPushButton(frm.translate(QStringLiteral("Help"), QStringLiteral("&Help")), this);
+    auto* help = new QPushButton(frm.ctx().translate(QStringLiteral("Help"), QStringLiteral("&Help")), this);
     help->setObjectName(QStringLiteral("cmdHelp"));
 
     // The colour pair applies when the colour switch is on.

@@ -5,6 +5,8 @@
 #include "connection/LoginDialog.h"
 #include "connection/PropertyDialog.h"
 #include "shell/FrmMain.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -37,7 +39,7 @@ class LoginWindow : public QDialog {
 public:
     LoginWindow(FrmMain& frm, LoginDialog& d, QWidget* parent) : QDialog(parent), m_d(d)
     {
-        setWindowTitle(frm.translate(QStringLiteral("Connect"), QStringLiteral("Connect")));
+        setWindowTitle(frm.ctx().translate(QStringLiteral("Connect"), QStringLiteral("Connect")));
         m_address = new QComboBox(this);
         m_address->setEditable(true);
         m_port = new QLineEdit(this);
@@ -48,17 +50,17 @@ public:
         auto* frameLayout = new QVBoxLayout(m_frame);
         frameLayout->addWidget(m_status);
         frameLayout->addWidget(m_report);
-        m_ok = new QPushButton(frm.translate(QStringLiteral("OK"), QStringLiteral("OK")), this);
-        m_cancel = new QPushButton(frm.translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")), this);
+        m_ok = new QPushButton(frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("OK")), this);
+        m_cancel = new QPushButton(frm.ctx().translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")), this);
         m_abort = new QPushButton(this);
-        auto* clear = new QPushButton(frm.translate(QStringLiteral("Clear"), QStringLiteral("Clear")), this);
-        auto* browse = new QPushButton(frm.translate(QStringLiteral("Browse"), QStringLiteral("Browse...")), this);
-        auto* help = new QPushButton(frm.translate(QStringLiteral("Help"), QStringLiteral("Help")), this);
+        auto* clear = new QPushButton(frm.ctx().translate(QStringLiteral("Clear"), QStringLiteral("Clear")), this);
+        auto* browse = new QPushButton(frm.ctx().translate(QStringLiteral("Browse"), QStringLiteral("Browse...")), this);
+        auto* help = new QPushButton(frm.ctx().translate(QStringLiteral("Help"), QStringLiteral("Help")), this);
         m_ok->setDefault(true);
 
         auto* form = new QFormLayout;
-        form->addRow(frm.translate(QStringLiteral("IP address"), QStringLiteral("Address")), m_address);
-        form->addRow(frm.translate(QStringLiteral("Port"), QStringLiteral("Port")), m_port);
+        form->addRow(frm.ctx().translate(QStringLiteral("IP address"), QStringLiteral("Address")), m_address);
+        form->addRow(frm.ctx().translate(QStringLiteral("Port"), QStringLiteral("Port")), m_port);
         auto* buttons = new QHBoxLayout;
         for (QPushButton* b : {m_ok, m_cancel, m_abort, clear, browse, help})
             buttons->addWidget(b);
@@ -142,7 +144,7 @@ class PropertyWindow : public QDialog {
 public:
     PropertyWindow(FrmMain& frm, PropertyDialog& d, QWidget* parent) : QDialog(parent), m_d(d)
     {
-        setWindowTitle(frm.translate(QStringLiteral("Properties"), QStringLiteral("Properties")));
+        setWindowTitle(frm.ctx().translate(QStringLiteral("Properties"), QStringLiteral("Properties")));
         auto field = [this](bool editable) {
             auto* e = new QLineEdit(this);
             e->setReadOnly(!editable);
@@ -158,31 +160,31 @@ public:
         m_sysMsg = new QLabel(this);
         m_sysMsg->setWordWrap(true);
         auto* form = new QFormLayout;
-        form->addRow(frm.translate(QStringLiteral("Computer Name")), m_computer);
-        form->addRow(frm.translate(QStringLiteral("Host"), QStringLiteral("Host")), m_host);
-        form->addRow(frm.translate(QStringLiteral("Address")), m_ip);
+        form->addRow(frm.ctx().translate(QStringLiteral("Computer Name")), m_computer);
+        form->addRow(frm.ctx().translate(QStringLiteral("Host"), QStringLiteral("Host")), m_host);
+        form->addRow(frm.ctx().translate(QStringLiteral("Address")), m_ip);
         auto* localRow = new QHBoxLayout;
         localRow->addWidget(m_local);
         localRow->addWidget(new QLabel(QStringLiteral("-"), this));
         localRow->addWidget(m_local5);
-        form->addRow(frm.translate(QStringLiteral("Local Port")), localRow);
+        form->addRow(frm.ctx().translate(QStringLiteral("Local Port")), localRow);
         auto* remoteRow = new QHBoxLayout;
         remoteRow->addWidget(m_remote);
         remoteRow->addWidget(new QLabel(QStringLiteral("-"), this));
         remoteRow->addWidget(m_remote5);
-        form->addRow(frm.translate(QStringLiteral("Remote Port")), remoteRow);
+        form->addRow(frm.ctx().translate(QStringLiteral("Remote Port")), remoteRow);
 
         auto button = [this](const QString& text) { return new QPushButton(text, this); };
-        auto* hosts = button(frm.translate(QStringLiteral("Hosts File"), QStringLiteral("Hosts File...")));
-        auto* black = button(frm.translate(QStringLiteral("Black List")));
-        auto* white = button(frm.translate(QStringLiteral("White List")));
-        auto* ok = button(frm.translate(QStringLiteral("OK"), QStringLiteral("OK")));
-        m_cancel = button(frm.translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")));
-        auto* apply = button(frm.translate(QStringLiteral("Apply"), QStringLiteral("Apply")));
+        auto* hosts = button(frm.ctx().translate(QStringLiteral("Hosts File"), QStringLiteral("Hosts File...")));
+        auto* black = button(frm.ctx().translate(QStringLiteral("Black List")));
+        auto* white = button(frm.ctx().translate(QStringLiteral("White List")));
+        auto* ok = button(frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("OK")));
+        m_cancel = button(frm.ctx().translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")));
+        auto* apply = button(frm.ctx().translate(QStringLiteral("Apply"), QStringLiteral("Apply")));
         m_apply = apply;
         m_ok = ok;
-        auto* restore = button(frm.translate(QStringLiteral("Restore"), QStringLiteral("Restore")));
-        auto* help = button(frm.translate(QStringLiteral("Help"), QStringLiteral("Help")));
+        auto* restore = button(frm.ctx().translate(QStringLiteral("Restore"), QStringLiteral("Restore")));
+        auto* help = button(frm.ctx().translate(QStringLiteral("Help"), QStringLiteral("Help")));
         ok->setDefault(true);
         auto* tools = new QHBoxLayout;
         for (QPushButton* b : {hosts, black, white})
@@ -256,10 +258,10 @@ public:
         m_check = new QCheckBox(this);
         m_list = new QListWidget(this);
         m_text = new QLineEdit(this);
-        m_add = new QPushButton(frm.translate(QStringLiteral("Add"), QStringLiteral("Add")), this);
-        m_remove = new QPushButton(frm.translate(QStringLiteral("Remove"), QStringLiteral("Remove")), this);
-        m_ok = new QPushButton(frm.translate(QStringLiteral("OK"), QStringLiteral("OK")), this);
-        auto* cancel = new QPushButton(frm.translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")), this);
+        m_add = new QPushButton(frm.ctx().translate(QStringLiteral("Add"), QStringLiteral("Add")), this);
+        m_remove = new QPushButton(frm.ctx().translate(QStringLiteral("Remove"), QStringLiteral("Remove")), this);
+        m_ok = new QPushButton(frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("OK")), this);
+        auto* cancel = new QPushButton(frm.ctx().translate(QStringLiteral("Cancel"), QStringLiteral("Cancel")), this);
         m_hint = new QLabel(this);
         m_msg = new QLabel(this);
         m_msg->setWordWrap(true);
@@ -346,7 +348,7 @@ std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidg
         LoginWindow w(frm, *d, parent);
         if (!d->unloaded)
             w.exec();
-        return frm.IsConnected();
+        return frm.session().IsConnected();
     }
     if (form == QLatin1String("frmProperty")) {
         PropertyDialog& d = frm.connection().propertyDialog();
@@ -360,7 +362,7 @@ std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidg
         return ok;
     }
     if (form == QLatin1String("frmIPBlocking") || form == QLatin1String("frmIPPermit")) {
-        IpListDialog d(frm, form == QLatin1String("frmIPBlocking") ? IpListKind::Blocked
+        IpListDialog d(frm.ctx(), form == QLatin1String("frmIPBlocking") ? IpListKind::Blocked
                                                                     : IpListKind::Permitted);
         d.Form_Load();
         IpListWindow w(frm, d, parent);

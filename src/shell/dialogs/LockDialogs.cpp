@@ -4,6 +4,8 @@
 #include "access/LockForms.h"
 #include "access/PasswordStore.h"
 #include "shell/FrmMain.h"
+#include "core/MainModel.h"
+#include "core/CopyContext.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -19,7 +21,7 @@ namespace vonnel {
 UnlockDialog::UnlockDialog(FrmMain& frm, FrmUnlock& form, QWidget* parent)
     : QDialog(parent), m_form(form), m_edit(new QLineEdit(this))
 {
-    setWindowTitle(frm.translate(FrmUnlock::title()));
+    setWindowTitle(frm.ctx().translate(FrmUnlock::title()));
     setModal(true);
     auto* picture = new QToolButton(this);
     picture->setObjectName(QStringLiteral("imgLock"));
@@ -31,7 +33,7 @@ UnlockDialog::UnlockDialog(FrmMain& frm, FrmUnlock& form, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
 
     auto* right = new QVBoxLayout;
-    right->addWidget(new QLabel(frm.translate(FrmUnlock::label()), this));
+    right->addWidget(new QLabel(frm.ctx().translate(FrmUnlock::label()), this));
     right->addWidget(m_edit);
     auto* top = new QHBoxLayout;
     top->addWidget(picture, 0, Qt::AlignTop);
@@ -71,11 +73,11 @@ PassLockDialog::PassLockDialog(FrmMain& frm, FrmPassLock& form, QWidget* parent)
 {
     // Each window says which of the two passwords it sets.
     const QString level = form.level();
-    setWindowTitle(FrmMain::kTitle + QStringLiteral(" - ") + frm.translate(FrmPassLock::levelName(level)));
+    setWindowTitle(MainModel::kTitle + QStringLiteral(" - ") + frm.ctx().translate(FrmPassLock::levelName(level)));
     setModal(true);
     auto* heading = new QLabel(QStringLiteral("<b>%1</b><br>%2")
-                                   .arg(frm.translate(FrmPassLock::levelName(level)).toHtmlEscaped(),
-                                        frm.translate(FrmPassLock::levelPurpose(level)).toHtmlEscaped()),
+                                   .arg(frm.ctx().translate(FrmPassLock::levelName(level)).toHtmlEscaped(),
+                                        frm.ctx().translate(FrmPassLock::levelPurpose(level)).toHtmlEscaped()),
                                this);
     heading->setObjectName(QStringLiteral("lblLevel"));
     m_pass->setObjectName(QStringLiteral("txtPass"));
@@ -86,12 +88,12 @@ PassLockDialog::PassLockDialog(FrmMain& frm, FrmPassLock& form, QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(heading);
-    layout->addWidget(new QLabel(frm.translate(FrmPassLock::captionTop()), this));
-    layout->addWidget(new QLabel(frm.translate(FrmPassLock::labelPass()), this));
+    layout->addWidget(new QLabel(frm.ctx().translate(FrmPassLock::captionTop()), this));
+    layout->addWidget(new QLabel(frm.ctx().translate(FrmPassLock::labelPass()), this));
     layout->addWidget(m_pass);
-    layout->addWidget(new QLabel(frm.translate(FrmPassLock::labelPassword()), this));
+    layout->addWidget(new QLabel(frm.ctx().translate(FrmPassLock::labelPassword()), this));
     layout->addWidget(m_password);
-    layout->addWidget(new QLabel(frm.translate(FrmPassLock::captionBottom()), this));
+    layout->addWidget(new QLabel(frm.ctx().translate(FrmPassLock::captionBottom()), this));
     layout->addWidget(buttons);
 
     connect(buttons, &QDialogButtonBox::accepted, this, &PassLockDialog::cmdOK_Click);

@@ -2,6 +2,7 @@
 
 #include "shell/FrmMain.h"
 #include "transfer/Transfer.h"
+#include "core/CopyContext.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -36,7 +37,7 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     // the label above it shows (it is hidden while a transfer runs on).
     m_bar->setTextVisible(true);
     m_bar->setFormat(QStringLiteral("%p%"));
-    m_close = new QCheckBox(frm.translate(QStringLiteral("Close this window when it finishes")));
+    m_close = new QCheckBox(frm.ctx().translate(QStringLiteral("Close this window when it finishes")));
     m_close->setObjectName(QStringLiteral("chkCloseProgress"));
     m_pause = new QPushButton;
     m_pause->setObjectName(QStringLiteral("cmdPause"));
@@ -44,8 +45,8 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     m_cancel->setObjectName(QStringLiteral("cmdCancel"));
 
     auto* form = new QFormLayout;
-    form->addRow(frm.translate(QStringLiteral("File:")), m_filename);
-    form->addRow(frm.translate(QStringLiteral("Size:")), m_filesize);
+    form->addRow(frm.ctx().translate(QStringLiteral("File:")), m_filename);
+    form->addRow(frm.ctx().translate(QStringLiteral("Size:")), m_filesize);
     auto* barRow = new QHBoxLayout;
     barRow->addWidget(m_bar, 1);
     barRow->addWidget(m_finished);
@@ -123,7 +124,7 @@ QString ProgressDialog::finishedNotice(FrmMain& frm)
     if (w.cmdCancel.tag != QLatin1String("Finish"))
         return QString();
     const bool receiving = w.txtSendRec.contains(QLatin1String("Receiving"));
-    return frm.translate(receiving ? QStringLiteral("File received") : QStringLiteral("File sent")) +
+    return frm.ctx().translate(receiving ? QStringLiteral("File received") : QStringLiteral("File sent")) +
            QStringLiteral(": ") + QFileInfo(w.lblFilename).fileName();
 }
 

@@ -1,4 +1,4 @@
-#include "shell/Controls.h"
+#include "core/Controls.h"
 
 namespace vonnel {
 

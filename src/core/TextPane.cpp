@@ -1,4 +1,4 @@
-#include "shell/TextPane.h"
+#include "core/TextPane.h"
 
 namespace vonnel {
 

@@ -1,13 +1,13 @@
-// The one text send routine. With encryption off a text goes out whole;
-// with it on, the wrapped frames are cut out one by one and their inner
-// text enciphered, everything else passing in clear.
+#include "wire/FrameSender.h"
 
 #include "access/Encryption.h"
+#include "connection/Session.h"
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "platform/Prompter.h"
-#include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "core/CopyContext.h"
+#include "core/MainModel.h"
+#include "core/Views.h"
 #include "wire/LiveTyping.h"
 
 #include <algorithm>
@@ -50,16 +50,36 @@ qsizetype cutPosition(const QString& text)
 
 }  // namespace
 
-void FrmMain::xSendData(QString data)
+FrameSender::FrameSender(CopyContext& ctx, MainModel& model, Session& session, Encryption& cipher)
+    : m_ctx(ctx), m_model(model), m_session(session), m_cipher(cipher)
+{
+}
+
+bool FrameSender::IsConnected() const
+{
+    return m_session.IsConnected();
+}
+
+void FrameSender::sendRaw(const QString& text)
+{
+    sendRawBytes(toCp1252(text));
+}
+
+void FrameSender::sendRawBytes(const QByteArray& bytes)
+{
+    m_session.winsock(0).SendData(bytes);
+}
+
+void FrameSender::xSendData(QString data)
 {
     if (!IsConnected())
         return;
-    stStatusbar.setPicture(1, StatePicture::picSend);
-    if (views().isVisible(QStringLiteral("frmDraw")))
-        Q_EMIT drawStatus(1, QString(), StatePicture::picSend);
+    m_model.stStatusbar.setPicture(1, StatePicture::picSend);
+    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
 
-    if (!encryptOn) {
-        if (data.startsWith(QLatin1String("^g")) && settingFlag(QStringLiteral("Disable Sound"))) {
+    if (!m_cipher.encryptOn) {
+        if (data.startsWith(QLatin1String("^g")) && m_ctx.settingFlag(QStringLiteral("Disable Sound"))) {
             const qsizetype end = data.indexOf(QLatin1String("^G^"));
             data = end < 0 ? QString() : data.mid(end + 3);
             if (!data.isEmpty())
@@ -73,8 +93,9 @@ void FrmMain::xSendData(QString data)
     // The peer learns the key before the first text enciphered with it.
     if (std::any_of(kWrapped.begin(), kWrapped.end(),
                     [&data](const Wrapped& w) { return data.contains(QLatin1String(w.open)); }) &&
-        encryption().announceKeyBeforeCipher())
-        typing().keySent = true;
+        m_cipher.announceKeyBeforeCipher())
+        if (m_typing)
+            m_typing->keySent = true;
 
     const QString all = data;
     while (!data.isEmpty()) {
@@ -85,7 +106,7 @@ void FrmMain::xSendData(QString data)
                 continue;
             framed = true;
             if (!w.close) {  // "<e#" + one character + "#e>"
-                sendRaw(open + encipher(data.mid(3, 1)) + QStringLiteral("#e>"));
+                sendRaw(open + m_cipher.encipher(data.mid(3, 1)) + QStringLiteral("#e>"));
                 data = data.mid(7);
                 break;
             }
@@ -93,15 +114,15 @@ void FrmMain::xSendData(QString data)
             const qsizetype end = data.indexOf(close, open.size());
             if (end < 0) {
                 // The inner length turns negative: nothing of this goes out.
-                prompter().msgBox(QStringLiteral("xSendData Error: Invalid procedure call or "
+                m_ctx.prompter().msgBox(QStringLiteral("xSendData Error: Invalid procedure call or "
                                                  "argument\r\n caused by data <") +
                                       all + QLatin1Char('>'),
                                   MsgStyle::Exclamation);
                 return;
             }
-            const QString cipher = encipher(data.mid(open.size(), end - open.size()));
+            const QString cipher = m_cipher.encipher(data.mid(open.size(), end - open.size()));
             if (open == QLatin1String("<KEY> ")) {
-                logs().eData(cipher);
+                m_ctx.logs().eData(cipher);
                 const qsizetype tail = data.indexOf(QLatin1String("</KEY>"), end);
                 const qsizetype stop = tail < 0 ? data.size() : tail + 6;
                 sendRaw(open + cipher + data.mid(end, stop - end));

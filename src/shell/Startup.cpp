@@ -1,4 +1,4 @@
-#include "core/Startup.h"
+#include "shell/Startup.h"
 
 #include "access/Encryption.h"
 #include "access/PasswordStore.h"
@@ -9,7 +9,9 @@
 #include "platform/Prompter.h"
 #include "shell/CommandControl.h"
 #include "shell/FrmMain.h"
-#include "shell/Views.h"
+#include "core/Views.h"
+#include "core/MainModel.h"
+#include "core/CopyContext.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -49,59 +51,59 @@ bool repairIni(const QString& appPath, Prompter& prompter, Desktop& desktop)
 
 bool startCopy(FrmMain& f)
 {
-    const QString appPath = f.AppPath();
+    const QString appPath = f.ctx().AppPath();
     FatalHandler::setErrorLog(appPath + QStringLiteral("error.log"));
 
-    if (!repairIni(appPath, f.prompter(), f.desktop())) {
+    if (!repairIni(appPath, f.ctx().prompter(), f.ctx().desktop())) {
         f.endProcess(1);
         return false;
     }
-    f.writeSetting(QStringLiteral("Version"),
-                   QString::number(FrmMain::kMajor) + QLatin1Char('.') + QString::number(FrmMain::kMinor));
-    f.HelpPath = f.setting(QStringLiteral("Help Path"));
-    if (f.HelpPath.isEmpty())
-        f.HelpPath = appPath + QStringLiteral("help/");
+    f.ctx().writeSetting(QStringLiteral("Version"),
+                   QString::number(MainModel::kMajor) + QLatin1Char('.') + QString::number(MainModel::kMinor));
+    f.ctx().HelpPath = f.ctx().setting(QStringLiteral("Help Path"));
+    if (f.ctx().HelpPath.isEmpty())
+        f.ctx().HelpPath = appPath + QStringLiteral("help/");
     // The key is kept without the closing separator; pages are joined to
     // the folder, not to its name.
-    else if (!f.HelpPath.endsWith(QLatin1Char('/')) && !f.HelpPath.endsWith(QLatin1Char('\\')))
-        f.HelpPath += QLatin1Char('/');
-    f.UsageCount = f.settingInt(QStringLiteral("Usage")) + 1;
-    f.writeSetting(QStringLiteral("Usage"), QString::number(f.UsageCount));
+    else if (!f.ctx().HelpPath.endsWith(QLatin1Char('/')) && !f.ctx().HelpPath.endsWith(QLatin1Char('\\')))
+        f.ctx().HelpPath += QLatin1Char('/');
+    f.UsageCount = f.ctx().settingInt(QStringLiteral("Usage")) + 1;
+    f.ctx().writeSetting(QStringLiteral("Usage"), QString::number(f.UsageCount));
 
-    if (const auto on = flagByText(f.setting(QStringLiteral("Translation"))))
-        f.TranslationOn = *on;
-    f.LangFile = f.setting(QStringLiteral("LangFile"));
-    f.translator().setLangFile(f.LangFile);
-    f.translator().setTranslationOn(f.TranslationOn);
+    if (const auto on = flagByText(f.ctx().setting(QStringLiteral("Translation"))))
+        f.ctx().TranslationOn = *on;
+    f.LangFile = f.ctx().setting(QStringLiteral("LangFile"));
+    f.ctx().translator().setLangFile(f.LangFile);
+    f.ctx().translator().setTranslationOn(f.ctx().TranslationOn);
     QString loading;
-    if (FileExist(f.translator().langPath()) && f.TranslationOn) {
-        loading = f.translate(QStringLiteral("Loading"), QStringLiteral("Loading. . ."));
+    if (FileExist(f.ctx().translator().langPath()) && f.ctx().TranslationOn) {
+        loading = f.ctx().translate(QStringLiteral("Loading"), QStringLiteral("Loading. . ."));
     } else {
-        f.TranslationOn = false;
-        f.translator().setTranslationOn(false);
+        f.ctx().TranslationOn = false;
+        f.ctx().translator().setTranslationOn(false);
         loading = QStringLiteral("Loading. . . ");
     }
-    f.TrayOnly = f.settingInt(QStringLiteral("System Tray Only"));
-    f.splashCaption = f.TranslationOn
-                          ? f.titleWithVersion() + QLatin1Char(' ') + loading
-                          : QStringLiteral("Tollwood Presents... ") + f.titleWithVersion();
+    f.TrayOnly = f.ctx().settingInt(QStringLiteral("System Tray Only"));
+    f.splashCaption = f.ctx().TranslationOn
+                          ? f.model().titleWithVersion() + QLatin1Char(' ') + loading
+                          : QStringLiteral("Tollwood Presents... ") + f.model().titleWithVersion();
     const bool noSplash =
-        flagByText(f.setting(QStringLiteral("No Splash Screen"))).value_or(false);
+        flagByText(f.ctx().setting(QStringLiteral("No Splash Screen"))).value_or(false);
 
     bool help = false;
-    const QString parsed = parseCommandLine(f.commandLine(), f.prompter(), &help);
+    const QString parsed = parseCommandLine(f.ctx().commandLine(), f.ctx().prompter(), &help);
     if (help) {
         f.endProcess(0);
         return false;
     }
     if (parsed == QLatin1String("NULL") && !noSplash && f.TrayOnly == 0)
-        f.views().showModeless(QStringLiteral("frmPopMsg"));
+        f.ctx().views().showModeless(QStringLiteral("frmPopMsg"));
 
     // The help folder as it is spelt on disk ("Help" as shipped).
     const QString helpIndex = resolveCaseBlind(resolveCaseBlind(appPath + QStringLiteral("Help")) +
                                                QStringLiteral("/index.htm"));
     if (QFileInfo::exists(helpIndex))
-        f.writeSetting(QStringLiteral("Help Path"), QFileInfo(helpIndex).absolutePath());
+        f.ctx().writeSetting(QStringLiteral("Help Path"), QFileInfo(helpIndex).absolutePath());
 
     f.Form_Load();
     if (f.ended())
@@ -113,27 +115,27 @@ bool startCopy(FrmMain& f)
         return false;
     }
 
-    f.setVisible(true);
+    f.model().setVisible(true);
     f.fullyLoaded = true;
     if (f.TrayOnly == 1)
-        f.setWindowState(FrmMain::vbMinimized);
+        f.model().setWindowState(MainModel::vbMinimized);
     f.WindowContext = QStringLiteral("Vonnel");
 
-    if (f.PortConflictAtStart) {
+    if (f.portConflictAtStart()) {
         // The user has to give another port; Cancel is not offered.
-        f.controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), false);
-        f.views().runModal(QStringLiteral("frmProperty"));
-        f.controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), true);
+        f.model().controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), false);
+        f.ctx().views().runModal(QStringLiteral("frmProperty"));
+        f.model().controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), true);
     }
 
-    f.Ring = f.setting(QStringLiteral("Ring"));
-    f.Ring1 = f.setting(QStringLiteral("Ring1"));
-    f.Ring2 = f.setting(QStringLiteral("Ring2"));
-    f.Ring3 = f.setting(QStringLiteral("Ring3"));
-    f.Ring4 = f.setting(QStringLiteral("Ring4"));
-    f.Ring5 = f.setting(QStringLiteral("Ring5"));
+    f.ctx().rings.Ring = f.ctx().setting(QStringLiteral("Ring"));
+    f.ctx().rings.Ring1 = f.ctx().setting(QStringLiteral("Ring1"));
+    f.ctx().rings.Ring2 = f.ctx().setting(QStringLiteral("Ring2"));
+    f.ctx().rings.Ring3 = f.ctx().setting(QStringLiteral("Ring3"));
+    f.ctx().rings.Ring4 = f.ctx().setting(QStringLiteral("Ring4"));
+    f.ctx().rings.Ring5 = f.ctx().setting(QStringLiteral("Ring5"));
 
-    const QString command = parseCommandLine(f.commandLine(), f.prompter(), nullptr);
+    const QString command = parseCommandLine(f.ctx().commandLine(), f.ctx().prompter(), nullptr);
     Q_EMIT f.commandGiven(command);
     return !f.ended();
 }

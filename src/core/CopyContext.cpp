@@ -1,0 +1,77 @@
+#include "core/CopyContext.h"
+
+#include "core/IniStore.h"
+#include "core/Logs.h"
+#include "core/Translator.h"
+#include "platform/Cursor.h"
+#include "platform/Pinger.h"
+
+#include <optional>
+
+namespace vonnel {
+
+CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
+    : QObject(parent),
+      m_env(env),
+      m_translator(std::make_unique<Translator>(env.appPath)),
+      m_iniWatch(std::make_unique<IniFileWatch>(env.appPath + QStringLiteral("vonnel.ini"))),
+      m_logs(std::make_unique<Logs>(env.appPath, *env.clock))
+{
+    setPinger(m_env.pinger);
+    if (!m_env.cursor) {
+        m_ownCursor = std::make_unique<Cursor>();
+        m_env.cursor = m_ownCursor.get();
+    }
+}
+
+CopyContext::~CopyContext() = default;
+
+void CopyContext::setPinger(Pinger* p)
+{
+    if (!p && !m_ownPinger)
+        m_ownPinger = std::make_unique<Pinger>();
+    m_env.pinger = p ? p : m_ownPinger.get();
+}
+
+QString CopyContext::setting(const QString& key) const
+{
+    const std::optional<QByteArray> bytes = m_iniWatch->bytes();
+    if (!bytes)
+        return ReadIni(kSection, key, iniPath());
+    // Values found in these very bytes are kept until the file changes.
+    if (m_settingsGeneration != m_iniWatch->generation()) {
+        m_settingValues.clear();
+        m_settingsGeneration = m_iniWatch->generation();
+    }
+    auto it = m_settingValues.constFind(key);
+    if (it == m_settingValues.constEnd())
+        it = m_settingValues.insert(key, ReadIniBytes(*bytes, kSection, key));
+    return *it;
+}
+
+void CopyContext::writeSetting(const QString& key, const QString& value) const
+{
+    WriteIni(kSection, key, value, iniPath());
+}
+
+double CopyContext::settingNumber(const QString& key) const
+{
+    return iniNumber(setting(key));
+}
+
+int CopyContext::settingInt(const QString& key) const
+{
+    return iniInt(setting(key));
+}
+
+bool CopyContext::settingFlag(const QString& key) const
+{
+    return flagByNumber(setting(key));
+}
+
+QString CopyContext::translate(const QString& key, const QString& fallback) const
+{
+    return m_translator->translate(key, fallback);
+}
+
+}  // namespace vonnel

@@ -1,0 +1,117 @@
+#pragma once
+// What every subsystem of one running copy receives: where the copy lives,
+// its settings, logs and language, the boxes and the clock it may use, and
+// the few copy-wide events. Two copies in one process have two contexts
+// and share nothing.
+
+#include "core/StatusBar.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <memory>
+
+namespace vonnel {
+
+class Prompter;
+class Clock;
+class Clipboard;
+class Desktop;
+class Views;
+class Translator;
+class Logs;
+class Pinger;
+class Cursor;
+class IniFileWatch;
+
+struct CopyEnvironment {
+    QString appPath;  // ends in '/'
+    QString commandLine;  // the command words joined by blanks, "" for none
+    bool headless = false;
+    Prompter* prompter = nullptr;
+    Clock* clock = nullptr;
+    Clipboard* clipboard = nullptr;
+    Desktop* desktop = nullptr;
+    Views* views = nullptr;
+    Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
+    Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
+};
+
+// Sound files named by the settings: Ring for the bell, Ring1 at a
+// session's start, Ring2 at its close, Ring3 for a request, Ring4 for a
+// socket error, Ring5 for transfers and the board.
+struct RingFiles {
+    QString Ring, Ring1, Ring2, Ring3, Ring4, Ring5;
+};
+
+class CopyContext : public QObject {
+    Q_OBJECT
+public:
+    explicit CopyContext(const CopyEnvironment& env, QObject* parent = nullptr);
+    ~CopyContext() override;
+
+    // --- environment -----------------------------------------------------
+    const QString& AppPath() const { return m_env.appPath; }
+    const QString& commandLine() const { return m_env.commandLine; }
+    bool headless() const { return m_env.headless; }
+    Prompter& prompter() const { return *m_env.prompter; }
+    Clock& clock() const { return *m_env.clock; }
+    Clipboard& clipboard() const { return *m_env.clipboard; }
+    Desktop& desktop() const { return *m_env.desktop; }
+    Views& views() const { return *m_env.views; }
+    void setViews(Views* v) { m_env.views = v; }
+    Pinger& pinger() const { return *m_env.pinger; }
+    void setPinger(Pinger* p);
+    // The mouse pointer over this copy's windows (wait or normal).
+    Cursor& cursor() const { return *m_env.cursor; }
+    Translator& translator() const { return *m_translator; }
+    Logs& logs() const { return *m_logs; }
+
+    // --- settings: vonnel.ini, taken again only after the file changed ----
+    QString iniPath() const { return AppPath() + QStringLiteral("vonnel.ini"); }
+    QString appFile(const QString& name) const { return AppPath() + name; }
+    QString setting(const QString& key) const;
+    void writeSetting(const QString& key, const QString& value) const;
+    double settingNumber(const QString& key) const;
+    int settingInt(const QString& key) const;
+    bool settingFlag(const QString& key) const;  // number is not 0
+    QString translate(const QString& key, const QString& fallback = QString()) const;
+
+    // --- values the start reads once for the whole copy --------------------
+    QString HelpPath;
+    QString VersionString;
+    bool TranslationOn = false;
+    RingFiles rings;
+
+    // --- the copy's end ------------------------------------------------------
+    // Set once the copy has begun to end; sockets and sends stand still.
+    bool ProgramExiting = false;
+    // Set while the main form unloads.
+    bool unloading = false;
+
+Q_SIGNALS:
+    // A ring sound is to be played: the file named by one of the rings.
+    void ringRequested(const QString& file);
+    // Panels of the board's own status bar, while the board is up.
+    void drawStatus(int panel, const QString& text, StatePicture picture);
+    // The copy ends: open files of a transfer are closed, audio stops.
+    void closeOpenFiles();
+    void stopAudio();
+    // Init has run: subsystems read their start settings here.
+    void initialized();
+    // Menu and toolbar captions are to be set (again) from the lookup.
+    void menusNeedText();
+
+private:
+    CopyEnvironment m_env;
+    std::unique_ptr<Translator> m_translator;
+    // vonnel.ini's bytes, taken again only after the file has changed.
+    std::unique_ptr<IniFileWatch> m_iniWatch;
+    mutable QHash<QString, QString> m_settingValues;
+    mutable quint64 m_settingsGeneration = 0;
+    std::unique_ptr<Logs> m_logs;
+    std::unique_ptr<Pinger> m_ownPinger;
+    std::unique_ptr<Cursor> m_ownCursor;
+};
+
+}  // namespace vonnel
