@@ -1,5 +1,6 @@
 #include "access/LockForms.h"
 
+#include "core/Cp1252.h"
 #include "access/Encryption.h"
 #include "access/PasswordStore.h"
 #include "core/IniStore.h"

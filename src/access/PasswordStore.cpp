@@ -1,5 +1,6 @@
 #include "access/PasswordStore.h"
 
+#include "core/Cp1252.h"
 #include "access/CipherText.h"
 #include "access/LockForms.h"
 #include "core/IniStore.h"

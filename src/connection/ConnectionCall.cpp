@@ -1,3 +1,4 @@
+#include "core/Cp1252.h"
 #include "connection/Connection.h"
 
 #include "access/Encryption.h"

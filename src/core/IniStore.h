@@ -64,8 +64,5 @@ int iniInt(const QString& text);                 // the number, rounded
 bool flagByNumber(const QString& text);          // number is not 0
 std::optional<bool> flagByText(const QString& text);  // "True"/"False"/number; "" fails
 
-// cp1252 conversions used for every file and wire text.
-QString fromCp1252(const QByteArray& bytes);
-QByteArray toCp1252(const QString& text);
 
 }  // namespace vonnel

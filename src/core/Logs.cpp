@@ -1,5 +1,6 @@
 #include "core/Logs.h"
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "platform/Clock.h"
 

@@ -1,5 +1,6 @@
 #include "shell/SessionRecords.h"
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"

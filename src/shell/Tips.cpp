@@ -1,5 +1,6 @@
 #include "shell/Tips.h"
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 
 #include <QFile>

@@ -1,5 +1,6 @@
 #include "transfer/Transfer.h"
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "platform/Desktop.h"

@@ -1,3 +1,4 @@
+#include "core/Cp1252.h"
 #include "transfer/Transfer.h"
 
 #include "core/IniStore.h"

@@ -3,6 +3,7 @@
 // order of tests, keeps the remote drawing parameters, and reports the
 // message through Receiver::boardMessage.
 
+#include "core/Cp1252.h"
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 #include "platform/Prompter.h"

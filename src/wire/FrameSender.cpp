@@ -1,5 +1,6 @@
 #include "wire/FrameSender.h"
 
+#include "core/Cp1252.h"
 #include "access/Encryption.h"
 #include "connection/Session.h"
 #include "core/IniStore.h"

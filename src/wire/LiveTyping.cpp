@@ -5,6 +5,7 @@
 
 #include "wire/LiveTyping.h"
 
+#include "core/Cp1252.h"
 #include "access/Encryption.h"
 
 #include "core/IniStore.h"

@@ -1,5 +1,6 @@
 #include "wire/Receiver.h"
 
+#include "core/Cp1252.h"
 #include "access/Encryption.h"
 
 #include "access/CipherText.h"
@@ -13,6 +14,7 @@
 #include "core/Sender.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
+#include "core/WireCodec.h"
 #include "wire/FrameText.h"
 #include "wire/LiveTyping.h"
 #include "wire/RemotePane.h"
@@ -27,16 +29,6 @@ const QString kCrLf = QStringLiteral("\r\n");
 
 // Toolbar1 button 3 is Refresh.
 constexpr int kRefreshButton = 3;
-
-QString trimControl(const QString& s)
-{
-    qsizetype b = 0, e = s.size();
-    while (b < e && s.at(b).unicode() < 33)
-        ++b;
-    while (e > b && s.at(e - 1).unicode() < 33)
-        --e;
-    return s.mid(b, e - b);
-}
 
 }  // namespace
 
@@ -169,136 +161,6 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     refreshLengths();
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);
     m_session.checkStatus();
-}
-
-bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
-{
-    TextPane& pane = m_model.txtClient(m_session.sIdx);
-
-    if (text.startsWith(QLatin1String("!ver."))) {
-        if (m_ctx.settingInt(QStringLiteral("Version Check")) == 1) {
-            const QString theirs = trimControl(getBetween(text, QStringLiteral("!ver."),
-                                                          QStringLiteral("ver!")));
-            const QString ours = trimControl(m_ctx.VersionString);
-            if (theirs != ours) {
-                m_ctx.prompter().msgBox(
-                    m_ctx.translate(QStringLiteral("Warning: Incompatible version of Vonnel:: it may "
-                                               "cause strange characters and/or unexpected error.")) +
-                        QLatin1Char('\r') +
-                        m_ctx.translate(QStringLiteral("Remote user's version - ")) + theirs +
-                        QLatin1Char('\r') + m_ctx.translate(QStringLiteral(" Your version - ")) + ours,
-                    MsgStyle::Exclamation, m_ctx.translate(QStringLiteral("Version Conflict")));
-                Q_EMIT updateRequested();
-                m_connection.mnuDisconnect_Click();
-            }
-        }
-        text = stripThrough(text, QStringLiteral("ver!"));
-        m_model.txtServer.setEnabled(true);
-    }
-
-    if (text.startsWith(QLatin1String("tt:=")))
-        m_cipher.takeRemoteKey(text);
-
-    m_model.txtClient(index).caretToEnd();
-
-    if (text.size() == 1) {
-        if (acceptIncompatible)
-            cFinishCheck(text);
-        text.clear();
-        return false;
-    }
-
-    if (text.startsWith(QLatin1String("<e#"))) {
-        const QString inner = getBetween(text, QStringLiteral("<e#"), QStringLiteral("#e>"));
-        text = stripThrough(text, QStringLiteral("#e>"));
-        // Taken apart with the peer's key whatever the encryption state.
-        cFinishCheck(m_cipher.decipherOld(inner));
-    }
-
-    if (text.startsWith(QLatin1String("<KEY> "))) {
-        QString c = getBetween(text, QStringLiteral("<KEY> "), QStringLiteral(" <:KEY>"));
-        text = stripThrough(text, QStringLiteral(" <:KEY>"));
-        c = decipher(c);
-        const QString position = getBetween(text, QString(), QStringLiteral("</KEY>"));
-        // A split frame leaves no position, which is no failure; one that
-        // is there and is no number is. The previous position stays.
-        if (!readPosition(position, m_keyPosition) && !position.trimmed().isEmpty())
-            m_faults.raise(fault::kTypeMismatch, QStringLiteral("Type mismatch"));
-        text = stripThrough(text, QStringLiteral("</KEY>"));
-        m_pane->typedCharacter(c, m_keyPosition);
-        refreshLengths();
-    }
-
-    if (text.startsWith(QLatin1Char('^'))) {
-        if (text.size() < 2 || text.at(1) != QLatin1Char('^')) {
-            text = cControlCheck(text);
-        } else {
-            cFinishCheck(QStringLiteral("^"));
-            text = text.mid(1);
-        }
-    }
-
-    if (text.startsWith(QLatin1String("<Paste> "))) {
-        const QString inner = getBetween(text, QStringLiteral("<Paste> "), QStringLiteral("</Paste>"));
-        text = stripThrough(text, QStringLiteral("</Paste>"));
-        cFinishCheck(decipher(inner));
-    }
-
-    if (text.startsWith(QLatin1String("<URL> "))) {
-        const QString inner = getBetween(text, QStringLiteral("<URL> "), QStringLiteral(" </URL>"));
-        text = stripThrough(text, QStringLiteral(" </URL>"));
-        Q_EMIT webCheck(decipher(inner));
-    }
-
-    if (text.startsWith(QLatin1String("<SPKSET> "))) {
-        const QString inner =
-            getBetween(text, QStringLiteral("<SPKSET> "), QStringLiteral(" </SPKSET>"));
-        const bool closed = text.contains(QLatin1String(" </SPKSET>"));
-        text = stripThrough(text, QStringLiteral(" </SPKSET>"));
-        // What was set before stays when the fields are not whole; a frame
-        // cut short by the read is no failure and is not taken either.
-        if (closed && checkSpeakerSetting(inner))
-            Q_EMIT speakerSettingReceived(inner);
-        m_faults.reportStage(QStringLiteral("SPKSET "));
-    }
-
-    if (text.startsWith(QLatin1String("<SPK> "))) {
-        const QString inner = getBetween(text, QStringLiteral("<SPK> "), QStringLiteral(" </SPK>"));
-        text = stripThrough(text, QStringLiteral(" </SPK>"));
-        Q_EMIT speakReceived(decipherInStage(inner));
-        m_faults.reportStage(QStringLiteral("SPK "));
-    }
-
-    if (text.startsWith(QLatin1String("<MSG> "))) {
-        const QString inner = getBetween(text, QStringLiteral("<MSG> "), QStringLiteral(" </MSG>"));
-        text = stripThrough(text, QStringLiteral(" </MSG>"));
-        takeRecordLine(decipherInStage(inner));
-        m_faults.reportStage(QStringLiteral("MSG "));
-    }
-
-    if (text.startsWith(QLatin1String("%%"))) {
-        if (text.size() < 3 || text.at(2) != QLatin1Char('%')) {
-            text = cSendFileCheck(text, bytes);
-        } else {
-            cFinishCheck(QStringLiteral("%%"));
-            text = text.mid(2);
-        }
-    }
-
-    if (text.startsWith(QLatin1String("<*> "))) {
-        text = cSendFileCheck(text, bytes);
-        m_faults.reportStage(QStringLiteral("File Fransfer "));
-    }
-
-    if (text.startsWith(QLatin1String("&&"))) {
-        if (text.size() < 3 || text.at(2) != QLatin1Char('&')) {
-            text = cDrawcheck(text);
-        } else {
-            cFinishCheck(QStringLiteral("&&"));
-            text = text.mid(2);
-        }
-    }
-    return true;
 }
 
 // --- control codes ------------------------------------------------------------
@@ -525,37 +387,9 @@ void Receiver::takeRecordLine(const QString& line)
 
 QString Receiver::consumeFileMessage(const QString& data)
 {
-    auto through = [&](qsizetype headLength) {
-        const qsizetype p = data.indexOf(QLatin1String("*fs*"), headLength);
-        return p < 0 ? data.mid(3) : data.mid(p + 4);
-    };
-    if (data.startsWith(QLatin1String("%%File Sending Request%%")))
-        return through(24);
-    if (data.startsWith(QLatin1String("%%FS Request OK%%")))
-        return through(17);
-    if (data.startsWith(QLatin1String("%%FS Request Rejected%%")))
-        return data.mid(23);
-    if (data.startsWith(QLatin1String("%%Sending Cancel%%")))
-        return QString();
-    if (data.startsWith(QLatin1String("%%Pause Sending%%")))
-        return data.mid(17);
-    if (data.startsWith(QLatin1String("%%Continue Sending File%%")))
-        return data.mid(25);
-    if (data.startsWith(QLatin1String("%%Continue Receiving File%%")))
-        return data.mid(27);
-    if (data.startsWith(QLatin1String("<*> ")))
-        return QString();
-    if (data.startsWith(QLatin1String("%%Data Received-"))) {
-        const qsizetype p = data.indexOf(QLatin1String("%%"), 16);
-        return p < 0 ? data.mid(16) : data.mid(p + 2);
-    }
-    if (data.startsWith(QLatin1String("%%Open Pause Window%%")))
-        return data.mid(21);
-    if (data.startsWith(QLatin1String("%%Unload%%")))
-        return data.mid(10);
-    if (data.startsWith(QLatin1String("%%Error%%")))
-        return QString();
-    return data;
+    const QByteArray bytes = toCp1252(data);
+    const std::optional<qsizetype> length = wire::fileMessageLength(bytes);
+    return length ? data.mid(*length) : data;
 }
 
 }  // namespace vonnel

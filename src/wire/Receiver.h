@@ -146,6 +146,24 @@ private:
     void dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal);
     // One dispatch pass. Returns false when the passes are to end at once.
     bool runPass(int index, QString& text, QByteArray& bytes);
+    // The stages of a pass, in the order the table in runPass holds them.
+    // Each looks at the start of what the pass has left; false ends the
+    // passes of this arrival.
+    struct Pass;
+    bool versionStage(Pass& pass);
+    bool keyFrameStage(Pass& pass);
+    bool singleCharacterStage(Pass& pass);
+    bool oldCipherStage(Pass& pass);
+    bool keyStrokeStage(Pass& pass);
+    bool controlStage(Pass& pass);
+    bool pasteStage(Pass& pass);
+    bool urlStage(Pass& pass);
+    bool speakerSetStage(Pass& pass);
+    bool speakStage(Pass& pass);
+    bool messageStage(Pass& pass);
+    bool fileStage(Pass& pass);
+    bool dataStage(Pass& pass);
+    bool boardStage(Pass& pass);
     void takeRecordLine(const QString& line);
     QString decipher(const QString& inner) const;
     // Deciphers the inner text of a stage's frame; a cipher text that

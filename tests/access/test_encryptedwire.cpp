@@ -2,6 +2,7 @@
 // byte, the key frames, a peer with a PC1 of its own, and two copies with
 // encryption on at one side only.
 
+#include "core/Cp1252.h"
 #include "access/AccessBench.h"
 #include "access/Encryption.h"
 #include "support/Session.h"

@@ -1,6 +1,7 @@
 // Calls between copies and against raw peers: the start on both sides,
 // the decision on callers, the retries, and every way a session ends.
 
+#include "core/Cp1252.h"
 #include "connection/Connection.h"
 #include "connection/LoginDialog.h"
 #include "connection/PropertyDialog.h"

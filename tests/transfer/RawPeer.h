@@ -2,6 +2,7 @@
 // A copy that has taken a raw TCP peer on as its session: the peer writes
 // and reads the transfer's bytes exactly as they stand on the wire.
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "support/Session.h"
 #include "transfer/Transfer.h"

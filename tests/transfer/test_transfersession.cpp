@@ -3,6 +3,7 @@
 // write into one that was being received, and messages that belong to no
 // transfer of this session change nothing.
 
+#include "core/Cp1252.h"
 #include "transfer/RawPeer.h"
 #include "transfer/TwoCopies.h"
 

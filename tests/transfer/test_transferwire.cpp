@@ -1,6 +1,7 @@
 // A copy against a raw peer: every byte of a transfer as it stands on the
 // wire, in both directions, and the dispatcher's reactions to each message.
 
+#include "core/Cp1252.h"
 #include "transfer/RawPeer.h"
 #include "connection/Session.h"
 #include "platform/Prompter.h"

@@ -8,6 +8,7 @@
 // key in the middle of the pane, the one edit before the end that the rules
 // allow. It answers "^reFresh" as the rules say.
 
+#include "core/Cp1252.h"
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 

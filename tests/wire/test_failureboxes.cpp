@@ -2,6 +2,7 @@
 // box, that the handlers go on behind it, and that a peer repeating the
 // same broken frame gets one box of a kind per session and no more.
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "support/Session.h"
 #include "wire/Receiver.h"

@@ -2,6 +2,7 @@
 // of their keys, then, once the edits pause, as the whole text: "^Clr", the
 // format and one "<Paste> " frame, the same as the answer to "^reFresh".
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "wire/Receiver.h"
 #include "wire/TypingPeer.h"

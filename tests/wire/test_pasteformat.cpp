@@ -1,3 +1,4 @@
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "wire/TypingPeer.h"
 #include "connection/Session.h"

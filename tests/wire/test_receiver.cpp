@@ -2,6 +2,7 @@
 // back out. Arrivals go through handleArrival on a copy that holds a raw
 // peer as its session, so whatever the copy answers can be read off it.
 
+#include "core/Cp1252.h"
 #include "access/CipherText.h"
 #include "core/IniStore.h"
 #include "support/Session.h"

@@ -1,6 +1,7 @@
 // Session records: the remote shut-down ends the session on this side and
 // leaves its record; the Save As forms.
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "shell/SessionRecords.h"
 #include "support/Session.h"

@@ -2,6 +2,7 @@
 // and the wait pointer: up for the blocking waits and the long send that
 // show it, and always back to normal afterwards.
 
+#include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "platform/Cursor.h"
 #include "support/Session.h"

@@ -1,0 +1,265 @@
+// One pass of the receive loop: the stages in their fixed order, each
+// taking the frame it knows off the start of what the previous left. The
+// frames are cut on the bytes with the wire codec; the stages that hand
+// text on to the control, file and board checks give them text.
+
+#include "wire/Receiver.h"
+
+#include "access/Encryption.h"
+#include "connection/Connection.h"
+#include "connection/Session.h"
+#include "core/CopyContext.h"
+#include "core/Cp1252.h"
+#include "core/MainModel.h"
+#include "core/WireCodec.h"
+#include "platform/Prompter.h"
+#include "wire/FrameText.h"
+#include "wire/RemotePane.h"
+
+#include <array>
+
+namespace vonnel {
+
+namespace {
+// The peer's version text: control characters around it do not count.
+QString trimControl(const QString& s)
+{
+    qsizetype b = 0, e = s.size();
+    while (b < e && s.at(b).unicode() <= 0x20)
+        ++b;
+    while (e > b && s.at(e - 1).unicode() <= 0x20)
+        --e;
+    return s.mid(b, e - b);
+}
+}  // namespace
+
+// What a pass has left of the arrival's text, as bytes with a read position.
+struct Receiver::Pass {
+    int index;
+    QByteArray buf;
+    qsizetype pos = 0;
+    QByteArray& bytes;  // the whole read, for the file dispatcher
+
+    QByteArrayView rest() const { return QByteArrayView(buf).sliced(pos); }
+    bool startsWith(QByteArrayView word) const { return rest().startsWith(word); }
+    void take(qsizetype n) { pos += n; }
+    QString restText() const { return fromCp1252(rest()); }
+    void setRestText(const QString& text)
+    {
+        buf = toCp1252(text);
+        pos = 0;
+    }
+};
+
+bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
+{
+    using Stage = bool (Receiver::*)(Pass&);
+    // The order of the tests is the wire's: each sees what the one before
+    // it left.
+    static constexpr std::array<Stage, 14> kStages = {
+        &Receiver::versionStage,  &Receiver::keyFrameStage, &Receiver::singleCharacterStage,
+        &Receiver::oldCipherStage, &Receiver::keyStrokeStage, &Receiver::controlStage,
+        &Receiver::pasteStage,    &Receiver::urlStage,      &Receiver::speakerSetStage,
+        &Receiver::speakStage,    &Receiver::messageStage,  &Receiver::fileStage,
+        &Receiver::dataStage,     &Receiver::boardStage};
+    Pass pass{index, toCp1252(text), 0, bytes};
+    bool goOn = true;
+    for (Stage stage : kStages)
+        if (!(this->*stage)(pass)) {
+            goOn = false;
+            break;
+        }
+    text = pass.restText();
+    return goOn;
+}
+
+bool Receiver::versionStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kVersionOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kVersionOpen, wire::kVersionClose);
+    if (m_ctx.settingInt(QStringLiteral("Version Check")) == 1) {
+        const QString theirs = trimControl(fromCp1252(cut.inner));
+        const QString ours = trimControl(m_ctx.VersionString);
+        if (theirs != ours) {
+            m_ctx.prompter().msgBox(
+                m_ctx.translate(QStringLiteral("Warning: Incompatible version of Vonnel:: it may "
+                                               "cause strange characters and/or unexpected error.")) +
+                    QLatin1Char('\r') + m_ctx.translate(QStringLiteral("Remote user's version - ")) +
+                    theirs + QLatin1Char('\r') +
+                    m_ctx.translate(QStringLiteral(" Your version - ")) + ours,
+                MsgStyle::Exclamation, m_ctx.translate(QStringLiteral("Version Conflict")));
+            Q_EMIT updateRequested();
+            m_connection.mnuDisconnect_Click();
+        }
+    }
+    pass.take(cut.consumed);
+    m_model.txtServer.setEnabled(true);
+    return true;
+}
+
+bool Receiver::keyFrameStage(Pass& pass)
+{
+    if (pass.startsWith(wire::kKeyFrameOpen)) {
+        QString text = pass.restText();
+        m_cipher.takeRemoteKey(text);
+        pass.setRestText(text);
+    }
+    m_model.txtClient(pass.index).caretToEnd();
+    return true;
+}
+
+bool Receiver::singleCharacterStage(Pass& pass)
+{
+    if (pass.rest().size() != 1)
+        return true;
+    if (acceptIncompatible)
+        cFinishCheck(pass.restText());
+    pass.take(1);
+    return false;
+}
+
+bool Receiver::oldCipherStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kOldCipherOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kOldCipherOpen, wire::kOldCipherClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    // Taken apart with the peer's key whatever the encryption state.
+    cFinishCheck(m_cipher.decipherOld(inner));
+    return true;
+}
+
+bool Receiver::keyStrokeStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kKeyOpen))
+        return true;
+    const wire::KeyStroke key = wire::cutKeyStroke(pass.rest());
+    const QString c = decipher(fromCp1252(key.character));
+    const QString position = fromCp1252(key.position);
+    pass.take(key.consumed);
+    // A split frame leaves no position, which is no failure; one that is
+    // there and is no number is. The previous position stays.
+    if (!readPosition(position, m_keyPosition) && !position.trimmed().isEmpty())
+        m_faults.raise(fault::kTypeMismatch, QStringLiteral("Type mismatch"));
+    m_pane->typedCharacter(c, m_keyPosition);
+    refreshLengths();
+    return true;
+}
+
+bool Receiver::controlStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kControl))
+        return true;
+    if (pass.rest().size() < 2 || pass.rest().at(1) != '^') {
+        QString text = pass.restText();
+        pass.setRestText(cControlCheck(text));
+    } else {
+        cFinishCheck(QStringLiteral("^"));
+        pass.take(1);
+    }
+    return true;
+}
+
+bool Receiver::pasteStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kPasteOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kPasteOpen, wire::kPasteClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    cFinishCheck(decipher(inner));
+    return true;
+}
+
+bool Receiver::urlStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kUrlOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kUrlOpen, wire::kUrlClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    Q_EMIT webCheck(decipher(inner));
+    return true;
+}
+
+bool Receiver::speakerSetStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kSpeakerSetOpen))
+        return true;
+    const wire::Cut cut =
+        wire::cutFrame(pass.rest(), wire::kSpeakerSetOpen, wire::kSpeakerSetClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    // What was set before stays when the fields are not whole; a frame cut
+    // short by the read is no failure and is not taken either.
+    if (cut.closed && checkSpeakerSetting(inner))
+        Q_EMIT speakerSettingReceived(inner);
+    m_faults.reportStage(QStringLiteral("SPKSET "));
+    return true;
+}
+
+bool Receiver::speakStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kSpeakOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kSpeakOpen, wire::kSpeakClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    Q_EMIT speakReceived(decipherInStage(inner));
+    m_faults.reportStage(QStringLiteral("SPK "));
+    return true;
+}
+
+bool Receiver::messageStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kMessageOpen))
+        return true;
+    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kMessageOpen, wire::kMessageClose);
+    const QString inner = fromCp1252(cut.inner);
+    pass.take(cut.consumed);
+    takeRecordLine(decipherInStage(inner));
+    m_faults.reportStage(QStringLiteral("MSG "));
+    return true;
+}
+
+bool Receiver::fileStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kFileHead))
+        return true;
+    if (pass.rest().size() < 3 || pass.rest().at(2) != '%') {
+        QString text = pass.restText();
+        pass.setRestText(cSendFileCheck(text, pass.bytes));
+    } else {
+        cFinishCheck(QStringLiteral("%%"));
+        pass.take(2);
+    }
+    return true;
+}
+
+bool Receiver::dataStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kDataOpen))
+        return true;
+    QString text = pass.restText();
+    pass.setRestText(cSendFileCheck(text, pass.bytes));
+    m_faults.reportStage(QStringLiteral("File Fransfer "));
+    return true;
+}
+
+bool Receiver::boardStage(Pass& pass)
+{
+    if (!pass.startsWith(wire::kBoardHead))
+        return true;
+    if (pass.rest().size() < 3 || pass.rest().at(2) != '&') {
+        QString text = pass.restText();
+        pass.setRestText(cDrawcheck(text));
+    } else {
+        cFinishCheck(QStringLiteral("&&"));
+        pass.take(2);
+    }
+    return true;
+}
+
+}  // namespace vonnel
