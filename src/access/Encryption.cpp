@@ -8,6 +8,7 @@
 #include "platform/Prompter.h"
 #include "core/CopyContext.h"
 #include "core/MainModel.h"
+#include "core/WireCodec.h"
 #include "core/Sender.h"
 
 #include <QLocale>
@@ -16,8 +17,8 @@ namespace vonnel {
 
 namespace {
 
-const QLatin1String kKeyOpen("tt:=");
-const QLatin1String kKeyClose("=:tt");
+const QLatin1String kKeyOpen = wire::text(wire::kKeyFrameOpen);
+const QLatin1String kKeyClose = wire::text(wire::kKeyFrameClose);
 
 // True when every character has a byte in the session's code page.
 bool fitsCodePage(const QString& text)

@@ -13,6 +13,7 @@
 #include "platform/Clock.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
+#include "core/WireCodec.h"
 
 
 // The callee's decision on a caller: black and white lists, the busy
@@ -90,9 +91,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         busy.Accept(requestId);
         m_session.idleDelay0();
         const QString message =
-            QStringLiteral("<Paste> ") +
+            wire::text(wire::kPasteOpen) +
             QStringLiteral("{ Vonnel:: Remote user is currently in session. Please retry later!! }") +
-            QStringLiteral("</Paste>");
+            wire::text(wire::kPasteClose);
         if (busy.State() <= Winsock::sckConnected) {
             busy.SendData(toCp1252(message));
             m_session.idleDelay0();
@@ -167,7 +168,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
 
     // The version message is the first data: the caller waits for it.
     m_ctx.setting(QStringLiteral("Version Check"));
-    ws.SendData(toCp1252(QStringLiteral("!ver. ") + m_ctx.VersionString + QStringLiteral(" ver!")));
+    ws.SendData(wire::versionFrame(toCp1252(QLatin1Char(' ') + m_ctx.VersionString + QLatin1Char(' '))));
     m_cipher.sendKeyOnAccept();
     m_session.ConnectionStartedHere = false;
     m_session.checkStatus();

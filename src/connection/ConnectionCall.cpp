@@ -12,6 +12,7 @@
 #include "core/CopyContext.h"
 #include "platform/Clock.h"
 #include "core/MainModel.h"
+#include "core/WireCodec.h"
 #include "core/Views.h"
 
 
@@ -336,7 +337,7 @@ void Connection::ConnectOK()
     m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
     m_session.PeerIP = m_session.winsock(0).RemoteHostIP();
     m_ctx.setting(QStringLiteral("Version Check"));  // compared on the receiving side
-    ws.SendData(toCp1252(QStringLiteral("!ver. ") + m_ctx.VersionString + QStringLiteral(" ver!")));
+    ws.SendData(wire::versionFrame(toCp1252(QLatin1Char(' ') + m_ctx.VersionString + QLatin1Char(' '))));
     m_cipher.sendKeyOnConnect();
     m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connected")));
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);

@@ -6,6 +6,7 @@
 #include "core/Views.h"
 #include "platform/Clock.h"
 #include "platform/Cursor.h"
+#include "core/WireCodec.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -128,7 +129,7 @@ void Session::cmdHiddenReady_Click()
     NotReadySent = false;
     yieldEvents();
     if (!m_ctx.ProgramExiting && IsConnected())
-        m_sender.xSendData(QStringLiteral("&&!Ready!&&"));
+        m_sender.xSendData(wire::text(wire::kReady));
 }
 
 void Session::cmdHiddenNotReady_Click()
@@ -136,7 +137,7 @@ void Session::cmdHiddenNotReady_Click()
     NotReadySent = true;
     yieldEvents();
     if (!m_ctx.ProgramExiting && IsConnected())
-        m_sender.xSendData(QStringLiteral("&&!NotReady!&&"));
+        m_sender.xSendData(wire::text(wire::kNotReady));
 }
 
 void Session::idleDelay(double& seconds, bool keepPointer)

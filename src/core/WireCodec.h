@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QLatin1String>
 #include <array>
 #include <optional>
 
@@ -39,11 +40,15 @@ inline constexpr QByteArrayView kBoardChatClose = " <#>&&";
 inline constexpr QByteArrayView kBoardLabelOpen = "&&lbl";
 inline constexpr QByteArrayView kBoardLabelClose = "$";
 inline constexpr QByteArrayView kDataOpen = "<*> ";
+inline constexpr QByteArrayView kDataClose = " </*>";
 inline constexpr QByteArrayView kControl = "^";
 inline constexpr QByteArrayView kFileHead = "%%";
 inline constexpr QByteArrayView kBoardHead = "&&";
 inline constexpr QByteArrayView kReady = "&&!Ready!&&";
 inline constexpr QByteArrayView kNotReady = "&&!NotReady!&&";
+
+// A frame word as text, for code that builds and reads frames as text.
+inline QLatin1String text(QByteArrayView word) { return QLatin1String(word); }
 
 // --- the frame families, in the order the receiver tests them ------------------
 enum class Family {

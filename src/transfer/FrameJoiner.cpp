@@ -10,9 +10,12 @@ namespace {
 // it is where a frame ends inside a read.
 const QList<QByteArray>& loopHeads()
 {
-    static const QList<QByteArray> heads = {
-        "<KEY> ", "<Paste> ", "<e#", "<URL> ", "<SPKSET> ", "<SPK> ", "<MSG> ",
-        "%%",     "&&",       "^",   "!ver.", "tt:=",       "<*> "};
+    static const QList<QByteArray> heads = [] {
+        QList<QByteArray> out;
+        for (const wire::Family f : wire::kReceiveOrder)
+            out << wire::head(f).toByteArray();
+        return out;
+    }();
     return heads;
 }
 

@@ -7,13 +7,15 @@
 // only at the end of what arrived, or with the opening of another message
 // of the receive loop right behind it.
 
+#include "core/WireCodec.h"
+
 #include <QByteArray>
 #include <QList>
 
 namespace vonnel {
 
-inline const QByteArray kFrameHead = QByteArrayLiteral("<*> ");
-inline const QByteArray kFrameEnd = QByteArrayLiteral(" </*>");
+inline const QByteArray kFrameHead = wire::kDataOpen.toByteArray();
+inline const QByteArray kFrameEnd = wire::kDataClose.toByteArray();
 
 // Where the data frame in c (starting "<*> ") ends, when it ends before the
 // last byte: the position of a " </*>" that has behind it the start of one

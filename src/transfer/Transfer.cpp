@@ -12,6 +12,7 @@
 #include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 #include <cstring>
 
@@ -150,7 +151,7 @@ QString Transfer::protocolFault(const QString& description, const QString& messa
 QString Transfer::acceptOffer(QString& data, qsizetype headLength, const QString& head,
                               QString& text)
 {
-    const qsizetype p = data.indexOf(QLatin1String("*fs*"), headLength);
+    const qsizetype p = data.indexOf(wire::text(wire::kRequestEnd), headLength);
     if (p >= 0) {
         text = data.mid(headLength, p - headLength);
         return data.mid(p + 4);
@@ -167,15 +168,15 @@ QString Transfer::acceptOffer(QString& data, qsizetype headLength, const QString
 
 QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
 {
-    if (data.startsWith(QLatin1String("%%File Sending Request%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::SendingRequest)))) {
         QString offer;
-        const QString rest = acceptOffer(data, 24, QStringLiteral("%%File Sending Request%%"), offer);
+        const QString rest = acceptOffer(data, 24, wire::text(wire::word(wire::FileMessage::SendingRequest)), offer);
         getSaveFileName(offer);
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%FS Request OK%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::RequestOk)))) {
         QString path;
-        const QString rest = acceptOffer(data, 17, QStringLiteral("%%FS Request OK%%"), path);
+        const QString rest = acceptOffer(data, 17, wire::text(wire::word(wire::FileMessage::RequestOk)), path);
         if (drawVisible()) {
             if (m_picOffered)
                 beginSendFile(path);
@@ -187,7 +188,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         }
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%FS Request Rejected%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::RequestRejected)))) {
         const QString rest = data.mid(23);
         if (!m_offered && !m_picOffered)
             return rest;  // nothing was offered: nothing to say
@@ -198,7 +199,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%Sending Cancel%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::SendingCancel)))) {
         if (!anyUnderWay())
             return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
@@ -206,7 +207,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
         return QString();
     }
-    if (data.startsWith(QLatin1String("%%Pause Sending%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::PauseSending)))) {
         const QString rest = data.mid(17);
         if (!fileUnderWay())
             return rest;
@@ -214,7 +215,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         updateProgress(QStringLiteral("Pause"));
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%Continue Sending File%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::ContinueSending)))) {
         const QString rest = data.mid(25);
         if (!fileUnderWay())
             return rest;
@@ -222,7 +223,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         updateProgress(QStringLiteral("Continue Send"));
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%Continue Receiving File%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::ContinueReceiving)))) {
         const QString rest = data.mid(27);
         if (!fileUnderWay())
             return rest;
@@ -230,7 +231,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         updateProgress(QStringLiteral("Continue Receive"));
         return rest;
     }
-    if (data.startsWith(QLatin1String("<*> "))) {
+    if (data.startsWith(wire::text(wire::kDataOpen))) {
         // The frame starts where the rest of the read starts; the first
         // "<*> " of the read is only taken when the two disagree, which a
         // "<*> " inside text ahead of the frame would otherwise cause.
@@ -241,15 +242,15 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         data.clear();
         return s < 0 ? QString() : dataFrame(bytes, s);
     }
-    if (data.startsWith(QLatin1String("%%Data Received-")))
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::DataReceived))))
         return acknowledgement(data);
-    if (data.startsWith(QLatin1String("%%Open Pause Window%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::OpenPauseWindow)))) {
         const QString rest = data.mid(21);
         if (fileUnderWay() && transferPaused)
             restorePauseWindow();
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%Unload%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::Unload)))) {
         const QString rest = data.mid(10);
         if (!fileUnderWay())
             return rest;
@@ -259,7 +260,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         unloadProgress();
         return rest;
     }
-    if (data.startsWith(QLatin1String("%%Error%%"))) {
+    if (data.startsWith(wire::text(wire::word(wire::FileMessage::Error)))) {
         if (!m_receiving && !m_picReceiving)
             return QString();
         updateProgress(QStringLiteral("File sending fails"));
@@ -290,7 +291,7 @@ QString Transfer::acknowledgement(QString& data)
     }
     const std::optional<qint64> count = parseAckCount(number);
     if (!count)
-        return protocolFault(QStringLiteral("Type mismatch"), QStringLiteral("%%Data Received-"), data);
+        return protocolFault(QStringLiteral("Type mismatch"), wire::text(wire::word(wire::FileMessage::DataReceived)), data);
     m_frameOut = false;
     if (drawVisible() || !transferPaused)
         ContSendFile(*count);

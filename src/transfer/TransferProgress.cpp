@@ -11,6 +11,7 @@
 #include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 // The outcome of a transfer and the progress window's buttons: pause,
 // continue, hold, cancel.
@@ -115,7 +116,7 @@ void Transfer::updateProgress(const QString& what)
         windowBack();
         w.cmdPause.enabled = true;
         w.refresh();
-        m_sender.xSendData(QStringLiteral("%%Data Received-"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)));
     }
 }
 
@@ -240,7 +241,7 @@ void Transfer::cmdPause_Click()
     if (tag == QLatin1String("Pause")) {
         if (!connected())
             return;
-        m_sender.xSendData(QStringLiteral("%%Pause Sending%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::PauseSending)));
         pauseSendFile(true);
         setPauseButton("Continue");
         w.cmdPause.toolTip = lookup("Continue sending/receiving file");
@@ -254,9 +255,9 @@ void Transfer::cmdPause_Click()
         pauseSendFile(false);
         // The message names what the peer is to do.
         if (w.txtSendRec.contains(QLatin1String("Sending")))
-            m_sender.xSendData(QStringLiteral("%%Continue Receiving File%%"));
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::ContinueReceiving)));
         else
-            m_sender.xSendData(QStringLiteral("%%Continue Sending File%%"));
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::ContinueSending)));
         windowBack();
         w.refresh();
     } else if (tag == QLatin1String("Open")) {
@@ -271,13 +272,13 @@ void Transfer::cmdCancel_Click()
         return;
     const QString tag = w.cmdCancel.tag;
     if (tag == QLatin1String("Unload") && connected()) {
-        m_sender.xSendData(QStringLiteral("%%Unload%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::Unload)));
         pauseSendFile(true);
         savePauseSetting(w.lblProgress.text, w.txtSendRec, w.prbProgress, w.lblFilename,
                          w.lblFilesize);
         unloadProgress();
     } else if (tag == QLatin1String("Cancel") && connected()) {
-        m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::SendingCancel)));
         cancelSendFiles();
         m_session.idleDelayFor(0.2);
         updateProgress(QStringLiteral("File sending cancelled"));

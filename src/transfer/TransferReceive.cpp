@@ -13,6 +13,7 @@
 #include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -111,7 +112,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         // The whole file is in: the pause has nothing left to hold, and
         // the sender must hear that before its last count.
         pauseSendFile(false);
-        m_sender.xSendData(QStringLiteral("%%Continue Sending File%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::ContinueSending)));
         windowBack();
     }
     if (n >= expected) {
@@ -120,7 +121,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
         m_progress.cmdPause.enabled = false;
         m_progress.refresh();
-        m_sender.xSendData(QStringLiteral("%%Data Received-") + QString::number(n) + QStringLiteral("%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + QString::number(n) + QStringLiteral("%%"));
         if (n == expected)
             updateProgress(QStringLiteral("File receiving success"));
         else
@@ -131,7 +132,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         if (n < before && n <= m_lastAck) {
             // Frames smaller than the rounding of the count at this length
             // could never move the transfer on.
-            m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::SendingCancel)));
             updateProgress(QStringLiteral("File sending cancelled"));
             m_progress.lblProgress.text =
                 lookup("The sending side's frames are too small for a file of this size");
@@ -142,7 +143,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         const int pct = percentOf(n, expected);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
-        m_sender.xSendData(QStringLiteral("%%Data Received-") + singleText(n) + QStringLiteral("%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + singleText(n) + QStringLiteral("%%"));
         m_progress.refresh();
     }
     return rest;
@@ -169,7 +170,7 @@ void Transfer::saveError(const QFile& target)
     closeAllFiles();
     m_receiving = m_picReceiving = false;
     ++recvHandleCounter;
-    m_sender.xSendData(QStringLiteral("%%Sending Cancel%%"));
+    m_sender.xSendData(wire::text(wire::word(wire::FileMessage::SendingCancel)));
     m_ctx.logs().failure(QStringLiteral("SendFileCheck-Save Error"),
                      text + QStringLiteral(" (") + QString::number(number) + QLatin1Char(')'));
     // The receive loop tells the user, as "File Fransfer " + number: the
@@ -191,7 +192,7 @@ void Transfer::getSaveFileName(QString offer)
                                 o.name + QStringLiteral(")\rType mismatch"),
                             MsgStyle::Exclamation, MainModel::kTitle + QStringLiteral(" Error"));
         // Answered, so the peer does not wait for ever.
-        m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
         return;
     }
     if (picture) {
@@ -209,7 +210,7 @@ void Transfer::getSaveFileName(QString offer)
         const Answer a = m_ctx.prompter().msgBox(question, MsgStyle::YesNo | MsgStyle::Information,
                                              lookup("File Receiving Request"));
         if (a != Answer::Yes) {
-            m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
             return;
         }
         FileRequest req;
@@ -219,7 +220,7 @@ void Transfer::getSaveFileName(QString offer)
         req.proposedName = proposedSaveName(o.name);
         const QString chosen = m_ctx.prompter().file(req);
         if (chosen.isEmpty()) {
-            m_sender.xSendData(QStringLiteral("%%FS Request Rejected%%"));
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
             return;
         }
         recvFilePath = chosen;
@@ -229,7 +230,7 @@ void Transfer::getSaveFileName(QString offer)
         }
     }
     m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
-    m_sender.xSendData(QStringLiteral("%%FS Request OK%%") + o.okPath + QStringLiteral("*fs*"));
+    m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestOk)) + o.okPath + wire::text(wire::kRequestEnd));
     beginGetFile();
 }
 

@@ -11,6 +11,7 @@
 #include "core/Views.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 #include <QFileInfo>
 #include <QTimer>
@@ -35,7 +36,7 @@ void Transfer::mnuSendFile_Click()
 
     if (connected() && transferPaused) {
         // On hold: both sides bring their windows back.
-        m_sender.xSendData(QStringLiteral("%%Open Pause Window%%"));
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::OpenPauseWindow)));
         restorePauseWindow();
         return;
     }
@@ -110,8 +111,8 @@ void Transfer::sendFileRequest(const QString& name, qint64 size)
         return;
     if (name.startsWith(QLatin1String("pic")))
         m_picOffered = true;
-    m_sender.sendRaw(QStringLiteral("%%File Sending Request%%") + wirePath(name) + QLatin1Char('>') +
-                  QString::number(size) + QStringLiteral("*fs*"));
+    m_sender.sendRaw(wire::text(wire::word(wire::FileMessage::SendingRequest)) + wirePath(name) + QLatin1Char('>') +
+                  QString::number(size) + wire::text(wire::kRequestEnd));
 }
 
 void Transfer::goOn(qint64 position)
@@ -174,7 +175,7 @@ void Transfer::beginSendFile(QString path)
                                 QLatin1String(which) + QString::number(counter),
                             MsgStyle::Exclamation);
         closeAllFiles();
-        m_sender.sendRaw(QStringLiteral("%%Error%%"));
+        m_sender.sendRaw(wire::text(wire::word(wire::FileMessage::Error)));
     };
 
     if (board) {
@@ -191,7 +192,7 @@ void Transfer::beginSendFile(QString path)
         sendFileHandle = counter;
         sendFilePath = path;
         if (!QFileInfo(path).isFile()) {
-            m_sender.sendRaw(QStringLiteral("%%Error%%"));
+            m_sender.sendRaw(wire::text(wire::word(wire::FileMessage::Error)));
             return;
         }
         m_sendFile.close();

@@ -12,6 +12,7 @@
 #include "core/MainModel.h"
 #include "wire/FrameText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 namespace vonnel {
 
@@ -88,8 +89,8 @@ QString Receiver::cDrawcheck(QString& data)
                 data = data.mid(4);
                 Q_EMIT boardMessage(QStringLiteral("&&-g"), {data});
             }
-            plain(QStringLiteral("&&!NotReady!&&"));
-            plain(QStringLiteral("&&!Ready!&&"));
+            plain(wire::text(wire::kNotReady));
+            plain(wire::text(wire::kReady));
             if (data.startsWith(QLatin1String("&&<#> "))) {
                 QString t = data.mid(6);
                 qsizetype i = t.indexOf(QLatin1Char('\r'));

@@ -9,6 +9,7 @@
 #include "core/CopyContext.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
+#include "core/WireCodec.h"
 #include "wire/LiveTyping.h"
 
 #include <algorithm>
@@ -18,33 +19,14 @@ namespace vonnel {
 
 namespace {
 
-struct Wrapped {
-    const char* open;
-    const char* close;  // nullptr: one character, then the closing text
-};
-
-// The eight frames whose inner text is enciphered, in the order tested.
-constexpr std::array<Wrapped, 8> kWrapped = {{
-    {"<Paste> ", "</Paste>"},
-    {"<KEY> ", " <:KEY>"},
-    {"<e#", nullptr},
-    {"&&<#> ", " <#>&&"},
-    {"&&lbl", "$"},
-    {"<URL> ", " </URL>"},
-    {"<SPK> ", " </SPK>"},
-    {"<MSG> ", " </MSG>"},
-}};
-
 // Where the unwrapped text in front of the next frame ends. Absent markers
 // count as 0 and sort first, so the text is cut only when all eight are
 // present further on; otherwise it goes out whole.
 qsizetype cutPosition(const QString& text)
 {
-    static const std::array<const char*, 8> markers = {
-        "<e#", "<Paste> ", "&&<#> ", "&&lbl", "<KEY> ", "<URL> ", "<SPK> ", "<MSG> "};
-    std::array<qsizetype, 8> pos{};
-    for (size_t i = 0; i < markers.size(); ++i)
-        pos[i] = text.indexOf(QLatin1String(markers[i]), 2) + 1;  // 1-based, 0 = absent
+    std::array<qsizetype, wire::kEnciphered.size()> pos{};
+    for (size_t i = 0; i < pos.size(); ++i)  // 1-based, 0 = absent
+        pos[i] = text.indexOf(wire::text(wire::kEnciphered[i].open), 2) + 1;
     std::sort(pos.begin(), pos.end());
     return pos[0] == 0 ? text.size() : pos[0] - 1;
 }
@@ -92,8 +74,10 @@ void FrameSender::xSendData(QString data)
     }
 
     // The peer learns the key before the first text enciphered with it.
-    if (std::any_of(kWrapped.begin(), kWrapped.end(),
-                    [&data](const Wrapped& w) { return data.contains(QLatin1String(w.open)); }) &&
+    if (std::any_of(wire::kEnciphered.begin(), wire::kEnciphered.end(),
+                    [&data](const wire::EncipheredFrame& w) {
+                        return data.contains(wire::text(w.open));
+                    }) &&
         m_cipher.announceKeyBeforeCipher())
         if (m_typing)
             m_typing->keySent = true;
@@ -101,17 +85,18 @@ void FrameSender::xSendData(QString data)
     const QString all = data;
     while (!data.isEmpty()) {
         bool framed = false;
-        for (const Wrapped& w : kWrapped) {
-            const QLatin1String open(w.open);
+        for (const wire::EncipheredFrame& w : wire::kEnciphered) {
+            const QLatin1String open = wire::text(w.open);
             if (!data.startsWith(open))
                 continue;
             framed = true;
-            if (!w.close) {  // "<e#" + one character + "#e>"
-                sendRaw(open + m_cipher.encipher(data.mid(3, 1)) + QStringLiteral("#e>"));
-                data = data.mid(7);
+            if (w.close.isEmpty()) {  // "<e#" + one character + "#e>"
+                sendRaw(open + m_cipher.encipher(data.mid(3, 1)) +
+                        wire::text(wire::kOldCipherClose));
+                data = data.mid(wire::kOldCipherOpen.size() + 1 + wire::kOldCipherClose.size());
                 break;
             }
-            const QLatin1String close(w.close);
+            const QLatin1String close = wire::text(w.close);
             const qsizetype end = data.indexOf(close, open.size());
             if (end < 0) {
                 // The inner length turns negative: nothing of this goes out.
@@ -122,10 +107,10 @@ void FrameSender::xSendData(QString data)
                 return;
             }
             const QString cipher = m_cipher.encipher(data.mid(open.size(), end - open.size()));
-            if (open == QLatin1String("<KEY> ")) {
+            if (w.open == wire::kKeyOpen) {
                 m_ctx.logs().eData(cipher);
-                const qsizetype tail = data.indexOf(QLatin1String("</KEY>"), end);
-                const qsizetype stop = tail < 0 ? data.size() : tail + 6;
+                const qsizetype tail = data.indexOf(wire::text(wire::kKeyClose), end);
+                const qsizetype stop = tail < 0 ? data.size() : tail + wire::kKeyClose.size();
                 sendRaw(open + cipher + data.mid(end, stop - end));
                 data = data.mid(stop);
             } else {

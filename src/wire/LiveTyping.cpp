@@ -17,6 +17,7 @@
 #include "core/Sender.h"
 #include "core/MainModel.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 namespace vonnel {
 
@@ -214,7 +215,7 @@ void LiveTyping::txtServer_Change()
             }
             pane.chopTo(pane.length() - 1);
         } else if (dbl) {
-            send(QStringLiteral("<Paste> ") + c + QStringLiteral("</Paste>"));
+            send(wire::text(wire::kPasteOpen) + c + wire::text(wire::kPasteClose));
             m_changeSent = QString(c);
         }
     } else if (connected && m_cipher.encryptOn && dbl) {
@@ -266,29 +267,29 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
 
     if (sameKeys) {
         if (K == vbKeyBack || keyCode == vbKeyDelete) {
-            send(QStringLiteral("^BK") + len + QStringLiteral("#BK"));
+            send(wire::text(wire::words(wire::Numbered::Deletion).open) + len + wire::text(wire::words(wire::Numbered::Deletion).close));
             urlScanned = lineMark = lastCrLf(text);
         } else if (K == vbKeyReturn) {
-            send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
+            send(wire::text(wire::words(wire::Numbered::LineBreak).open) + len + wire::text(wire::words(wire::Numbered::LineBreak).close));
             scan(text.mid(urlScanned));
             const QString line = trim33(text.mid(lineMark));
             lineMark = pane.selStart();
             if (!m_ctx.settingFlag(QStringLiteral("Local Speaker Off")) && speakLocalLine)
                 speakLocalLine(line);
             if (!m_ctx.settingFlag(QStringLiteral("Disable Auto TTS Signal")))
-                send(QStringLiteral("<SPK> ") + line + QStringLiteral(" </SPK>"));
-            send(QStringLiteral("<MSG> ") + line + QStringLiteral(" </MSG>"));
+                send(wire::text(wire::kSpeakOpen) + line + wire::text(wire::kSpeakClose));
+            send(wire::text(wire::kMessageOpen) + line + wire::text(wire::kMessageClose));
             m_model.txtTextMsg.append(m_session.winsock(m_session.sIdx).LocalHostName().toUpper() + QLatin1Char(' ') +
                                 m_ctx.clock().timeOfDay().toString(QStringLiteral("h:mm:ss AP")) +
                                 QStringLiteral(": ") + line + kCrLf);
         } else if (K == vbKeySpace) {
-            send(QStringLiteral("^SPC") + len + QStringLiteral("#SPC"));
+            send(wire::text(wire::words(wire::Numbered::Space).open) + len + wire::text(wire::words(wire::Numbered::Space).close));
             scan(text.mid(urlScanned));
         } else if (K == vbKeyEscape) {
             // Esc sends nothing.
         } else {
-            send(QStringLiteral("<KEY> ") + QChar(char16_t(K)) + QStringLiteral(" <:KEY>") + len +
-                 QStringLiteral("</KEY>"));
+            send(wire::text(wire::kKeyOpen) + QChar(char16_t(K)) + wire::text(wire::kKeyCharClose) + len +
+                 wire::text(wire::kKeyClose));
         }
     } else {
         // Different keys before one release: in the order typed, letters
@@ -298,7 +299,7 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
         const QString behind = QString::number(length - PressCount);
         auto flush = [&] {
             if (!block.isEmpty()) {
-                send(QStringLiteral("<Paste> ") + block + QStringLiteral("</Paste>"));
+                send(wire::text(wire::kPasteOpen) + block + wire::text(wire::kPasteClose));
                 block.clear();
             }
         };
@@ -316,12 +317,12 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
                 // The number these two carry is no length of the pane:
                 // the whole text follows the burst.
                 if (returns > 0) {
-                    send(QStringLiteral("^RETURN") + behind + QStringLiteral("#RETURN"));
+                    send(wire::text(wire::words(wire::Numbered::LineBreak).open) + behind + wire::text(wire::words(wire::Numbered::LineBreak).close));
                     returns = 0;
                     followUp();
                 }
                 if (deletions > 0) {
-                    send(QStringLiteral("^BK") + behind + QStringLiteral("#BK"));
+                    send(wire::text(wire::words(wire::Numbered::Deletion).open) + behind + wire::text(wire::words(wire::Numbered::Deletion).close));
                     deletions = 0;
                     followUp();
                 }
@@ -333,13 +334,13 @@ void LiveTyping::txtServer_KeyUp(int keyCode, int shift)
         if (returns > 0 && deletions > 0)
             followUp();
         if (returns > 0)
-            send(QStringLiteral("^RETURN") + len + QStringLiteral("#RETURN"));
+            send(wire::text(wire::words(wire::Numbered::LineBreak).open) + len + wire::text(wire::words(wire::Numbered::LineBreak).close));
         if (deletions > 0) {
-            send(QStringLiteral("^BK") + len + QStringLiteral("#BK"));
+            send(wire::text(wire::words(wire::Numbered::Deletion).open) + len + wire::text(wire::words(wire::Numbered::Deletion).close));
             urlScanned = lineMark = lastCrLf(text) + 1;
         }
         if (!block.isEmpty())
-            send(QStringLiteral("<Paste> ") + block + QStringLiteral("</Paste>"));
+            send(wire::text(wire::kPasteOpen) + block + wire::text(wire::kPasteClose));
     }
     PressCount = 0;
     keyTyping = false;

@@ -16,6 +16,7 @@
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
+#include "core/WireCodec.h"
 
 namespace vonnel {
 
@@ -111,7 +112,7 @@ void LiveTyping::PasteText(bool ownInsert)
             // A long paste is one long write: the wait pointer shows for it
             // and the normal one comes back however the send ends.
             WaitPointer busy(m_ctx.cursor());
-            send(QStringLiteral("<Paste> ") + text + QStringLiteral("</Paste>"));
+            send(wire::text(wire::kPasteOpen) + text + wire::text(wire::kPasteClose));
             scan(text);
             m_session.PasteInProgress = true;
         } else {

@@ -131,7 +131,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     m_keyPosition = 0;
 
     QString text;
-    if (frameArrival && bytes.startsWith("<*> ")) {
+    if (frameArrival && bytes.startsWith(wire::kDataOpen)) {
         // A data frame at the head of the read: no test ahead of the file
         // dispatcher matches it and its payload is taken from the bytes,
         // so only what may follow its end is made text.
@@ -197,42 +197,42 @@ QString Receiver::cControlCheck(QString& data)
         m_pane->cleared();
         data = data.mid(4);
     }
-    if (data.startsWith(QLatin1String("^BK"))) {
-        readPosition(getBetween(data, QStringLiteral("^BK"), QStringLiteral("#BK")), n);
-        data = stripThrough(data, QStringLiteral("#BK"));
-        m_pane->deletion(n, data.startsWith(QLatin1String("<Paste> ")));
+    if (data.startsWith(wire::text(wire::words(wire::Numbered::Deletion).open))) {
+        readPosition(getBetween(data, wire::text(wire::words(wire::Numbered::Deletion).open), wire::text(wire::words(wire::Numbered::Deletion).close)), n);
+        data = stripThrough(data, wire::text(wire::words(wire::Numbered::Deletion).close));
+        m_pane->deletion(n, data.startsWith(wire::text(wire::kPasteOpen)));
     }
     if (data.startsWith(QLatin1String("^Cr"))) {
         pane.append(kCrLf);
         pane.caretToEnd();
         data = data.mid(3);
     }
-    if (data.startsWith(QLatin1String("^RETURN"))) {
+    if (data.startsWith(wire::text(wire::words(wire::Numbered::LineBreak).open))) {
         const bool counted =
-            readPosition(getBetween(data, QStringLiteral("^RETURN"), QStringLiteral("#RETURN")), n);
-        data = stripThrough(data, QStringLiteral("#RETURN"));
+            readPosition(getBetween(data, wire::text(wire::words(wire::Numbered::LineBreak).open), wire::text(wire::words(wire::Numbered::LineBreak).close)), n);
+        data = stripThrough(data, wire::text(wire::words(wire::Numbered::LineBreak).close));
         m_pane->lineBreak(n, counted);
     }
-    if (data.startsWith(QLatin1String("<URL> "))) {
-        const QString inner = getBetween(data, QStringLiteral("<URL> "), QStringLiteral(" </URL>"));
-        data = stripThrough(data, QStringLiteral(" </URL>"));
+    if (data.startsWith(wire::text(wire::kUrlOpen))) {
+        const QString inner = getBetween(data, wire::text(wire::kUrlOpen), wire::text(wire::kUrlClose));
+        data = stripThrough(data, wire::text(wire::kUrlClose));
         Q_EMIT webCheck(decipher(inner));
     }
-    if (data.startsWith(QLatin1String("<SPK> "))) {
-        const QString inner = getBetween(data, QStringLiteral("<SPK> "), QStringLiteral(" </SPK>"));
-        data = stripThrough(data, QStringLiteral(" </SPK>"));
+    if (data.startsWith(wire::text(wire::kSpeakOpen))) {
+        const QString inner = getBetween(data, wire::text(wire::kSpeakOpen), wire::text(wire::kSpeakClose));
+        data = stripThrough(data, wire::text(wire::kSpeakClose));
         Q_EMIT speakReceived(decipherInStage(inner));
         m_faults.reportStage(QStringLiteral("NEW SPK "));
     }
-    if (data.startsWith(QLatin1String("<MSG> "))) {
-        const QString inner = getBetween(data, QStringLiteral("<MSG> "), QStringLiteral(" </MSG>"));
-        data = stripThrough(data, QStringLiteral(" </MSG>"));
+    if (data.startsWith(wire::text(wire::kMessageOpen))) {
+        const QString inner = getBetween(data, wire::text(wire::kMessageOpen), wire::text(wire::kMessageClose));
+        data = stripThrough(data, wire::text(wire::kMessageClose));
         takeRecordLine(decipherInStage(inner));
         m_faults.reportStage(QStringLiteral("NEW MSG "));
     }
-    if (data.startsWith(QLatin1String("^SPC"))) {
-        readPosition(getBetween(data, QStringLiteral("^SPC"), QStringLiteral("#SPC")), n);
-        data = stripThrough(data, QStringLiteral("#SPC"));
+    if (data.startsWith(wire::text(wire::words(wire::Numbered::Space).open))) {
+        readPosition(getBetween(data, wire::text(wire::words(wire::Numbered::Space).open), wire::text(wire::words(wire::Numbered::Space).close)), n);
+        data = stripThrough(data, wire::text(wire::words(wire::Numbered::Space).close));
         m_pane->space(n);
     }
     while (data.startsWith(QLatin1String("^TAB"))) {
@@ -287,7 +287,7 @@ void Receiver::resendWholeText()
     m_cipher.sendKeyForRefresh(keySent());
     m_sender.sendRaw(QStringLiteral("^Clr"));
     Q_EMIT refreshAnswerNeedsSettings();
-    m_sender.xSendData(QStringLiteral("<Paste> ") + m_model.txtServer.text() + QStringLiteral("</Paste>"));
+    m_sender.xSendData(wire::text(wire::kPasteOpen) + m_model.txtServer.text() + wire::text(wire::kPasteClose));
     m_model.txtClient(m_session.sIdx).caretToEnd();
     m_session.PasteInProgress = false;
     m_ctx.cursor().setNormal();
