@@ -3,29 +3,23 @@
 
 #include "platform/Prompter.h"
 
-#include <QList>
-
 namespace vonnel::test {
 
-class FakePrompter : public Prompter {
-public:
-    QList<Answer> answers;     // taken in order; the box's default when used up
-    QStringList fileAnswers;   // taken in order; cancelled when used up
+struct FakePrompter : Prompter {
+    QList<Answer> answers;    // in order; Ok when used up
+    QStringList fileAnswers;  // in order; cancelled when used up
     QList<BoxRequest> boxes;
     QList<FileRequest> files;
 
-    Answer box(const BoxRequest& request) override
+    Answer box(const BoxRequest& r) override
     {
-        boxes.append(request);
+        boxes.append(r);
         return answers.isEmpty() ? Answer::Ok : answers.takeFirst();
     }
-    std::optional<QString> input(const QString&, const QString&, const QString&) override
+    std::optional<QString> input(const QString&, const QString&, const QString&) override { return {}; }
+    QString file(const FileRequest& r) override
     {
-        return std::nullopt;
-    }
-    QString file(const FileRequest& request) override
-    {
-        files.append(request);
+        files.append(r);
         return fileAnswers.isEmpty() ? QString() : fileAnswers.takeFirst();
     }
 };
