@@ -8,6 +8,20 @@
 #include <QMap>
 #include <QTimer>
 #include <QSet>
+#include <ostream>
+#include "nettools/LikePattern.h"
+
+QT_BEGIN_NAMESPACE
+// Readable failures.
+inline void PrintTo(const QString& s, std::ostream* os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& l, std::ostream* os)
+{
+    *os << '[' << l.join(QStringLiteral(", ")).toStdString() << ']';
+}
+QT_END_NAMESPACE
 
 namespace vonnel::test {
 
