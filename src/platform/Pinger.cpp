@@ -1,62 +1,98 @@
 #include "platform/Pinger.h"
 
 #include <QElapsedTimer>
-#include <QHostAddress>
-
-#include <cstring>
+#include <QtDebug>
 
 #ifdef Q_OS_UNIX
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/ip_icmp.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 #endif
 
 namespace vonnel {
 
+Pinger::Pinger(EchoPlatform* platform) : m_platform(platform)
+{
+    if (!m_platform) {
+        m_ownPlatform = std::make_unique<SystemEchoPlatform>();
+        m_platform = m_ownPlatform.get();
+    }
+}
+
+Pinger::~Pinger() = default;
+
+void Pinger::setUnavailableNotice(std::function<void(const QString&)> notice)
+{
+    m_notice = std::move(notice);
+}
+
+EchoSocketKind Pinger::kind() const
+{
+    return m_transport ? m_transport->kind() : EchoSocketKind::None;
+}
+
+bool Pinger::ensureTransport()
+{
+    if (m_transport)
+        return true;
+    QString why;
+    m_transport = m_platform->open(&why);
+    if (!m_transport && !m_toldUnavailable) {
+        m_toldUnavailable = true;
+        if (m_notice)
+            m_notice(why);
+        else
+            qWarning().noquote() << why;
+    }
+    return bool(m_transport);
+}
+
 bool Pinger::echo(const QString& address, int timeoutMs)
 {
-#if defined(Q_OS_UNIX) && defined(ICMP_ECHO)
-    QHostAddress target;
-    if (!target.setAddress(address) || target.protocol() != QAbstractSocket::IPv4Protocol)
-        return false;
-    // A datagram ICMP socket needs no privileges where the system allows it
-    // (net.ipv4.ping_group_range); the kernel fills in id and checksum.
-    const int fd = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_ICMP);
-    if (fd < 0)
-        return false;
-    sockaddr_in to{};
-    to.sin_family = AF_INET;
-    to.sin_addr.s_addr = htonl(target.toIPv4Address());
+    const EchoResult r = sendEcho(address, timeoutMs);
+    return r.status == EchoStatus::Success && r.data.startsWith(kEchoData);
+}
 
-    unsigned char packet[8 + 4] = {};
-    packet[0] = ICMP_ECHO;
-    packet[6] = 0;
-    packet[7] = 1;  // sequence 1
-    std::memcpy(packet + 8, "Echo", 4);
-    bool answered = false;
-    if (::sendto(fd, packet, sizeof packet, 0, reinterpret_cast<sockaddr*>(&to), sizeof to) ==
-        ssize_t(sizeof packet)) {
-        QElapsedTimer t;
-        t.start();
-        while (!answered && t.elapsed() < timeoutMs) {
-            pollfd p{fd, POLLIN, 0};
-            if (::poll(&p, 1, int(timeoutMs - t.elapsed())) <= 0)
-                break;
-            unsigned char reply[256];
-            const ssize_t n = ::recv(fd, reply, sizeof reply, 0);
-            answered = n >= 8 && reply[0] == ICMP_ECHOREPLY;
-        }
+EchoResult Pinger::sendEcho(const QString& address, int timeoutMs)
+{
+    EchoResult result;
+    const std::optional<quint32> target = parseDottedQuad(address);
+    if (!target) {
+        result.status = EchoStatus::BadDestination;
+        return result;
     }
-    ::close(fd);
-    return answered;
-#else
-    Q_UNUSED(address);
-    Q_UNUSED(timeoutMs);
-    return false;
+    if (!ensureTransport())
+        return result;
+    const quint16 sequence = m_nextSequence++;
+    if (m_nextSequence == 0)
+        m_nextSequence = 1;
+    if (!m_transport->send(*target, buildEchoRequest(m_transport->identifier(), sequence)))
+        return result;
+    result.status = EchoStatus::TimedOut;
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        QByteArray datagram;
+        quint32 from = 0;
+        while (m_transport->receive(datagram, from)) {
+            const EchoReplyFields reply = parseEchoReply(datagram, m_transport->framing());
+            if (isAnswerTo(reply, from, m_transport->identifier(), sequence, *target)) {
+                result.status = EchoStatus::Success;
+                result.roundTripMs = int(clock.elapsed());
+                result.data = reply.data;
+                return result;
+            }
+        }
+        const qint64 left = timeoutMs - clock.elapsed();
+        if (left <= 0)
+            return result;
+#ifdef Q_OS_UNIX
+        if (m_transport->descriptor() >= 0) {
+            pollfd p{m_transport->descriptor(), POLLIN, 0};
+            ::poll(&p, 1, int(left));
+            continue;
+        }
 #endif
+        return result;  // nothing to wait on
+    }
 }
 
 }  // namespace vonnel
