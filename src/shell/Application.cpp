@@ -148,8 +148,8 @@ int runProgram(int argc, char** argv)
     if (!args.headless)
         env.cursor = &overrideCursor;
 
-    // The window must exist before the copy so that it can be its view;
-    // it binds to the controller once both stand.
+    // The copy stands first; the window binds to its parts and then
+    // becomes its view.
     std::unique_ptr<FrmMain> frm;
     std::unique_ptr<MainWindow> window;
     frm = std::make_unique<FrmMain>(env);

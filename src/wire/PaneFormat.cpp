@@ -87,20 +87,6 @@ QString PaneFormat::numberText(double v)
     return s;
 }
 
-std::optional<bool> PaneFormat::boolFromText(const QString& text)
-{
-    const QString t = text.trimmed();
-    if (t.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
-        return true;
-    if (t.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
-        return false;
-    bool ok = false;
-    const double v = t.toDouble(&ok);
-    if (ok)
-        return v != 0;
-    return std::nullopt;
-}
-
 QColor PaneFormat::toColor(qint64 colour)
 {
     const quint32 c = quint32(colour) & 0xFFFFFFu;

@@ -46,9 +46,6 @@ public:
     // A decimal number without padding, with a fraction only where it has
     // one ("10", "10.5").
     static QString numberText(double v);
-    // The text read back as a truth value: "True"/"False" in any case, or a
-    // number (not 0 is true). Empty for anything else.
-    static std::optional<bool> boolFromText(const QString& text);
 
     static QColor toColor(qint64 colour);
     static qint64 fromColor(const QColor& c);

@@ -235,12 +235,12 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
     data = removeFirst(data, pane.fontName());
     data = removeFirst(data, QStringLiteral("^fb"));
 
-    if (const auto b = PaneFormat::boolFromText(leftOf(data, QStringLiteral("^fi"))))
+    if (const auto b = flagByText(leftOf(data, QStringLiteral("^fi"))))
         pane.setBold(*b);
     data = removeFirst(data, pane.boldText());
     data = removeFirst(data, QStringLiteral("^fi"));
 
-    if (const auto i = PaneFormat::boolFromText(leftOf(data, QStringLiteral("^fs"))))
+    if (const auto i = flagByText(leftOf(data, QStringLiteral("^fs"))))
         pane.setItalic(*i);
     data = removeFirst(data, pane.italicText());
     data = removeFirst(data, QStringLiteral("^fs"));
