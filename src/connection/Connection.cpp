@@ -15,7 +15,6 @@
 #include <QHostAddress>
 #include <QLocale>
 #include <QNetworkInterface>
-#include <QThread>
 
 namespace vonnel {
 
@@ -58,7 +57,7 @@ Connection::~Connection() = default;
 void Connection::spin()
 {
     m_session.yieldEvents();
-    QThread::usleep(50);
+    m_ctx.clock().pauseMicroseconds(50);
 }
 
 void Connection::showMain()

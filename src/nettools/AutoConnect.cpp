@@ -1,6 +1,7 @@
 #include "nettools/AutoConnect.h"
 
 #include "nettools/LikePattern.h"
+#include "platform/Clock.h"
 
 namespace vonnel {
 
@@ -20,7 +21,7 @@ int settingNumber(const QString& text)
 AutoConnect::AutoConnect(SettingsStore& settings, SessionQuery& session, EchoProber& prober,
                          QObject* parent)
     : QObject(parent), m_settings(settings), m_session(session), m_engine(prober, 2),
-      m_now([] { return QTime::currentTime(); })
+      m_now([] { return Clock().timeOfDay(); })
 {
     connect(&m_engine, &SweepEngine::result, this, &AutoConnect::onResult);
     connect(&m_engine, &SweepEngine::finished, this, &AutoConnect::onFinished);

@@ -1,6 +1,7 @@
 #include "nettools/NetViewModel.h"
 
 #include "nettools/LikePattern.h"
+#include "platform/Clock.h"
 
 namespace vonnel {
 
@@ -27,7 +28,7 @@ QString addressOfLine(const QString& line)
 NetViewModel::NetViewModel(EchoProber& prober, OwnAddresses& own, NameLookup& names,
                            SessionQuery& session, QObject* parent)
     : QObject(parent), m_prober(prober), m_own(own), m_names(names), m_session(session),
-      m_engine(prober, 1), m_now([] { return QTime::currentTime(); })
+      m_engine(prober, 1), m_now([] { return Clock().timeOfDay(); })
 {
     connect(&m_engine, &SweepEngine::result, this, &NetViewModel::onResult);
     connect(&m_engine, &SweepEngine::finished, this, &NetViewModel::onRoundFinished);
@@ -136,7 +137,7 @@ void NetViewModel::NetView(QString address, int rangeFrom, int rangeTo)
             round.targets << prefix + QString::number(n);
         m_rounds << round;
     }
-    m_sweepDate = QDate::currentDate();
+    m_sweepDate = Clock().today();
     setSweeping(true);
     nextRound();
 }

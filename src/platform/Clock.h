@@ -33,6 +33,9 @@ public:
         using namespace std::chrono;
         return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
     }
+    // A short pause of the calling thread, as a waiting loop takes between
+    // two turns.
+    virtual void pauseMicroseconds(unsigned long us) const { QThread::usleep(us); }
     // Spins on timer() for the given seconds without running events.
     virtual void spinFor(double seconds) const
     {

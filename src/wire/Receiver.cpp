@@ -41,7 +41,7 @@ Receiver::Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender&
       m_sender(sender),
       m_cipher(cipher),
       m_connection(connection),
-      m_pane(new RemotePane(model, session, sender, *this, this)),
+      m_pane(new RemotePane(ctx.clock(), model, session, sender, *this, this)),
       m_faults(ctx.prompter(), ctx.logs())
 {
     connect(&session, &Session::sessionOpened, m_pane, &RemotePane::beginSession);

@@ -67,6 +67,7 @@
 
 #include "connection/Session.h"
 #include "core/CopyContext.h"
+#include "platform/Clock.h"
 #include "wire/Receiver.h"
 #include "core/Sender.h"
 #include "core/MainModel.h"
@@ -89,9 +90,9 @@ constexpr qint64 kAnswerWaitMs = 5000;
 
 }  // namespace
 
-RemotePane::RemotePane(MainModel& model, Session& session, Sender& sender, Receiver& receiver,
-                       QObject* parent)
-    : QObject(parent), m_model(model), m_session(session), m_sender(sender), m_receiver(receiver)
+RemotePane::RemotePane(const Clock& clock, MainModel& model, Session& session, Sender& sender,
+                       Receiver& receiver, QObject* parent)
+    : QObject(parent), m_clock(clock), m_model(model), m_session(session), m_sender(sender), m_receiver(receiver)
 {
     m_repairTimer.setSingleShot(true);
     connect(&m_repairTimer, &QTimer::timeout, this, &RemotePane::repairDue);
@@ -204,7 +205,7 @@ void RemotePane::cleared()
 {
     m_inStep = true;
     m_repairTimer.stop();
-    m_answerAwaited.invalidate();
+    m_answerAwaitedSince = -1;
 }
 
 void RemotePane::lost()
@@ -218,7 +219,7 @@ void RemotePane::awaitResend()
 {
     m_inStep = false;
     m_repairTimer.stop();
-    m_answerAwaited.start();
+    m_answerAwaitedSince = m_clock.steadyMs();
 }
 
 void RemotePane::beginSession()
@@ -226,7 +227,7 @@ void RemotePane::beginSession()
     m_inStep = true;
     repairCount = 0;
     m_repairTimer.stop();
-    m_answerAwaited.invalidate();
+    m_answerAwaitedSince = -1;
 }
 
 // --- self-repair ---------------------------------------------------------------------
@@ -240,7 +241,7 @@ void RemotePane::differs()
 {
     if (!repairMayRun() || m_repairTimer.isActive())
         return;
-    if (m_answerAwaited.isValid() && m_answerAwaited.elapsed() < kAnswerWaitMs)
+    if (m_answerAwaitedSince >= 0 && m_clock.steadyMs() - m_answerAwaitedSince < kAnswerWaitMs)
         return;
     m_repairTimer.start(repairDelayMs);
 }
@@ -255,7 +256,7 @@ void RemotePane::repairDue()
 void RemotePane::repair()
 {
     ++repairCount;
-    m_answerAwaited.start();
+    m_answerAwaitedSince = m_clock.steadyMs();
     m_sender.xSendData(QStringLiteral("^reFresh"));
 }
 

@@ -8,13 +8,13 @@
 // meant. The full table stands at the head of RemotePane.cpp and in
 // docs/LIVE_TEXT.md.
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 namespace vonnel {
 
+class Clock;
 class MainModel;
 class Session;
 class Sender;
@@ -24,8 +24,8 @@ class TextPane;
 class RemotePane : public QObject {
     Q_OBJECT
 public:
-    RemotePane(MainModel& model, Session& session, Sender& sender, Receiver& receiver,
-               QObject* parent);
+    RemotePane(const Clock& clock, MainModel& model, Session& session, Sender& sender,
+               Receiver& receiver, QObject* parent);
 
     // "<KEY> " c n "</KEY>", c already deciphered.
     void typedCharacter(const QString& c, int n);
@@ -72,6 +72,7 @@ private:
     void differs();
     void repairDue();
 
+    const Clock& m_clock;
     MainModel& m_model;
     Session& m_session;
     Sender& m_sender;
@@ -79,7 +80,7 @@ private:
     QTimer m_repairTimer;
     bool m_inStep = true;
     // A repair was asked and its answer ("^Clr" first) has not come yet.
-    QElapsedTimer m_answerAwaited;
+    qint64 m_answerAwaitedSince = -1;  // steady ms; -1: no answer awaited
 };
 
 }  // namespace vonnel
