@@ -36,8 +36,8 @@ LoginDialog* Connection::beginConnect()
         return nullptr;
     }
     m_model.txtTextMsg.clear();
-    if (!m_ctx.views().isVisible(QStringLiteral("frmLock")) &&
-        !m_ctx.views().isVisible(QStringLiteral("frmPassLock")))
+    if (!m_ctx.views().isVisible(Form::frmLock) &&
+        !m_ctx.views().isVisible(Form::frmPassLock))
         m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_login = std::make_unique<LoginDialog>(m_ctx, m_model, m_session, *this);
     m_login->Form_Load();
@@ -59,7 +59,7 @@ void Connection::mnuConnect_Click()
     if (m_login)
         return;  // an attempt is under way
     if (beginConnect())
-        m_ctx.views().runModal(QStringLiteral("frmLogin"));
+        m_ctx.views().runModal(Form::frmLogin);
     endConnect();
 }
 
@@ -332,7 +332,7 @@ void Connection::ConnectOK()
 {
     Winsock& ws = m_session.winsock(m_session.sIdx);
     m_session.SessionStartTime = m_ctx.clock().timeOfDay();
-    m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
+    m_model.controls.setEnabled(Control::mnuSave, false);
     m_session.PeerIP = m_session.winsock(0).RemoteHostIP();
     m_ctx.setting(QStringLiteral("Version Check"));  // compared on the receiving side
     ws.SendData(toCp1252(QStringLiteral("!ver. ") + m_ctx.VersionString + QStringLiteral(" ver!")));

@@ -249,7 +249,7 @@ void LoginDialog::cmdHelp_Click()
 
 void LoginDialog::cmdBrowse_Click()
 {
-    m_ctx.views().showModeless(QStringLiteral("frmNetView"));
+    m_ctx.views().showModeless(Form::frmNetView);
 }
 
 }  // namespace vonnel

@@ -34,17 +34,17 @@ void PropertyDialog::Form_Load()
 
 bool PropertyDialog::cmdCancelEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
+    return m_model.controls.enabled(Control::frmProperty_cmdCancel);
 }
 
 bool PropertyDialog::cmdApplyEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdApply"));
+    return m_model.controls.enabled(Control::frmProperty_cmdApply);
 }
 
 bool PropertyDialog::cmdOKEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdOK"));
+    return m_model.controls.enabled(Control::frmProperty_cmdOK);
 }
 
 void PropertyDialog::cmdRestore_Click()
@@ -92,7 +92,7 @@ void PropertyDialog::cmdApply_Click()
     }
     m_session.checkStatus();
 
-    m_ctx.views().unload(QStringLiteral("frmPopMsg"));
+    m_ctx.views().unload(Form::frmPopMsg);
     txtLocalHost = ws.LocalHostName();
     txtLocalIP = ws.LocalIP();
     lblLocalPort = QString::number(ws.LocalPort());
@@ -156,12 +156,12 @@ void PropertyDialog::cmdHostConfig_Click()
 
 void PropertyDialog::cmdBadIPLst_Click()
 {
-    m_ctx.views().runModal(QStringLiteral("frmIPBlocking"));
+    m_ctx.views().runModal(Form::frmIPBlocking);
 }
 
 void PropertyDialog::cmdSafeLst_Click()
 {
-    m_ctx.views().runModal(QStringLiteral("frmIPPermit"));
+    m_ctx.views().runModal(Form::frmIPPermit);
 }
 
 void PropertyDialog::cmdHelp_Click()

@@ -41,7 +41,7 @@ Transfer::~Transfer() = default;
 
 bool Transfer::drawVisible() const
 {
-    return m_ctx.views().isVisible(QStringLiteral("frmDraw"));
+    return m_ctx.views().isVisible(Form::frmDraw);
 }
 
 bool Transfer::connected() const
@@ -98,11 +98,11 @@ void Transfer::endSession()
     holdFileSize.clear();
     if (onHold) {
         m_session.TransferOnHold = false;
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
     }
     if (anything && !m_ctx.ProgramExiting) {
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
     }
     if ((!wasReceiving && !wasSending) || !m_progress.loaded)
         return;
@@ -193,16 +193,16 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_offered = m_picOffered = false;
         m_ctx.prompter().msgBox(lookup("File sending request Rejected"), MsgStyle::Exclamation,
                             lookup("Sending Request Response"));
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return rest;
     }
     if (data.startsWith(QLatin1String("%%Sending Cancel%%"))) {
         if (!anyUnderWay())
             return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return QString();
     }
     if (data.startsWith(QLatin1String("%%Pause Sending%%"))) {

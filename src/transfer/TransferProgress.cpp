@@ -139,9 +139,9 @@ void Transfer::savePauseSetting(const QString& progressText, const QString& dire
     holdFileSize = fileSize;
     m_session.TransferOnHold = true;
     if (direction.contains(QLatin1String("Receiving")))
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Receive File", "&Receive File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Receive File", "&Receive File"));
     else
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
 }
 
 void Transfer::restorePauseWindow()
@@ -160,7 +160,7 @@ void Transfer::restorePauseWindow()
     setCancelButton("Unload");
     w.cmdCancel.toolTip = lookup("Back to chat and continue later");
     m_session.TransferOnHold = false;
-    m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+    m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
     showProgress();
 }
 
@@ -207,7 +207,7 @@ void Transfer::showProgress()
 {
     loadProgress();
     // The window's activation: no second transfer, and the board stays open.
-    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_model.controls.setEnabled(Control::mnuSendFile, false);
     Q_EMIT closeDrawEnabled(false);
     m_progress.refresh();
 }
@@ -223,8 +223,8 @@ void Transfer::unloadProgress()
         holdPosition = sendFileSent;
     }
     if (!m_ctx.ProgramExiting) {
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         Q_EMIT closeDrawEnabled(true);
     }
     w.loaded = false;

@@ -227,7 +227,7 @@ void Transfer::getSaveFileName(QString offer)
             QFile::remove(chosen);
         }
     }
-    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_model.controls.setEnabled(Control::mnuSendFile, false);
     m_sender.xSendData(QStringLiteral("%%FS Request OK%%") + o.okPath + QStringLiteral("*fs*"));
     beginGetFile();
 }

@@ -64,8 +64,8 @@ void Transfer::mnuSendFile_Click()
         m_model.stStatusbar.setText(2, lookup("Please wait for remote user's response..."));
         sendFileRequest(sendFilePath, length);
         m_offered = true;
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), false);
+        m_model.controls.setEnabled(Control::mnuSendFile, false);
+        m_model.controls.setEnabled(Control::mnuDraw, false);
     }
 }
 

@@ -159,8 +159,8 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     EXPECT_TRUE(f.session().ConnectionStartedHere);
     EXPECT_EQ(f.model().stStatusbar.text(2), "Connected: 127.0.0.1");
     EXPECT_EQ(f.model().caption(), "Vonnel - 127.0.0.1 [localhost]");
-    EXPECT_TRUE(f.model().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuDisconnect));
+    EXPECT_FALSE(f.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(a.rings, QStringList{"connect.wav"});
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
     EXPECT_TRUE(opensWithVersionThenFormat(readOpening(*peer)));
@@ -203,7 +203,7 @@ TEST(Sessions, SilentPeerKeepsTheCallerWaitingUntilAbort)
     a.endCall();
     FrmMain& f = a.copy.frm();
     EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
-    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
     ASSERT_TRUE(peer);
     // No version frame: the session never came up. The abort of a
     // connected socket still marks its close with the code-7 byte.
@@ -239,7 +239,7 @@ TEST(Sessions, TwoCopiesCallDisconnectAndCallAgain)
     EXPECT_EQ(fb.model().txtClient(0).text(), "hello\r\n[Closed]");
     EXPECT_FALSE(fb.model().txtClient(0).enabled());
     EXPECT_EQ(fb.model().stStatusbar.text(2), "Ready");
-    EXPECT_TRUE(fb.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(fb.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(fb.model().caption(), "Vonnel 3.0");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
     EXPECT_EQ(b.rings.last(), "close.wav");
@@ -295,7 +295,7 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     FrmMain& f = a.copy.frm();
     EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
     EXPECT_EQ(f.session().winsock(0).LocalPort(), a.copy.port());
-    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
     d->cmdAbortConnect_Click();  // "Close" after the failure
     EXPECT_TRUE(d->unloaded);
     a.endCall();
@@ -509,14 +509,14 @@ namespace {
 class RecordingViews : public Views {
 public:
     explicit RecordingViews(FrmMain& f) : m_frm(f) {}
-    bool runModal(const QString& form) override
+    bool runModal(Form form) override
     {
         shown << form;
         if (PropertyDialog* p = m_frm.connection().property())
             sysMsg = p->lblSysMsg;
         return false;
     }
-    QStringList shown;
+    QList<Form> shown;
     QString sysMsg;
 
 private:
@@ -544,10 +544,10 @@ TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
         EXPECT_EQ(f.model().stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
         EXPECT_EQ(f.model().caption(), "Vonnel");
         EXPECT_EQ(f.model().txtClient(0).text(), "typed\r\n[Closed]");
-        EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+        EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
         EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
         if (QString(noRecover) == "0") {
-            EXPECT_EQ(views.shown, QStringList{"frmProperty"});
+            EXPECT_EQ(views.shown, QList<Form>{Form::frmProperty});
             EXPECT_EQ(views.sysMsg, "Socket/Network Error: Verify your setting or click OK to "
                                     "recover it automatically.");
         } else {

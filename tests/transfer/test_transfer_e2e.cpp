@@ -111,9 +111,9 @@ TEST_F(TwoCopies, PauseFromEitherSideHoldReopenAndContinueGiveTheSameFile)
     EXPECT_FALSE(wa.loaded);
     EXPECT_TRUE(a.frm().session().TransferOnHold);
     EXPECT_TRUE(b.frm().session().TransferOnHold);
-    EXPECT_EQ(a.frm().model().controls.caption("mnuSendFile"), "Send &File");
-    EXPECT_EQ(b.frm().model().controls.caption("mnuSendFile"), "&Receive File");
-    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
+    EXPECT_EQ(a.frm().model().controls.caption(Control::mnuSendFile), "Send &File");
+    EXPECT_EQ(b.frm().model().controls.caption(Control::mnuSendFile), "&Receive File");
+    EXPECT_TRUE(b.frm().model().controls.enabled(Control::mnuSendFile));
     EXPECT_EQ(tb().holdDirection, "Receiving File");
     EXPECT_EQ(ta().holdPosition, ta().sendFileSent);
     EXPECT_TRUE(standsStill());
@@ -194,8 +194,8 @@ TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
     EXPECT_EQ(tb().progress().loaded, !fromReceiver);
     EXPECT_EQ(beeps[0], 1);
     EXPECT_EQ(beeps[1], 1);
-    EXPECT_TRUE(a.frm().model().controls.enabled("mnuSendFile"));
-    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(a.frm().model().controls.enabled(Control::mnuSendFile));
+    EXPECT_TRUE(b.frm().model().controls.enabled(Control::mnuSendFile));
     EXPECT_FALSE(ta().sendFileOpen());
     EXPECT_FALSE(tb().recvFileOpen());
 

@@ -339,9 +339,9 @@ private:
 
 }  // namespace
 
-std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidget* parent)
+std::optional<bool> runConnectionDialog(FrmMain& frm, Form form, QWidget* parent)
 {
-    if (form == QLatin1String("frmLogin")) {
+    if (form == Form::frmLogin) {
         LoginDialog* d = frm.connection().login();
         if (!d)
             return false;
@@ -350,7 +350,7 @@ std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidg
             w.exec();
         return frm.session().IsConnected();
     }
-    if (form == QLatin1String("frmProperty")) {
+    if (form == Form::frmProperty) {
         PropertyDialog& d = frm.connection().propertyDialog();
         bool ok = false;
         {
@@ -361,8 +361,8 @@ std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidg
         frm.connection().unloadProperty();
         return ok;
     }
-    if (form == QLatin1String("frmIPBlocking") || form == QLatin1String("frmIPPermit")) {
-        IpListDialog d(frm.ctx(), form == QLatin1String("frmIPBlocking") ? IpListKind::Blocked
+    if (form == Form::frmIPBlocking || form == Form::frmIPPermit) {
+        IpListDialog d(frm.ctx(), form == Form::frmIPBlocking ? IpListKind::Blocked
                                                                     : IpListKind::Permitted);
         d.Form_Load();
         IpListWindow w(frm, d, parent);

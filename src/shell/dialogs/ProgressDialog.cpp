@@ -1,5 +1,6 @@
 #include "shell/dialogs/ProgressDialog.h"
 
+#include "core/Form.h"
 #include "shell/FrmMain.h"
 #include "transfer/Transfer.h"
 #include "core/CopyContext.h"
@@ -19,7 +20,7 @@ namespace vonnel {
 
 ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent), m_frm(frm)
 {
-    setObjectName(QStringLiteral("frmProgress"));
+    setObjectName(formName(Form::frmProgress));
     setModal(false);
     m_filename = new QLabel;
     m_filename->setObjectName(QStringLiteral("lblFilename"));
