@@ -101,7 +101,6 @@ void Connection::ConnectProcedure()
         m_model.stStatusbar.setText(2, text);
         if (LoginDialog* d = login()) {
             d->lblStatus = text;
-            d->notify();
         }
     };
     auto clearTips = [this] {
@@ -268,7 +267,6 @@ void Connection::ConnectProcedure()
             spin();
             if (LoginDialog* d = login()) {
                 d->txtConnectPort = QString::number(port);
-                d->notify();
             }
             clearTips();
             m_session.checkStatus();
@@ -320,7 +318,6 @@ void Connection::winsock_Connect(int index)
     }
     if (LoginDialog* d = login()) {
         d->txtStatus.clear();
-        d->notify();
     }
     m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
     showMain();

@@ -114,9 +114,8 @@ void Transfer::endSession()
                              : lookup("Connection closed: the file was not sent whole");
     w.cmdPause.enabled = false;
     const QString tail = lookup(" (Cancelled)");
-    if (!w.caption.contains(tail))
+    if (!w.caption->contains(tail))
         w.caption += tail;
-    w.refresh();
 }
 
 void Transfer::strayFrame(qsizetype bytes)
@@ -264,7 +263,6 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         updateProgress(QStringLiteral("File sending fails"));
         Q_EMIT beep();
         m_progress.cmdPause.enabled = false;
-        m_progress.refresh();
         return QString();
     }
     return data;

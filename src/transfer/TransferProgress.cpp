@@ -24,7 +24,6 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.text = QStringLiteral("100%");
         w.prbProgress = 100;
         setCancelButton("Finish");
-        w.refresh();
         (drawVisible() ? m_picReceiving : m_receiving) = false;
         m_receivedPath = recvFilePath;
         Receiver& r = m_receiver;
@@ -40,7 +39,6 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.visible = false;
         setPauseButton("Open");
         w.cmdPause.enabled = true;
-        w.refresh();
         if (w.chkCloseProgress && w.loaded)
             unloadProgress();
         if (!drawVisible()) {
@@ -57,7 +55,6 @@ void Transfer::updateProgress(const QString& what)
         m_receiving = false;
         m_recvFile.close();
         m_session.TransferOnHold = false;
-        w.refresh();
     } else if (what == QLatin1String("File sending cancelled")) {
         w.lblProgress.color = QColor(0, 0, 255);
         w.lblProgress.visible = true;
@@ -77,7 +74,7 @@ void Transfer::updateProgress(const QString& what)
         m_frameOut = false;
         m_session.TransferOnHold = false;
         const QString tail = lookup(" (Cancelled)");
-        if (!w.caption.contains(tail))
+        if (!w.caption->contains(tail))
             w.caption += tail;
         w.lblProgress.color = Qt::black;
         // Nothing is left to cancel: the button closes the window, and the
@@ -88,7 +85,6 @@ void Transfer::updateProgress(const QString& what)
                                   QLatin1Char(' ') + recvFilePath;
         Q_EMIT beep();
         w.cmdPause.enabled = false;
-        w.refresh();
     } else if (what == QLatin1String("Pause")) {
         w.lblProgress.visible = true;
         w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
@@ -101,7 +97,6 @@ void Transfer::updateProgress(const QString& what)
         w.cmdPause.enabled = false;
         w.cmdPause.toolTip = lookup("You have no right to contine to send/receive file");
         setCancelButton("Unload");
-        w.refresh();
         if (w.minimized) {
             m_model.setVisible(true);
             m_ctx.views().raiseMain();
@@ -109,12 +104,10 @@ void Transfer::updateProgress(const QString& what)
     } else if (what == QLatin1String("Continue Send")) {
         windowBack();
         w.cmdPause.enabled = true;
-        w.refresh();
         goOn(holdPosition);
     } else if (what == QLatin1String("Continue Receive")) {
         windowBack();
         w.cmdPause.enabled = true;
-        w.refresh();
         m_sender.xSendData(QStringLiteral("%%Data Received-"));
     }
 }
@@ -200,7 +193,6 @@ void Transfer::loadProgress()
     w.cmdPause.enabled = bytesPerSend <= 3200;
     w.chkCloseProgress = m_ctx.settingFlag(QStringLiteral("Close Progress"));
     w.loaded = true;
-    Q_EMIT w.loadedChanged(true);
 }
 
 void Transfer::showProgress()
@@ -209,7 +201,6 @@ void Transfer::showProgress()
     // The window's activation: no second transfer, and the board stays open.
     m_model.controls.setEnabled(Control::mnuSendFile, false);
     Q_EMIT closeDrawEnabled(false);
-    m_progress.refresh();
 }
 
 void Transfer::unloadProgress()
@@ -228,7 +219,6 @@ void Transfer::unloadProgress()
         Q_EMIT closeDrawEnabled(true);
     }
     w.loaded = false;
-    Q_EMIT w.loadedChanged(false);
 }
 
 void Transfer::cmdPause_Click()
@@ -249,16 +239,14 @@ void Transfer::cmdPause_Click()
         w.lblProgress.visible = true;
         w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
         w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
-        w.refresh();
     } else if (tag == QLatin1String("Continue")) {
         pauseSendFile(false);
         // The message names what the peer is to do.
-        if (w.txtSendRec.contains(QLatin1String("Sending")))
+        if (w.txtSendRec->contains(QLatin1String("Sending")))
             m_sender.xSendData(QStringLiteral("%%Continue Receiving File%%"));
         else
             m_sender.xSendData(QStringLiteral("%%Continue Sending File%%"));
         windowBack();
-        w.refresh();
     } else if (tag == QLatin1String("Open")) {
         m_ctx.desktop().openFile(m_receivedPath);
     }

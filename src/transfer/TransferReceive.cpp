@@ -118,7 +118,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.prbProgress = 100;
         m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
         m_progress.cmdPause.enabled = false;
-        m_progress.refresh();
         m_sender.xSendData(QStringLiteral("%%Data Received-") + QString::number(n) + QStringLiteral("%%"));
         if (n == expected)
             updateProgress(QStringLiteral("File receiving success"));
@@ -134,7 +133,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
             updateProgress(QStringLiteral("File sending cancelled"));
             m_progress.lblProgress.text =
                 lookup("The sending side's frames are too small for a file of this size");
-            m_progress.refresh();
             return rest;
         }
         m_lastAck = n;
@@ -142,7 +140,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
         m_sender.xSendData(QStringLiteral("%%Data Received-") + singleText(n) + QStringLiteral("%%"));
-        m_progress.refresh();
     }
     return rest;
 }
@@ -292,8 +289,6 @@ void Transfer::beginGetFile()
     m_progress.caption = m_ctx.translate(m_progress.txtSendRec, m_progress.txtSendRec);
     if (!m_session.NotReadySent)
         showProgress();
-    else
-        m_progress.refresh();
 }
 
 }  // namespace vonnel

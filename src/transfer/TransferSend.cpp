@@ -302,7 +302,6 @@ void Transfer::ContSendFile(qint64 position)
         const int pct = percentOf(p, length);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
-        m_progress.refresh();
         *sent = p;
         return;
     }
@@ -316,7 +315,6 @@ void Transfer::ContSendFile(qint64 position)
         m_progress.cmdPause.enabled = false;
         m_progress.lblProgress.visible = true;
         m_progress.lblProgress.text = lookup("Save Error");
-        m_progress.refresh();
         file->close();
         *sent = 0;
         return;
@@ -325,7 +323,6 @@ void Transfer::ContSendFile(qint64 position)
     m_progress.cmdPause.enabled = false;
     m_progress.lblProgress.text = QStringLiteral("100%");
     m_progress.prbProgress = 100;
-    m_progress.refresh();
     if (!likeAnywhere(path, ringSent)) {
         Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
     } else {

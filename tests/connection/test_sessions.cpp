@@ -283,8 +283,8 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
                     QString::number(none + 5) + ">"
              << "Possible Error: Invalid Remote Port Address OR Remote user is not in Ready mode"
              << "";
-    QStringList lines = d->txtStatus.split("\r\n");
-    ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus.toStdString();
+    QStringList lines = d->txtStatus->split("\r\n");
+    ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus->toStdString();
     // The first wait counts its seconds down in the line of the attempt.
     EXPECT_TRUE(QRegularExpression("^Connecting( \\.\\.\\.\\.\\.|: \\d+ second)$")
                     .match(lines.at(2))
@@ -621,7 +621,7 @@ TEST(Sessions, SecondCallWaitsForTheAnswerAndReportsARefusal)
         EXPECT_FALSE(text.startsWith("Connected")) << text.toStdString();
     EXPECT_EQ(fa.model().stStatusbar.text(2), "The remote user did not accept the connection")
         << shownByCaller.join(" | ").toStdString();
-    EXPECT_TRUE(d->txtStatus.contains("The remote user did not accept the connection"));
+    EXPECT_TRUE(d->txtStatus->contains("The remote user did not accept the connection"));
     a.endCall();
 }
 

@@ -246,6 +246,22 @@ TEST(MainWindowEntries, ActionsCarryTheirControlsNames)
         EXPECT_TRUE(w.window->findChild<QMenu*>(controlName(Control(i)))) << qPrintable(controlName(Control(i)));
 }
 
+// Every form has its own name; the windows that exist carry theirs.
+TEST(MainWindowEntries, FormsCarryTheirNames)
+{
+    QSet<QString> names;
+    for (int i = 0; i < kFormCount; ++i) {
+        const QString name = formName(Form(i));
+        EXPECT_TRUE(name.startsWith("frm")) << i;
+        EXPECT_FALSE(names.contains(name)) << qPrintable(name);
+        names.insert(name);
+    }
+    Window w;
+    ASSERT_TRUE(w.started);
+    EXPECT_EQ(w.window->objectName(), formName(Form::frmMain));
+    EXPECT_TRUE(w.window->findChild<QWidget*>(formName(Form::frmProgress)));
+}
+
 // Each pop-up entry runs a menu entry or button that the window has.
 TEST(MainWindowEntries, EveryPopUpEntryRunsAnEntryOfTheWindow)
 {

@@ -188,7 +188,7 @@ TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
     // The side told of the cancel marks its caption. (On a receiver that
     // cancelled, a frame already on the way still sets the caption back to
     // "Receiving File" before it is dropped.)
-    EXPECT_TRUE((fromReceiver ? ta() : tb()).progress().caption.endsWith(" (Cancelled)"));
+    EXPECT_TRUE((fromReceiver ? ta() : tb()).progress().caption->endsWith(" (Cancelled)"));
     // The side that cancelled closed its window; the other's stays.
     EXPECT_EQ(ta().progress().loaded, fromReceiver);
     EXPECT_EQ(tb().progress().loaded, !fromReceiver);
