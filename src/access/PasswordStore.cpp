@@ -198,12 +198,13 @@ bool PasswordStore::startupLock()
         return true;
     if (runUnlock(QStringLiteral("1st")))
         return true;
-    for (const char* name : {"mnuSysShow", "mnuSysNetResolve", "mnuSysNetView", "mnuSysAutoConnect",
-                             "mnuSysProperties", "mnuSysClose", "mnuEdit", "mnuMessage", "mnuTools",
-                             "mnuFileProperties", "mnuConnect", "mnuFileAutoConnect", "mnuFileClose",
-                             "mnuSpecial", "mnuDisconnect", "mnuSave"})
-        m_model.controls.setEnabled(QLatin1String(name), false);
-    m_model.controls.setVisible(QStringLiteral("Toolbar1"), false);
+    for (Control c : {Control::mnuSysShow, Control::mnuSysNetResolve, Control::mnuSysNetView,
+                      Control::mnuSysAutoConnect, Control::mnuSysProperties, Control::mnuSysClose,
+                      Control::mnuEdit, Control::mnuMessage, Control::mnuTools, Control::mnuFileProperties,
+                      Control::mnuConnect, Control::mnuFileAutoConnect, Control::mnuFileClose,
+                      Control::mnuSpecial, Control::mnuDisconnect, Control::mnuSave})
+        m_model.controls.setEnabled(c, false);
+    m_model.controls.setVisible(Control::Toolbar1, false);
     m_model.txtServer.setEnabled(false);
     startupLockFailed = true;
     return false;
@@ -229,12 +230,12 @@ void PasswordStore::initPasswordSetting()
 
 void PasswordStore::applyMenuState()
 {
-    m_model.controls.setCaption(QStringLiteral("mnuMin"),
+    m_model.controls.setCaption(Control::mnuMin,
                               hasSecondPassword
                                   ? m_ctx.translate(QStringLiteral("Minimize && Lock"),
                                                     QStringLiteral("Min&Lock"))
                                   : m_ctx.translate(QStringLiteral("Minimize")));
-    m_model.controls.setChecked(QStringLiteral("mnuSecurity"), hasFirstPassword || hasSecondPassword);
+    m_model.controls.setChecked(Control::mnuSecurity, hasFirstPassword || hasSecondPassword);
 }
 
 }  // namespace vonnel

@@ -162,7 +162,7 @@ void Connection::Winsock_SendComplete(int index)
                                          m_ctx.translate(QStringLiteral("min.")));
     }
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);
-    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+    if (m_ctx.views().isVisible(Form::frmDraw))
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picReady);
 }
 
@@ -171,7 +171,7 @@ void Connection::Winsock_SendProgress(int index, qint64 bytesSent, qint64)
     if (index > 0)
         return;
     m_model.stStatusbar.setPicture(1, StatePicture::picSend);
-    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+    if (m_ctx.views().isVisible(Form::frmDraw))
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
     m_session.bytesSentCount += bytesSent;
     m_model.stStatusbar.setText(11, Session::byteCountText(m_session.bytesSentCount));

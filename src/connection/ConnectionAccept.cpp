@@ -139,10 +139,10 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
 
     m_model.txtServer.setEnabled(false);
     m_ctx.logs().connection(QStringLiteral("Connection with ") + m_session.PeerIP);
-    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
-        m_ctx.views().unload(QStringLiteral("frmDraw"));
+    if (m_ctx.views().isVisible(Form::frmDraw))
+        m_ctx.views().unload(Form::frmDraw);
     m_session.SessionStartTime = m_ctx.clock().timeOfDay();
-    m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
+    m_model.controls.setEnabled(Control::mnuSave, false);
     m_ctx.rings.Ring = m_ctx.setting(QStringLiteral("Ring"));
     m_cipher.beginSession();
 

@@ -38,8 +38,8 @@ LoginDialog* Connection::beginConnect()
         return nullptr;
     }
     m_model.txtTextMsg.clear();
-    if (!m_ctx.views().isVisible(QStringLiteral("frmLock")) &&
-        !m_ctx.views().isVisible(QStringLiteral("frmPassLock")))
+    if (!m_ctx.views().isVisible(Form::frmLock) &&
+        !m_ctx.views().isVisible(Form::frmPassLock))
         m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_login = std::make_unique<LoginDialog>(m_ctx, m_model, m_session, *this);
     m_login->Form_Load();
@@ -61,7 +61,7 @@ void Connection::mnuConnect_Click()
     if (m_login)
         return;  // an attempt is under way
     if (beginConnect())
-        m_ctx.views().runModal(QStringLiteral("frmLogin"));
+        m_ctx.views().runModal(Form::frmLogin);
     endConnect();
 }
 
@@ -103,7 +103,6 @@ void Connection::ConnectProcedure()
         m_model.stStatusbar.setText(2, text);
         if (LoginDialog* d = login()) {
             d->lblStatus = text;
-            d->notify();
         }
     };
     auto clearTips = [this] {
@@ -270,7 +269,6 @@ void Connection::ConnectProcedure()
             spin();
             if (LoginDialog* d = login()) {
                 d->txtConnectPort = QString::number(port);
-                d->notify();
             }
             clearTips();
             m_session.checkStatus();
@@ -322,7 +320,6 @@ void Connection::winsock_Connect(int index)
     }
     if (LoginDialog* d = login()) {
         d->txtStatus.clear();
-        d->notify();
     }
     m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
     showMain();
@@ -334,7 +331,7 @@ void Connection::ConnectOK()
 {
     Winsock& ws = m_session.winsock(m_session.sIdx);
     m_session.SessionStartTime = m_ctx.clock().timeOfDay();
-    m_model.controls.setEnabled(QStringLiteral("mnuSave"), false);
+    m_model.controls.setEnabled(Control::mnuSave, false);
     m_session.PeerIP = m_session.winsock(0).RemoteHostIP();
     m_ctx.setting(QStringLiteral("Version Check"));  // compared on the receiving side
     ws.SendData(wire::versionFrame(toCp1252(QLatin1Char(' ') + m_ctx.VersionString + QLatin1Char(' '))));

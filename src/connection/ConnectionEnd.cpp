@@ -33,7 +33,7 @@ void Connection::Winsock_Close(int index)
     Winsock& ws = m_session.winsock(m_session.sIdx);
     m_session.PeerIP = ws.RemoteHostIP();
     m_session.RemoteResponded = false;
-    m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+    m_model.controls.setEnabled(Control::mnuSave, true);
     Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring2);
     m_model.txtClient(m_session.sIdx).setEnabled(false);
     const qint64 mins =
@@ -95,7 +95,7 @@ void Connection::Winsock_Error(int index, int, const QString&)
         PropertyDialog& p = propertyDialog();
         p.lblSysMsg = m_ctx.translate(QStringLiteral(
             "Socket/Network Error: Verify your setting or click OK to recover it automatically."));
-        m_ctx.views().runModal(QStringLiteral("frmProperty"));
+        m_ctx.views().runModal(Form::frmProperty);
         unloadProperty();
     }
     // A session lost to a reset or a dead link must not leave the copy
@@ -129,7 +129,7 @@ void Connection::mnuDisconnect_Click()
     if (ws.State() == Winsock::sckConnected && m_session.ConnectionStartedHere) {
         m_sender.xSendData(QStringLiteral("^SD"));
         m_session.ConnectionStartedHere = false;
-        m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+        m_model.controls.setEnabled(Control::mnuSave, true);
         m_session.SessionEndTime = m_ctx.clock().timeOfDay();
         Q_EMIT m_session.sessionEnded();
         m_session.checkStatus();
@@ -143,12 +143,12 @@ void Connection::mnuDisconnect_Click()
         ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
         ws.Listen();
         m_session.checkStatus();
-        m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+        m_model.controls.setEnabled(Control::mnuSave, true);
         m_session.SessionEndTime = m_ctx.clock().timeOfDay();
         Q_EMIT m_session.sessionEnded();
         m_session.checkStatus();
     } else {
-        m_model.controls.setEnabled(toolbarButton(2), false);
+        m_model.controls.setEnabled(Control::Toolbar1_2, false);
         ws.Close();
         m_session.checkStatus();
         ListenOnLocalPort();

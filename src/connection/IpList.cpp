@@ -144,14 +144,15 @@ void IpListDialog::Form_Load()
                      : QString();
     cmdAddEnabled = false;
     cmdRemoveEnabled = false;
-    list.clear();
     const QString file = m_file.path();
     const int limit = iniInt(ReadIni(kSection, QStringLiteral("Limit"), file));
+    QStringList entries;
     for (int n = 1; n <= limit; ++n) {
         const QString e = ReadIni(kSection, m_file.entryStem() + QString::number(n), file);
         if (!e.isEmpty())
-            list << e;
+            entries << e;
     }
+    list = entries;
     chkChecked = m_ctx.settingFlag(m_file.enableKey());
     textToolTip = m_ctx.translate(QStringLiteral("IP Address")) + QStringLiteral(" / ") +
                   m_ctx.translate(QStringLiteral("Host"));
@@ -165,14 +166,12 @@ void IpListDialog::chk_Click(bool checked)
     textEnabled = checked;
     cmdAddEnabled = checked;
     cmdRemoveEnabled = checked;
-    Q_EMIT changed();
 }
 
 void IpListDialog::txt_Change(const QString& newText)
 {
     text = newText;
     cmdAddEnabled = true;
-    Q_EMIT changed();
 }
 
 void IpListDialog::txt_KeyPress(QChar key)
@@ -183,31 +182,29 @@ void IpListDialog::txt_KeyPress(QChar key)
 
 void IpListDialog::cmdAdd_Click()
 {
-    if (!text.trimmed().isEmpty())
-        list << text.trimmed();
+    const QString entry = text->trimmed();
+    if (!entry.isEmpty())
+        list.edit([&entry](QStringList& l) { l << entry; });
     text.clear();
-    if (!list.isEmpty())
+    if (!list->isEmpty())
         okEnabled = true;
-    Q_EMIT changed();
 }
 
 void IpListDialog::lst_Click(int index)
 {
     listIndex = index;
     cmdRemoveEnabled = true;
-    Q_EMIT changed();
 }
 
 void IpListDialog::cmdRemove_Click()
 {
-    if (listIndex < 0 || listIndex >= list.size())
+    if (listIndex < 0 || listIndex >= list->size())
         return;
     WriteIni(kSection, m_file.entryStem() + QString::number(listIndex + 1), QString(),
              m_file.path());
-    list.removeAt(listIndex);
+    list.edit([this](QStringList& l) { l.removeAt(listIndex); });
     listIndex = -1;
     cmdRemoveEnabled = false;
-    Q_EMIT changed();
 }
 
 void IpListDialog::OKButton_Click()
@@ -216,20 +213,18 @@ void IpListDialog::OKButton_Click()
     int oldLimit = 0;
     if (m_file.exists())
         oldLimit = iniInt(ReadIni(kSection, QStringLiteral("Limit"), file));
-    for (int i = 0; i < list.size(); ++i)
-        WriteIni(kSection, m_file.entryStem() + QString::number(i + 1), list.at(i), file);
-    for (int n = int(list.size()) + 1; n <= oldLimit; ++n)
+    for (int i = 0; i < list->size(); ++i)
+        WriteIni(kSection, m_file.entryStem() + QString::number(i + 1), list->at(i), file);
+    for (int n = int(list->size()) + 1; n <= oldLimit; ++n)
         WriteIni(kSection, m_file.entryStem() + QString::number(n), QString(), file);
-    WriteIni(kSection, QStringLiteral("Limit"), QString::number(list.size()), file);
+    WriteIni(kSection, QStringLiteral("Limit"), QString::number(list->size()), file);
     m_ctx.writeSetting(m_file.enableKey(), chkChecked ? QStringLiteral("1") : QStringLiteral("0"));
     unloaded = true;
-    Q_EMIT changed();
 }
 
 void IpListDialog::CancelButton_Click()
 {
     unloaded = true;
-    Q_EMIT changed();
 }
 
 }  // namespace vonnel

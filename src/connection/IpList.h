@@ -5,6 +5,8 @@
 
 #include <QObject>
 #include <QString>
+
+#include "core/Watched.h"
 #include <QStringList>
 #include <optional>
 
@@ -42,24 +44,24 @@ private:
 };
 
 // frmIPBlocking and frmIPPermit: one logic, two files.
-class IpListDialog : public QObject {
+class IpListDialog : public QObject, public FieldOwner {
     Q_OBJECT
 public:
     IpListDialog(CopyContext& ctx, IpListKind kind, QObject* parent = nullptr);
 
-    // Controls as the window shows them.
-    QString caption;
-    QString checkCaption;
-    QString hint;          // "e.g. 192.168.0.* = 192.168.0.0/24"
-    QString lblMsg;        // the black list's own label; empty for the white list
-    QString textToolTip;
-    bool chkChecked = false;
-    QStringList list;
-    int listIndex = -1;
-    QString text;
-    bool listEnabled = false, textEnabled = false;
-    bool cmdAddEnabled = false, cmdRemoveEnabled = false, okEnabled = true;
-    bool unloaded = false;
+    // Controls as the window shows them; every change emits changed().
+    Watched<QString> caption{this};
+    Watched<QString> checkCaption{this};
+    Watched<QString> hint{this};          // "e.g. 192.168.0.* = 192.168.0.0/24"
+    Watched<QString> lblMsg{this};        // the black list's own label; empty for the white list
+    Watched<QString> textToolTip{this};
+    Watched<bool> chkChecked{this, false};
+    Watched<QStringList> list{this};
+    Watched<int> listIndex{this, -1};
+    Watched<QString> text{this};
+    Watched<bool> listEnabled{this, false}, textEnabled{this, false};
+    Watched<bool> cmdAddEnabled{this, false}, cmdRemoveEnabled{this, false}, okEnabled{this, true};
+    Watched<bool> unloaded{this, false};
 
     void Form_Load();
     void chk_Click(bool checked);
@@ -76,6 +78,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void fieldChanged(const void*) override { Q_EMIT changed(); }
+
     CopyContext& m_ctx;
     IpList m_file;
     IpListKind m_kind;

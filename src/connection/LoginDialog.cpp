@@ -28,27 +28,25 @@ LoginDialog::LoginDialog(CopyContext& ctx, MainModel& model, Session& session,
 
 void LoginDialog::Form_Load()
 {
-    cmbList.clear();
+    QStringList history;
     for (int n = 0; n < kMaxHistory; ++n) {
         const QString entry = m_ctx.setting(kHistoryStem + QString::number(n));
         if (entry.isEmpty())
             break;
-        cmbList << entry;
+        history << entry;
     }
+    cmbList = history;
     cmbIPadr = m_ctx.setting(QStringLiteral("Previous IP Address"));
-    notify();
 }
 
 void LoginDialog::Form_Activate()
 {
     txtConnectPort = QString::number(m_ctx.settingInt(QStringLiteral("RemotePort")));
-    notify();
 }
 
 void LoginDialog::appendStatus(const QString& line)
 {
     txtStatus += line + kCrLf;
-    notify();
 }
 
 QString LoginDialog::lastStatusLine() const
@@ -63,26 +61,23 @@ QString LoginDialog::lastStatusLine() const
 void LoginDialog::setLastStatusLine(const QString& text)
 {
     // The last line's text is replaced; its line break, if any, stays.
-    const bool ended = txtStatus.endsWith(kCrLf);
+    const bool ended = txtStatus->endsWith(kCrLf);
     QString body = txtStatus;
     if (ended)
         body.chop(2);
     const qsizetype cut = body.lastIndexOf(kCrLf);
     txtStatus = (cut < 0 ? QString() : body.left(cut + 2)) + text + (ended ? kCrLf : QString());
-    notify();
 }
 
 void LoginDialog::setAbort(const QString& caption, const QString& tag)
 {
     cmdAbortCaption = caption;
     cmdAbortTag = tag;
-    notify();
 }
 
 void LoginDialog::unload()
 {
     unloaded = true;
-    notify();
 }
 
 void LoginDialog::cmdOK_Click()
@@ -105,18 +100,17 @@ void LoginDialog::cmdOK_Click()
     const QString offline = m_ctx.translate(QStringLiteral("gave no answer to the echo request"));
     const QString cannotResolveTo = m_ctx.translate(QStringLiteral("Cannot resolve to"));
 
-    if (cmbIPadr.isEmpty() || txtConnectPort.isEmpty())
+    if (cmbIPadr->isEmpty() || txtConnectPort->isEmpty())
         return;
     cmdOKEnabled = false;
     cmdCancelEnabled = false;
     fraConnectStatusVisible = true;
     cmdAbortVisible = true;
-    notify();
 
-    if (!cmbList.contains(cmbIPadr))
-        cmbList << cmbIPadr;
-    for (int i = 0; i < cmbList.size(); ++i)
-        m_ctx.writeSetting(kHistoryStem + QString::number(i), cmbList.at(i));
+    if (!cmbList->contains(cmbIPadr))
+        cmbList.edit([this](QStringList& l) { l << cmbIPadr; });
+    for (int i = 0; i < cmbList->size(); ++i)
+        m_ctx.writeSetting(kHistoryStem + QString::number(i), cmbList->at(i));
 
     if (flagByText(m_ctx.setting(QStringLiteral("Permanent Port"))).value_or(false))
         m_ctx.writeSetting(QStringLiteral("RemotePort"), txtConnectPort);
@@ -205,7 +199,6 @@ void LoginDialog::cmdOK_Click()
     // A failed attempt leaves its report open until the user closes it.
     if ((m_session.StopConnecting && !refused) || m_session.IsConnected())
         unload();
-    notify();
 }
 
 void LoginDialog::cmdAbortConnect_Click()
@@ -235,10 +228,9 @@ void LoginDialog::cmdCancel_Click()
 void LoginDialog::cmdClearRec_Click()
 {
     m_ctx.writeSetting(QStringLiteral("Previous IP Address"), QString());
-    for (int i = 0; i < cmbList.size(); ++i)
+    for (int i = 0; i < cmbList->size(); ++i)
         m_ctx.writeSetting(kHistoryStem + QString::number(i), QString());
     cmbList.clear();
-    notify();
 }
 
 void LoginDialog::cmdHelp_Click()
@@ -249,7 +241,7 @@ void LoginDialog::cmdHelp_Click()
 
 void LoginDialog::cmdBrowse_Click()
 {
-    m_ctx.views().showModeless(QStringLiteral("frmNetView"));
+    m_ctx.views().showModeless(Form::frmNetView);
 }
 
 }  // namespace vonnel

@@ -1,11 +1,14 @@
 #pragma once
 // frmLogin: the address and port to call, the history of addresses, and
 // the running report of an attempt. cmdOK_Click runs the whole attempt;
-// a window binds its controls to these fields and follows changed().
+// a window binds its controls to these fields and follows changed(),
+// which every change of a field emits.
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
+
+#include "core/Watched.h"
 
 namespace vonnel {
 
@@ -14,25 +17,25 @@ class MainModel;
 class Session;
 class Connection;
 
-class LoginDialog : public QObject {
+class LoginDialog : public QObject, public FieldOwner {
     Q_OBJECT
 public:
     LoginDialog(CopyContext& ctx, MainModel& model, Session& session, Connection& connection,
                 QObject* parent = nullptr);
 
-    QString cmbIPadr;        // the text of the combo box
-    QStringList cmbList;     // its list: the address history
-    QString txtConnectPort;
-    QString lblStatus;
-    QString txtStatus;       // lines ended by "\r\n"
-    bool fraConnectStatusVisible = false;
-    bool cmdOKEnabled = true;
-    bool cmdCancelEnabled = true;
-    bool cmdAbortVisible = false;
-    QString cmdAbortCaption = QStringLiteral("Close");
-    QString cmdAbortTag = QStringLiteral("Close");
-    QString cmdAbortToolTip;
-    bool unloaded = false;
+    Watched<QString> cmbIPadr{this};        // the text of the combo box
+    Watched<QStringList> cmbList{this};     // its list: the address history
+    Watched<QString> txtConnectPort{this};
+    Watched<QString> lblStatus{this};
+    Watched<QString> txtStatus{this};       // lines ended by "\r\n"
+    Watched<bool> fraConnectStatusVisible{this, false};
+    Watched<bool> cmdOKEnabled{this, true};
+    Watched<bool> cmdCancelEnabled{this, true};
+    Watched<bool> cmdAbortVisible{this, false};
+    Watched<QString> cmdAbortCaption{this, QStringLiteral("Close")};
+    Watched<QString> cmdAbortTag{this, QStringLiteral("Close")};
+    Watched<QString> cmdAbortToolTip{this};
+    Watched<bool> unloaded{this, false};
 
     void Form_Load();
     void Form_Activate();
@@ -51,12 +54,14 @@ public:
     void setLastStatusLine(const QString& text);
     void setAbort(const QString& caption, const QString& tag);
     void unload();
-    void notify() { Q_EMIT changed(); }
 
 Q_SIGNALS:
+    // Any of the fields above changed.
     void changed();
 
 private:
+    void fieldChanged(const void*) override { Q_EMIT changed(); }
+
     CopyContext& m_ctx;
     MainModel& m_model;
     Session& m_session;

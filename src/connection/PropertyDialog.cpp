@@ -29,22 +29,21 @@ void PropertyDialog::Form_Load()
     txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
     lblLocalPort = QString::number(ws.LocalPort());
     lblRemotePort = QString::number(ws.RemotePort());
-    Q_EMIT changed();
 }
 
 bool PropertyDialog::cmdCancelEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdCancel"));
+    return m_model.controls.enabled(Control::frmProperty_cmdCancel);
 }
 
 bool PropertyDialog::cmdApplyEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdApply"));
+    return m_model.controls.enabled(Control::frmProperty_cmdApply);
 }
 
 bool PropertyDialog::cmdOKEnabled() const
 {
-    return m_model.controls.enabled(QStringLiteral("frmProperty.cmdOK"));
+    return m_model.controls.enabled(Control::frmProperty_cmdOK);
 }
 
 void PropertyDialog::cmdRestore_Click()
@@ -53,14 +52,13 @@ void PropertyDialog::cmdRestore_Click()
     txtLocalPort5 = QStringLiteral("2505");
     txtRemotePort = QStringLiteral("2500");
     txtRemotePort5 = QStringLiteral("2505");
-    Q_EMIT changed();
 }
 
 void PropertyDialog::cmdApply_Click()
 {
     if (!cmdApplyEnabled())
         return;
-    if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty()) {
+    if (txtLocalPort->trimmed().isEmpty() || txtRemotePort->trimmed().isEmpty()) {
         m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Local Port and Remote Port must be filled in")));
         cmdRestore_Click();
     }
@@ -79,7 +77,6 @@ void PropertyDialog::cmdApply_Click()
                                     QString::number(error) + QLatin1Char(' ') + ws.lastErrorText(),
                                 MsgStyle::Exclamation, MainModel::kTitle);
             ws.Close();
-            Q_EMIT changed();
             return;
         }
         if (ws.State() != Winsock::sckClosed)
@@ -92,7 +89,7 @@ void PropertyDialog::cmdApply_Click()
     }
     m_session.checkStatus();
 
-    m_ctx.views().unload(QStringLiteral("frmPopMsg"));
+    m_ctx.views().unload(Form::frmPopMsg);
     txtLocalHost = ws.LocalHostName();
     txtLocalIP = ws.LocalIP();
     lblLocalPort = QString::number(ws.LocalPort());
@@ -112,7 +109,6 @@ void PropertyDialog::cmdApply_Click()
     txtRemotePort5 = QString::number(iniInt(txtRemotePort) + 5);
     m_ctx.writeSetting(QStringLiteral("LocalPort"), QString::number(iniInt(txtLocalPort)));
     m_ctx.writeSetting(QStringLiteral("RemotePort"), QString::number(iniInt(txtRemotePort)));
-    Q_EMIT changed();
 }
 
 void PropertyDialog::cmdOK_Click()
@@ -122,18 +118,16 @@ void PropertyDialog::cmdOK_Click()
     lblSysMsg.clear();
     // During a session the ports are not touched.
     if (m_session.winsock(0).State() != Winsock::sckConnected) {
-        if (txtLocalPort.trimmed().isEmpty() || txtRemotePort.trimmed().isEmpty())
+        if (txtLocalPort->trimmed().isEmpty() || txtRemotePort->trimmed().isEmpty())
             cmdRestore_Click();
         cmdApply_Click();
     }
     unloaded = true;
-    Q_EMIT changed();
 }
 
 void PropertyDialog::cmdCancel_Click()
 {
     unloaded = true;
-    Q_EMIT changed();
 }
 
 QString PropertyDialog::HostsPath() const
@@ -156,12 +150,12 @@ void PropertyDialog::cmdHostConfig_Click()
 
 void PropertyDialog::cmdBadIPLst_Click()
 {
-    m_ctx.views().runModal(QStringLiteral("frmIPBlocking"));
+    m_ctx.views().runModal(Form::frmIPBlocking);
 }
 
 void PropertyDialog::cmdSafeLst_Click()
 {
-    m_ctx.views().runModal(QStringLiteral("frmIPPermit"));
+    m_ctx.views().runModal(Form::frmIPPermit);
 }
 
 void PropertyDialog::cmdHelp_Click()

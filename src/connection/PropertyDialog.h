@@ -5,22 +5,25 @@
 #include <QObject>
 #include <QString>
 
+#include "core/Watched.h"
+
 namespace vonnel {
 
 class CopyContext;
 class MainModel;
 class Session;
 
-class PropertyDialog : public QObject {
+class PropertyDialog : public QObject, public FieldOwner {
     Q_OBJECT
 public:
     PropertyDialog(CopyContext& ctx, MainModel& model, Session& session, QObject* parent = nullptr);
 
-    QString txtComputerName, txtLocalHost, txtLocalIP;
-    QString txtLocalPort, txtLocalPort5, txtRemotePort, txtRemotePort5;
-    QString lblLocalPort, lblRemotePort;
-    QString lblSysMsg;
-    bool unloaded = false;
+    // What the window shows; every change emits changed().
+    Watched<QString> txtComputerName{this}, txtLocalHost{this}, txtLocalIP{this};
+    Watched<QString> txtLocalPort{this}, txtLocalPort5{this}, txtRemotePort{this}, txtRemotePort5{this};
+    Watched<QString> lblLocalPort{this}, lblRemotePort{this};
+    Watched<QString> lblSysMsg{this};
+    Watched<bool> unloaded{this, false};
 
     void Form_Load();
     void cmdRestore_Click();
@@ -44,6 +47,8 @@ Q_SIGNALS:
     void applied();
 
 private:
+    void fieldChanged(const void*) override { Q_EMIT changed(); }
+
     CopyContext& m_ctx;
     MainModel& m_model;
     Session& m_session;

@@ -63,7 +63,7 @@ void Session::checkStatus()
 
     Winsock& ws = winsock(sIdx);
     auto paintClosed = [&](const QString& text) {
-        if (c.views().isVisible(QStringLiteral("frmDraw"))) {
+        if (c.views().isVisible(Form::frmDraw)) {
             Q_EMIT c.drawStatus(1, QString(), StatePicture::picOff);
             Q_EMIT c.drawStatus(2, text, StatePicture::None);
         } else {
@@ -109,19 +109,19 @@ void Session::checkStatus()
 void Session::EnableConnect()
 {
     Controls& controls = m_model.controls;
-    controls.setEnabled(QStringLiteral("mnuConnect"), true);
-    controls.setEnabled(toolbarButton(1), true);
-    controls.setEnabled(QStringLiteral("mnuDisconnect"), false);
-    controls.setEnabled(toolbarButton(2), false);
+    controls.setEnabled(Control::mnuConnect, true);
+    controls.setEnabled(Control::Toolbar1_1, true);
+    controls.setEnabled(Control::mnuDisconnect, false);
+    controls.setEnabled(Control::Toolbar1_2, false);
 }
 
 void Session::EnableDisconnect()
 {
     Controls& controls = m_model.controls;
-    controls.setEnabled(QStringLiteral("mnuConnect"), false);
-    controls.setEnabled(toolbarButton(1), false);
-    controls.setEnabled(QStringLiteral("mnuDisconnect"), true);
-    controls.setEnabled(toolbarButton(2), true);
+    controls.setEnabled(Control::mnuConnect, false);
+    controls.setEnabled(Control::Toolbar1_1, false);
+    controls.setEnabled(Control::mnuDisconnect, true);
+    controls.setEnabled(Control::Toolbar1_2, true);
 }
 
 void Session::cmdHiddenReady_Click()

@@ -2,56 +2,20 @@
 
 namespace vonnel {
 
-const ControlState& Controls::state(const QString& name) const
+template <class T>
+void Controls::set(Control c, T ControlState::*field, const T& value)
 {
-    static const ControlState kDefault;
-    auto it = m_items.constFind(name);
-    return it == m_items.constEnd() ? kDefault : *it;
+    T& now = m_items[size_t(c)].*field;
+    if (now == value)
+        return;
+    now = value;
+    Q_EMIT changed(c);
 }
 
-void Controls::setEnabled(const QString& name, bool on)
-{
-    ControlState& s = m_items[name];
-    if (s.enabled == on)
-        return;
-    s.enabled = on;
-    Q_EMIT changed(name);
-}
-
-void Controls::setChecked(const QString& name, bool on)
-{
-    ControlState& s = m_items[name];
-    if (s.checked == on)
-        return;
-    s.checked = on;
-    Q_EMIT changed(name);
-}
-
-void Controls::setVisible(const QString& name, bool on)
-{
-    ControlState& s = m_items[name];
-    if (s.visible == on)
-        return;
-    s.visible = on;
-    Q_EMIT changed(name);
-}
-
-void Controls::setCaption(const QString& name, const QString& caption)
-{
-    ControlState& s = m_items[name];
-    if (s.caption == caption)
-        return;
-    s.caption = caption;
-    Q_EMIT changed(name);
-}
-
-void Controls::setToolTip(const QString& name, const QString& tip)
-{
-    ControlState& s = m_items[name];
-    if (s.toolTip == tip)
-        return;
-    s.toolTip = tip;
-    Q_EMIT changed(name);
-}
+void Controls::setEnabled(Control c, bool on) { set(c, &ControlState::enabled, on); }
+void Controls::setChecked(Control c, bool on) { set(c, &ControlState::checked, on); }
+void Controls::setVisible(Control c, bool on) { set(c, &ControlState::visible, on); }
+void Controls::setCaption(Control c, const QString& caption) { set(c, &ControlState::caption, caption); }
+void Controls::setToolTip(Control c, const QString& tip) { set(c, &ControlState::toolTip, tip); }
 
 }  // namespace vonnel

@@ -1,11 +1,14 @@
 #pragma once
-// State of the named menu entries and toolbar buttons (mnuConnect,
-// "Toolbar1:1" ...): enabled, checked, visible, caption. The logic sets
-// it by name; the window binds its actions to the same names.
+// State of the menu entries, toolbar buttons and dialog buttons the logic
+// speaks of (Control): enabled, checked, visible, caption. The logic sets
+// it; the window binds its actions to the same controls and follows
+// changed().
 
-#include <QHash>
+#include "core/Control.h"
+
 #include <QObject>
 #include <QString>
+#include <array>
 
 namespace vonnel {
 
@@ -15,7 +18,6 @@ struct ControlState {
     bool visible = true;
     QString caption;
     QString toolTip;
-    QString tag;
 };
 
 class Controls : public QObject {
@@ -23,27 +25,26 @@ class Controls : public QObject {
 public:
     using QObject::QObject;
 
-    const ControlState& state(const QString& name) const;
-    bool enabled(const QString& name) const { return state(name).enabled; }
-    bool checked(const QString& name) const { return state(name).checked; }
-    bool visible(const QString& name) const { return state(name).visible; }
-    QString caption(const QString& name) const { return state(name).caption; }
+    const ControlState& state(Control c) const { return m_items[size_t(c)]; }
+    bool enabled(Control c) const { return state(c).enabled; }
+    bool checked(Control c) const { return state(c).checked; }
+    bool visible(Control c) const { return state(c).visible; }
+    QString caption(Control c) const { return state(c).caption; }
 
-    void setEnabled(const QString& name, bool on);
-    void setChecked(const QString& name, bool on);
-    void setVisible(const QString& name, bool on);
-    void setCaption(const QString& name, const QString& caption);
-    void setToolTip(const QString& name, const QString& tip);
-    void setTag(const QString& name, const QString& tag) { m_items[name].tag = tag; }
+    void setEnabled(Control c, bool on);
+    void setChecked(Control c, bool on);
+    void setVisible(Control c, bool on);
+    void setCaption(Control c, const QString& caption);
+    void setToolTip(Control c, const QString& tip);
 
 Q_SIGNALS:
-    void changed(const QString& name);
+    void changed(vonnel::Control c);
 
 private:
-    QHash<QString, ControlState> m_items;
-};
+    template <class T>
+    void set(Control c, T ControlState::*field, const T& value);
 
-// Name of toolbar button n (1-based) of Toolbar1.
-inline QString toolbarButton(int n) { return QStringLiteral("Toolbar1:") + QString::number(n); }
+    std::array<ControlState, kControlCount> m_items;
+};
 
 }  // namespace vonnel

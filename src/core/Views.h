@@ -3,19 +3,19 @@
 // window and running the program's own dialogs. Without windows (headless,
 // tests) nothing is shown and a modal dialog returns at once as if closed.
 
-#include <QString>
+#include "core/Form.h"
 
 namespace vonnel {
 
 class Views {
 public:
     virtual ~Views() = default;
-    // Runs the named dialog (frmProperty, frmLogin ...) modally. A headless
-    // run returns false at once: the dialog was closed without OK.
-    virtual bool runModal(const QString& form) { (void)form; return false; }
-    virtual void showModeless(const QString& form) { (void)form; }
-    virtual void unload(const QString& form) { (void)form; }
-    virtual bool isVisible(const QString& form) const { (void)form; return false; }
+    // Runs the dialog (frmProperty, frmLogin ...) modally. A headless run
+    // returns false at once: the dialog was closed without OK.
+    virtual bool runModal(Form form) { (void)form; return false; }
+    virtual void showModeless(Form form) { (void)form; }
+    virtual void unload(Form form) { (void)form; }
+    virtual bool isVisible(Form form) const { (void)form; return false; }
     // Brings the main window to the front (topmost, then not topmost).
     virtual void raiseMain() {}
 };

@@ -1,7 +1,6 @@
 // What the main window's menu entries, toolbar buttons and the panes'
 // pop-up menu do: each is handed to the controller or to the dialog that
-// owns it. Typing, paste, clear, refresh, override and the font buttons are
-// the typing logic's (it hears the same trigger).
+// owns it.
 
 #include "shell/MainWindow.h"
 
@@ -35,62 +34,42 @@
 
 namespace vonnel {
 
-namespace {
-// The pop-up of the panes: each entry is the twin of a menu entry or a
-// toolbar button and runs it.
-struct PopEntry {
-    const char* name;
-    const char* key;
-    const char* fallback;
-    QString twin;
-};
-const QList<PopEntry>& popsFormatEntries()
-{
-    static const QList<PopEntry> entries = {
-        {"popCopy", "Copy", "&Copy", QStringLiteral("mnuCopy")},
-        {"popCopyAll", "Copy All", "Copy &All", QStringLiteral("mnuCopyAll")},
-        {"popPaste", "Paste", "&Paste", QStringLiteral("mnuEditPaste")},
-        {"-", "", "", QString()},
-        {"popBold", "Bold", "&Bold", toolbarButton(7)},
-        {"popItalic", "Italic", "&Italic", toolbarButton(8)},
-        {"popFontUp", "Increase Font Size", "&Increase Font Size", toolbarButton(9)},
-        {"popFontDown", "Decrease Font Size", "&Decrease Font Size", toolbarButton(10)},
-        {"popFontColour", "Font Colour", "Font &Colour...", toolbarButton(11)},
-        {"popBackColour", "Background Colour", "Bac&kground Colour...", toolbarButton(12)},
-        {"-", "", "", QString()},
-        {"popOverride", "Override", "&Override", QStringLiteral("mnuOverride")},
-        {"popClrScr", "Clear Screen", "C&lear Screen", QStringLiteral("mnuClrScr")},
-    };
-    return entries;
-}
-}  // namespace
-
-QString MainWindow::popsFormatTwin(const QString& popEntry)
-{
-    for (const PopEntry& e : popsFormatEntries())
-        if (popEntry == QLatin1String(e.name))
-            return e.twin;
-    return QString();
-}
-
 void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
 {
+    // Each entry of the panes' pop-up is the twin of a menu entry or a
+    // toolbar button and runs it. An entry without a key is a separator.
+    struct PopEntry { Control c; const char* key; const char* fallback; };
+    static const PopEntry kEntries[] = {
+        {Control::popCopy, "Copy", "&Copy"},
+        {Control::popCopyAll, "Copy All", "Copy &All"},
+        {Control::popPaste, "Paste", "&Paste"},
+        {Control::popCopy, nullptr, nullptr},
+        {Control::popBold, "Bold", "&Bold"},
+        {Control::popItalic, "Italic", "&Italic"},
+        {Control::popFontUp, "Increase Font Size", "&Increase Font Size"},
+        {Control::popFontDown, "Decrease Font Size", "&Decrease Font Size"},
+        {Control::popFontColour, "Font Colour", "Font &Colour..."},
+        {Control::popBackColour, "Background Colour", "Bac&kground Colour..."},
+        {Control::popCopy, nullptr, nullptr},
+        {Control::popOverride, "Override", "&Override"},
+        {Control::popClrScr, "Clear Screen", "C&lear Screen"},
+    };
     m_lastPane = pane;
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("popsFormat"));
-    for (const PopEntry& e : popsFormatEntries()) {
-        if (QLatin1String(e.name) == QLatin1String("-")) {
+    for (const PopEntry& e : kEntries) {
+        if (!e.key) {
             menu.addSeparator();
             continue;
         }
+        const Control twin = popupTwin(e.c);
         QAction* a = menu.addAction(m_frm.ctx().translate(QLatin1String(e.key), QLatin1String(e.fallback)));
-        a->setObjectName(QLatin1String(e.name));
-        a->setEnabled(m_frm.model().controls.enabled(e.twin));
-        if (e.twin == QLatin1String("mnuOverride")) {
+        a->setObjectName(controlName(e.c));
+        a->setEnabled(m_frm.model().controls.enabled(twin));
+        if (twin == Control::mnuOverride) {
             a->setCheckable(true);
-            a->setChecked(m_frm.model().controls.checked(e.twin));
+            a->setChecked(m_frm.model().controls.checked(twin));
         }
-        const QString twin = e.twin;
         connect(a, &QAction::triggered, this, [this, twin] { Q_EMIT triggered(twin); });
     }
     menu.exec(globalPos);
@@ -191,7 +170,7 @@ void MainWindow::mnuSecurity_Click()
     SecurityDialog dialog(m_frm, this);
     dialog.exec();
     // The check mark says whether a password applies, not that it was clicked.
-    refreshControl(QStringLiteral("mnuSecurity"));
+    refreshControl(Control::mnuSecurity);
 }
 
 void MainWindow::mnuEncrypt_Click()
@@ -213,43 +192,70 @@ std::optional<qint64> MainWindow::chooseColour(qint64 current, const QString& ti
     return PaneFormat::fromColor(c);
 }
 
-void MainWindow::onTriggered(const QString& name)
+void MainWindow::onTriggered(Control c)
 {
-    const auto is = [&name](const char* n) { return name == QLatin1String(n); };
-    if (is("mnuFileExit") || is("mnuFileClose")) {
+    // Typing, paste, clear, refresh, override and the font buttons are the
+    // typing logic's; it hears the same trigger.
+    switch (c) {
+    case Control::mnuFileExit:
+    case Control::mnuFileClose:
+    case Control::mnuSysClose:
         close();
-    } else if (is("mnuConnect") || name == toolbarButton(1)) {
+        break;
+    case Control::mnuSysShow:
+        showNormal();
+        raise();
+        break;
+    case Control::mnuConnect:
+    case Control::Toolbar1_1:
         m_frm.connection().mnuConnect_Click();
-    } else if (is("mnuFileProperties")) {
-        runModal(QStringLiteral("frmProperty"));
-    } else if (is("mnuDisconnect") || name == toolbarButton(2)) {
+        break;
+    case Control::mnuFileProperties:
+        runModal(Form::frmProperty);
+        break;
+    case Control::mnuDisconnect:
+    case Control::Toolbar1_2:
         m_frm.connection().mnuDisconnect_Click();
-    } else if (is("mnuRefresh") || name == toolbarButton(3)) {
+        break;
+    case Control::mnuRefresh:
+    case Control::Toolbar1_3:
         // Not in a session and no transfer in the way: the local addresses
         // are read again (the pane's refresh is the typing logic's).
         if (!m_frm.session().IsConnected() && !m_frm.transfer().progress().loaded)
             m_frm.connection().address().GetLocalHost();
-    } else if (is("mnuSave")) {
+        break;
+    case Control::mnuSave:
         m_frm.records().mnuSave_Click();
-    } else if (is("mnuCopy") || name == toolbarButton(5)) {
+        break;
+    case Control::mnuCopy:
+    case Control::Toolbar1_5:
         mnuCopy_Click();
-    } else if (is("mnuCopyAll")) {
+        break;
+    case Control::mnuCopyAll:
         mnuCopyAll_Click();
-    } else if (is("mnuSecurity")) {
+        break;
+    case Control::mnuSecurity:
         mnuSecurity_Click();
-    } else if (is("mnuEncryption")) {
+        break;
+    case Control::mnuEncryption:
         mnuEncrypt_Click();
-    } else if (is("mnuHelpContents") || name == toolbarButton(17)) {
+        break;
+    case Control::mnuHelpContents:
+    case Control::Toolbar1_17:
         m_frm.ctx().desktop().openFile(m_frm.ctx().HelpPath + QStringLiteral("index.htm"));
-    } else if (is("mnuUpdate")) {
+        break;
+    case Control::mnuUpdate:
         m_frm.mnuUpdate_Click();
-    } else if (is("mnuHomePage") || is("mnuSupport")) {
-        const QString key = is("mnuHomePage") ? QStringLiteral("HomePage")
-                                              : QStringLiteral("Support");
+        break;
+    case Control::mnuHomePage:
+    case Control::mnuSupport: {
+        const QString key = c == Control::mnuHomePage ? QStringLiteral("HomePage") : QStringLiteral("Support");
         const QString url = m_frm.ctx().setting(key);
         if (!url.isEmpty())
             m_frm.ctx().desktop().openUrl(url);
-    } else if (is("mnuAbout")) {
+        break;
+    }
+    case Control::mnuAbout:
         m_frm.ctx().prompter().msgBox(m_frm.ctx().VersionString + QStringLiteral("\r\r") +
                                     m_frm.ctx().translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
                                     m_frm.ctx().setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
@@ -258,15 +264,23 @@ void MainWindow::onTriggered(const QString& name)
                                 MsgStyle::Information,
                                 m_frm.ctx().translate(QStringLiteral("About")) + QStringLiteral(" ") +
                                     MainModel::kTitle);
-    } else if (is("mnuViewontop")) {
-        const bool on = !m_frm.model().controls.checked(name);
-        m_frm.model().controls.setChecked(name, on);
+        break;
+    case Control::mnuViewontop: {
+        const bool on = !m_frm.model().controls.checked(c);
+        m_frm.model().controls.setChecked(c, on);
         setWindowFlag(Qt::WindowStaysOnTopHint, on);
         show();
-    } else if (is("mnuMin")) {
+        break;
+    }
+    case Control::mnuMin:
         showMinimized();
-    } else if (is("mnuSendFile") || name == kSendFileButton) {
+        break;
+    case Control::mnuSendFile:
+    case Control::Toolbar1_SendFile:
         m_frm.transfer().mnuSendFile_Click();
+        break;
+    default:
+        break;
     }
 }
 

@@ -41,7 +41,7 @@ void FrmMain::Form_Load()
 {
     if (ctx().ProgramExiting)
         return;
-    ctx().views().unload(QStringLiteral("frmPopMsg"));
+    ctx().views().unload(Form::frmPopMsg);
 
     ctx().VersionString = MainModel::kTitle + QLatin1Char(' ') + QString::number(MainModel::kMajor) + QLatin1Char('.') +
                     QString::number(MainModel::kMinor) + QLatin1Char('.') + QString::number(MainModel::kRevision);
@@ -104,8 +104,8 @@ void FrmMain::Form_Load()
     // A second copy that cannot listen on its own port may not change the
     // ports either: they belong to the first copy.
     if (secondCopy && listenError != 0) {
-        model().controls.setEnabled(QStringLiteral("frmProperty.cmdApply"), false);
-        model().controls.setEnabled(QStringLiteral("frmProperty.cmdOK"), false);
+        model().controls.setEnabled(Control::frmProperty_cmdApply, false);
+        model().controls.setEnabled(Control::frmProperty_cmdOK, false);
     }
 
     model().stStatusbar.setTag(2, ctx().translate(QStringLiteral("Local Port")));
@@ -115,12 +115,12 @@ void FrmMain::Form_Load()
     Q_EMIT ctx().menusNeedText();
 
     if (ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1 && TrayOnly == 0)
-        ctx().views().showModeless(QStringLiteral("frmTip"));
+        ctx().views().showModeless(Form::frmTip);
     if (ctx().settingNumber(QStringLiteral("First Run")) == 1) {
         ctx().desktop().openFile(ctx().HelpPath + QStringLiteral("index.htm"));
         ctx().writeSetting(QStringLiteral("First Run"), QStringLiteral("0"));
     }
-    model().controls.setChecked(QStringLiteral("mnuViewontop"),
+    model().controls.setChecked(Control::mnuViewontop,
                         equalsTrue(ctx().setting(QStringLiteral("First Run"))));
     m_voiceFlag = ctx().settingNumber(QStringLiteral("Voice Assistance")) == 0;
 
@@ -154,7 +154,7 @@ void FrmMain::Init()
     if (!ctx().settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();
 
-    model().controls.setVisible(QStringLiteral("mnuEncryption"),
+    model().controls.setVisible(Control::mnuEncryption,
                         !ctx().settingFlag(QStringLiteral("Encryption Menu Off")));
 
     // Passwords are set up on the first starts; then both levels are read.
@@ -217,7 +217,7 @@ bool FrmMain::Form_QueryUnload(bool fromUser)
         if (session().ConnectionStartedHere && ws.State() == Winsock::sckConnected) {
             sender().xSendData(QStringLiteral("^SD"));
             session().ConnectionStartedHere = false;
-            model().controls.setEnabled(QStringLiteral("mnuSave"), true);
+            model().controls.setEnabled(Control::mnuSave, true);
             session().SessionEndTime = ctx().clock().timeOfDay();
             Q_EMIT session().sessionEnded();
         }
@@ -230,7 +230,7 @@ bool FrmMain::Form_QueryUnload(bool fromUser)
                 ws.Listen();
                 session().checkStatus();
             }
-            model().controls.setEnabled(QStringLiteral("mnuSave"), true);
+            model().controls.setEnabled(Control::mnuSave, true);
             session().SessionEndTime = ctx().clock().timeOfDay();
             Q_EMIT session().sessionEnded();
         }

@@ -14,17 +14,14 @@
 #include <QFileInfo>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QMenuBar>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <utility>
-#include <QStyle>
 #include <QSystemTrayIcon>
 #include <QTimer>
-#include <QToolBar>
 #include <QCheckBox>
 #include <QDialog>
 #include <QHBoxLayout>
@@ -39,6 +36,7 @@
 #include "connection/Session.h"
 #include "core/MainModel.h"
 #include "core/CopyContext.h"
+#include "platform/Clock.h"
 
 namespace vonnel {
 
@@ -61,7 +59,7 @@ const char* const kPanelTips[11] = {"Click here for help",
 
 MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_frm(frm)
 {
-    setObjectName(QStringLiteral("frmMain"));
+    setObjectName(formName(Form::frmMain));
     setWindowIcon(dotIcon(QColor(0x2e, 0x7d, 0x32), QColor(0x1b, 0x5e, 0x20)));
 
     m_server = new QPlainTextEdit;
@@ -95,7 +93,7 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     // The local pane's keys go to the typing logic; the model stays the truth.
     new TypingBinder(m_frm, m_server, m_client);
     connect(this, &MainWindow::triggered, &m_frm.typing(),
-            [this](const QString& n) { m_frm.typing().controlTriggered(n); });
+            [this](Control c) { m_frm.typing().controlTriggered(c); });
     // The colour buttons ask through the window's colour dialog.
     m_frm.typing().chooseColour = [this](qint64 current, const QString& title) {
         return chooseColour(current, title);
@@ -114,8 +112,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     m_server->setFocus();
 
     connect(&frm.model().controls, &Controls::changed, this, &MainWindow::refreshControl);
-    for (const QString& name : m_actions.keys())
-        refreshControl(name);
+    for (int c = 0; c < kControlCount; ++c)
+        refreshControl(Control(c));
     // Panels change with every frame of a transfer (the send picture, the
     // byte counts): they are drawn at most every few hundredths of a second.
     m_panelTimer.setSingleShot(true);
@@ -161,8 +159,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
             });
         refreshHold();
     });
-    connect(&frm.model().controls, &Controls::changed, this, [this](const QString& name) {
-        if (name == QLatin1String("mnuSendFile"))
+    connect(&frm.model().controls, &Controls::changed, this, [this](Control c) {
+        if (c == Control::mnuSendFile)
             refreshHold();
     });
     connect(&frm.transfer(), &Transfer::beep, this, [] { systemBeep(); });
@@ -172,11 +170,9 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
 
     // The clock, caps and num panels are the window's own.
     auto* clock = new QTimer(this);
-    connect(clock, &QTimer::timeout, this, [this] {
-        m_panels[6]->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
-    });
+    connect(clock, &QTimer::timeout, this, &MainWindow::showClock);
     clock->start(1000);
-    m_panels[6]->setText(QTime::currentTime().toString(QStringLiteral("HH:mm")));
+    showClock();
     m_panels[4]->setText(QStringLiteral("CAPS"));
     m_panels[5]->setText(QStringLiteral("NUM"));
     m_panels[4]->setEnabled(false);
@@ -184,144 +180,6 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
 }
 
 MainWindow::~MainWindow() = default;
-
-QAction* MainWindow::addEntry(QMenu* menu, const QString& name, const QString& key,
-                              const QString& fallback)
-{
-    auto* a = new QAction(m_frm.ctx().translate(key, fallback), this);
-    a->setObjectName(name);
-    a->setToolTip(m_frm.ctx().translate(key));
-    connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
-    menu->addAction(a);
-    m_actions.insert(name, a);
-    return a;
-}
-
-void MainWindow::buildMenus()
-{
-    struct Entry { const char* name; const char* key; const char* fallback; };
-    struct Head { const char* name; const char* key; const char* fallback; QList<Entry> entries; };
-    const QList<Head> heads = {
-        {"mnuFile", "File", "&File",
-         {{"mnuConnect", "Connect", "&Connect..."},
-          {"mnuDisconnect", "Disconnect", "&Disconnect"},
-          {"-", "", ""},
-          {"mnuSave", "Save", "&Save..."},
-          {"mnuFileAutoConnect", "AutoConnect", "&AutoConnect..."},
-          {"mnuFileProperties", "Properties", "P&roperties..."},
-          {"-", "", ""},
-          {"mnuFileClose", "Close", "C&lose"},
-          {"mnuFileExit", "Exit", "E&xit"}}},
-        {"mnuEdit", "Edit", "&Edit",
-         {{"mnuCopyAll", "Copy All", "Copy &All"},
-          {"mnuCopy", "Copy", "&Copy"},
-          {"mnuEditPaste", "Paste", "&Paste"},
-          {"-", "", ""},
-          {"mnuClrScr", "Clear Screen", "C&lear Screen"},
-          {"mnuOverride", "Override", "&Override"},
-          {"mnuRefresh", "Refresh", "&Refresh"}}},
-        {"mnuMessage", "Messages", "&Messages",
-         {{"mnuMsg1", "Message 1", "Message &1"},
-          {"mnuMsg2", "Message 2", "Message &2"},
-          {"mnuMsg3", "Message 3", "Message &3"},
-          {"mnuMsg4", "Message 4", "Message &4"},
-          {"mnuMsg5", "Message 5", "Message &5"},
-          {"mnuMsg6", "Message 6", "Message &6"}}},
-        {"mnuVoice", "Voice", "&Voice",
-         {{"mnuSpeak", "Speak", "&Speak"},
-          {"mnuMute", "Mute", "&Mute"},
-          {"mnuVolUp", "Volume Up", "Volume &Up"},
-          {"mnuVolDown", "Volume Down", "Volume &Down"}}},
-        {"mnuTools", "Tools", "&Tools",
-         {{"mnuBeep", "Alert Ring", "&Alert Ring"},
-          {"mnuRing", "Ring", "&Ring"},
-          {"mnuSendFile", "Send File", "Send &File..."},
-          {"mnuDraw", "Scrivet", "S&crivet"},
-          {"-", "", ""},
-          {"mnuSecurity", "Security", "S&ecurity..."},
-          {"mnuOptions", "Options", "&Options..."}}},
-        {"mnuWindow", "Window", "&Window",
-         {{"mnuViewontop", "Always on Top", "Always on &Top"},
-          {"mnuMin", "Minimize", "&Minimize"}}},
-        {"mnuSpecial", "Extras", "E&xtras",
-         {{"mnuNetView", "Net View", "&Net View..."},
-          {"mnuNetResolve", "Net Resolve", "Net &Resolve..."},
-          {"mnuAutoNotify", "AutoNotify", "&AutoNotify..."},
-          {"mnuEncryption", "Encryption", "&Encryption..."},
-          {"mnuURLHistory", "URL History", "&URL History..."}}},
-        {"mnuHelp", "Help", "&Help",
-         {{"mnuHelpContents", "Contents", "&Contents"},
-          {"mnuHomePage", "Home Page", "&Home Page"},
-          {"mnuSupport", "Support", "&Support"},
-          {"mnuUpdate", "Update", "&Update"},
-          {"-", "", ""},
-          {"mnuAbout", "About", "&About Vonnel"}}},
-    };
-    for (const Head& h : heads) {
-        QMenu* menu = menuBar()->addMenu(m_frm.ctx().translate(QLatin1String(h.key), QLatin1String(h.fallback)));
-        menu->setObjectName(QLatin1String(h.name));
-        for (const Entry& e : h.entries) {
-            if (QLatin1String(e.name) == QLatin1String("-"))
-                menu->addSeparator();
-            else
-                addEntry(menu, QLatin1String(e.name), QLatin1String(e.key), QLatin1String(e.fallback));
-        }
-    }
-    m_actions.value(QStringLiteral("mnuViewontop"))->setCheckable(true);
-    m_actions.value(QStringLiteral("mnuMute"))->setCheckable(true);
-    m_actions.value(QStringLiteral("mnuSecurity"))->setCheckable(true);
-    m_actions.value(QStringLiteral("mnuOverride"))->setCheckable(true);
-}
-
-void MainWindow::buildToolbar()
-{
-    QToolBar* bar = addToolBar(QStringLiteral("Toolbar1"));
-    bar->setObjectName(QStringLiteral("Toolbar1"));
-    bar->setMovable(false);
-    bar->setIconSize(QSize(22, 22));
-    QStyle* st = style();
-    const QColor ink(0x30, 0x30, 0x30);
-    struct Button { const char* tip; QIcon icon; };
-    const QList<Button> buttons = {
-        {"Connect", dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20))},
-        {"Disconnect", dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c))},
-        {"Refresh", st->standardIcon(QStyle::SP_BrowserReload)},
-        {"Clear Screen", st->standardIcon(QStyle::SP_DialogResetButton)},
-        {"Copy", copyIcon(ink)},
-        {"Paste", pasteIcon(ink)},
-        {"Bold", letterIcon(QStringLiteral("B"), ink, true)},
-        {"Italic", letterIcon(QStringLiteral("I"), ink, false, true)},
-        {"Increase Font Size", letterIcon(QStringLiteral("A+"), ink)},
-        {"Decrease Font Size", letterIcon(QStringLiteral("A-"), ink)},
-        {"Font Colour", letterIcon(QStringLiteral("A"), QColor(0xc6, 0x28, 0x28))},
-        {"Background Colour", dotIcon(QColor(0xff, 0xf5, 0x9d), QColor(0x9e, 0x9d, 0x24))},
-        {"Override", st->standardIcon(QStyle::SP_ArrowUp)},
-        {"Alert Ring", letterIcon(QStringLiteral("!"), QColor(0xef, 0x6c, 0x00))},
-        {"Ring", st->standardIcon(QStyle::SP_MediaVolume)},
-        {"Mute", st->standardIcon(QStyle::SP_MediaVolumeMuted)},
-        {"Help", st->standardIcon(QStyle::SP_DialogHelpButton)},
-    };
-    for (int i = 0; i < buttons.size(); ++i) {
-        const QString name = toolbarButton(i + 1);
-        QAction* a = bar->addAction(buttons[i].icon, m_frm.ctx().translate(QLatin1String(buttons[i].tip)));
-        a->setObjectName(name);
-        a->setToolTip(m_frm.ctx().translate(QLatin1String(buttons[i].tip)));
-        connect(a, &QAction::triggered, this, [this, name] { Q_EMIT triggered(name); });
-        m_actions.insert(name, a);
-        if (i == 12)
-            a->setCheckable(true);  // Override: down while on
-        if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
-            bar->addSeparator();
-    }
-    // Send File sits at the end and follows mnuSendFile.
-    bar->addSeparator();
-    QAction* send = bar->addAction(st->standardIcon(QStyle::SP_FileDialogStart),
-                                   m_frm.ctx().translate(QStringLiteral("Send File")));
-    send->setObjectName(kSendFileButton);
-    send->setToolTip(m_frm.ctx().translate(QStringLiteral("Send File")));
-    connect(send, &QAction::triggered, this, [this] { Q_EMIT triggered(kSendFileButton); });
-    m_actions.insert(kSendFileButton, send);
-}
 
 void MainWindow::buildStatusBar()
 {
@@ -408,36 +266,6 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
     return QMainWindow::eventFilter(watched, event);
 }
 
-void MainWindow::buildTray()
-{
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
-        return;
-    m_tray = new QSystemTrayIcon(windowIcon(), this);
-    m_tray->setToolTip(m_frm.model().trayTip());
-    connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
-    m_trayMenu = new QMenu(this);
-    m_trayMenu->setObjectName(QStringLiteral("mnuTray"));
-    addEntry(m_trayMenu, QStringLiteral("mnuSysShow"), QStringLiteral("Show"), QStringLiteral("&Show"));
-    addEntry(m_trayMenu, QStringLiteral("mnuSysClose"), QStringLiteral("Exit"), QStringLiteral("E&xit"));
-    m_tray->setContextMenu(m_trayMenu);
-    connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
-        if (r == QSystemTrayIcon::DoubleClick || r == QSystemTrayIcon::Trigger) {
-            showNormal();
-            raise();
-            activateWindow();
-        }
-    });
-    connect(this, &MainWindow::triggered, this, [this](const QString& name) {
-        if (name == QLatin1String("mnuSysShow")) {
-            showNormal();
-            raise();
-        } else if (name == QLatin1String("mnuSysClose")) {
-            close();
-        }
-    });
-    m_tray->show();
-}
-
 void MainWindow::bindPane(TextPane& pane, QPlainTextEdit* view)
 {
     auto sync = [&pane, view] {
@@ -454,18 +282,23 @@ void MainWindow::bindPane(TextPane& pane, QPlainTextEdit* view)
     sync();
 }
 
-void MainWindow::refreshControl(const QString& name)
+void MainWindow::showClock()
 {
-    QAction* a = m_actions.value(name);
+    m_panels[6]->setText(m_frm.ctx().clock().timeOfDay().toString(QStringLiteral("HH:mm")));
+}
+
+void MainWindow::refreshControl(Control c)
+{
+    QAction* a = action(c);
     if (!a)
         return;
-    const ControlState& s = m_frm.model().controls.state(name);
-    if (name == QLatin1String("mnuSendFile"))
-        if (QAction* b = m_actions.value(kSendFileButton))
+    const ControlState& s = m_frm.model().controls.state(c);
+    if (c == Control::mnuSendFile)
+        if (QAction* b = action(Control::Toolbar1_SendFile))
             b->setEnabled(s.enabled);
     // The Override button stays down while the entry is checked.
-    if (name == QLatin1String("mnuOverride"))
-        if (QAction* b = m_actions.value(toolbarButton(13)))
+    if (c == Control::mnuOverride)
+        if (QAction* b = action(Control::Toolbar1_13))
             b->setChecked(s.checked);
     a->setEnabled(s.enabled);
     a->setVisible(s.visible);
@@ -532,16 +365,16 @@ bool MainWindow::panelFits(int n, int windowWidth)
     return true;
 }
 
-bool MainWindow::runModal(const QString& form)
+bool MainWindow::runModal(Form form)
 {
     if (auto r = runConnectionDialog(m_frm, form, this))
         return *r;
     return false;
 }
 
-void MainWindow::showModeless(const QString& form)
+void MainWindow::showModeless(Form form)
 {
-    if (form == QLatin1String("frmPopMsg")) {
+    if (form == Form::frmPopMsg) {
         // The splash: the program's name and the loading word, until the
         // main form has loaded.
         auto* splash = new QLabel(m_frm.splashCaption, nullptr,
@@ -560,7 +393,7 @@ void MainWindow::showModeless(const QString& form)
         splash->repaint();
         QCoreApplication::processEvents();
         m_splash = splash;
-    } else if (form == QLatin1String("frmTip")) {
+    } else if (form == Form::frmTip) {
         showTips();
     }
 }
@@ -599,21 +432,21 @@ void MainWindow::showTips()
     dlg->show();
 }
 
-void MainWindow::unload(const QString& form)
+void MainWindow::unload(Form form)
 {
-    if (form == QLatin1String("frmPopMsg") && m_splash) {
+    if (form == Form::frmPopMsg && m_splash) {
         m_splash->close();
         m_splash = nullptr;
     }
 }
 
-bool MainWindow::isVisible(const QString& form) const
+bool MainWindow::isVisible(Form form) const
 {
-    if (form == QLatin1String("frmMain"))
+    if (form == Form::frmMain)
         return QMainWindow::isVisible();
-    if (form == QLatin1String("frmLogin"))
+    if (form == Form::frmLogin)
         return m_frm.connection().login() != nullptr;
-    if (form == QLatin1String("frmProgress"))
+    if (form == Form::frmProgress)
         return m_frm.transfer().progress().loaded;
     return false;
 }

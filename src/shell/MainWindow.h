@@ -3,6 +3,7 @@
 // panels and the tray icon, bound to one FrmMain. It holds no session
 // logic; it shows the models and hands user actions to the controller.
 
+#include "core/Control.h"
 #include "core/Views.h"
 #include "shell/dialogs/AccessDialogs.h"
 
@@ -12,6 +13,7 @@
 #include <QSet>
 #include <QTimer>
 #include <QPointer>
+#include <array>
 #include <optional>
 
 class QAction;
@@ -35,22 +37,19 @@ public:
     ~MainWindow() override;
 
     // Views
-    bool runModal(const QString& form) override;
-    void showModeless(const QString& form) override;
-    void unload(const QString& form) override;
-    bool isVisible(const QString& form) const override;
+    bool runModal(Form form) override;
+    void showModeless(Form form) override;
+    void unload(Form form) override;
+    bool isVisible(Form form) const override;
     void raiseMain() override;
 
     QPlainTextEdit* serverPane() const { return m_server; }
     QPlainTextEdit* clientPane() const { return m_client; }
-    QAction* action(const QString& name) const { return m_actions.value(name); }
+    // The action bound to the control; null when the window has none.
+    QAction* action(Control c) const { return m_actions[size_t(c)]; }
     ProgressDialog* progressWindow() const { return m_progress; }
     EncryptDialog* encryptWindow() const { return m_encrypt; }
 
-    // The toolbar's Send File button; it has no number of its own.
-    static inline const QString kSendFileButton = QStringLiteral("Toolbar1:SendFile");
-    // The menu entry or button that an entry of the panes' pop-up runs.
-    static QString popsFormatTwin(const QString& popEntry);
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
 
@@ -66,8 +65,9 @@ public:
     void mnuEncrypt_Click();
 
 Q_SIGNALS:
-    // A user action on a named control (menu entry or toolbar button).
-    void triggered(const QString& name);
+    // A user action on a control (menu entry, toolbar button, pop-up entry
+    // as its twin).
+    void triggered(vonnel::Control c);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -76,7 +76,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void onTriggered(const QString& name);
+    void onTriggered(Control c);
     // The selection of the pane last worked in, else of the other pane.
     QString selectedText() const;
     std::optional<qint64> chooseColour(qint64 current, const QString& title);
@@ -86,9 +86,11 @@ private:
     void buildToolbar();
     void buildStatusBar();
     void buildTray();
-    QAction* addEntry(QMenu* menu, const QString& name, const QString& key, const QString& fallback);
+    QAction* bindAction(QAction* a, Control c);
+    QAction* addEntry(QMenu* menu, Control c, const QString& key, const QString& fallback);
     void bindPane(TextPane& pane, QPlainTextEdit* view);
-    void refreshControl(const QString& name);
+    void refreshControl(Control c);
+    void showClock();
     void refreshPanel(int n);
     void rememberPlacement();
     void refreshHold();
@@ -99,7 +101,7 @@ private:
     QPlainTextEdit* m_client = nullptr;
     QSplitter* m_split = nullptr;
     QList<QLabel*> m_panels;
-    QHash<QString, QAction*> m_actions;
+    std::array<QAction*, kControlCount> m_actions{};
     QSystemTrayIcon* m_tray = nullptr;
     QMenu* m_trayMenu = nullptr;
     QWidget* m_splash = nullptr;

@@ -12,7 +12,7 @@ namespace vonnel {
 void FrmMain::ShowMain()
 {
     if (WindowContext == QLatin1String("Scrivet")) {
-        ctx().views().showModeless(QStringLiteral("frmDraw"));
+        ctx().views().showModeless(Form::frmDraw);
         return;
     }
     // A window put away in the tray or minimised is locked while a
@@ -25,7 +25,7 @@ void FrmMain::ShowMain()
     model().txtServer.caretToEnd();
     TrayOnly = 0;
     model().setTrayTip(MainModel::kTitle);  // the caller it named is in sight now
-    model().controls.setEnabled(QStringLiteral("mnuTray"), true);
+    model().controls.setEnabled(Control::mnuTray, true);
     ctx().views().raiseMain();
 }
 

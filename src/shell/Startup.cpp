@@ -97,7 +97,7 @@ bool startCopy(FrmMain& f)
         return false;
     }
     if (parsed == QLatin1String("NULL") && !noSplash && f.TrayOnly == 0)
-        f.ctx().views().showModeless(QStringLiteral("frmPopMsg"));
+        f.ctx().views().showModeless(Form::frmPopMsg);
 
     // The help folder as it is spelt on disk ("Help" as shipped).
     const QString helpIndex = resolveCaseBlind(resolveCaseBlind(appPath + QStringLiteral("Help")) +
@@ -123,9 +123,9 @@ bool startCopy(FrmMain& f)
 
     if (f.portConflictAtStart()) {
         // The user has to give another port; Cancel is not offered.
-        f.model().controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), false);
-        f.ctx().views().runModal(QStringLiteral("frmProperty"));
-        f.model().controls.setEnabled(QStringLiteral("frmProperty.cmdCancel"), true);
+        f.model().controls.setEnabled(Control::frmProperty_cmdCancel, false);
+        f.ctx().views().runModal(Form::frmProperty);
+        f.model().controls.setEnabled(Control::frmProperty_cmdCancel, true);
     }
 
     f.ctx().rings.Ring = f.ctx().setting(QStringLiteral("Ring"));

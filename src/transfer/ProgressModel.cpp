@@ -18,4 +18,12 @@ void ProgressModel::reset()
     prbProgress = 0;
 }
 
+void ProgressModel::fieldChanged(const void* field)
+{
+    if (field == &loaded)
+        Q_EMIT loadedChanged(loaded);
+    else
+        Q_EMIT changed();
+}
+
 }  // namespace vonnel

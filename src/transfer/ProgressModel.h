@@ -8,49 +8,62 @@
 #include <QObject>
 #include <QString>
 
+#include "core/Watched.h"
+
 namespace vonnel {
 
 struct ProgressButton {
-    QString caption;  // as shown (translated)
-    QString tag;      // the untranslated word the logic compares
-    QString toolTip;
-    bool enabled = true;
-    bool visible = true;
+    explicit ProgressButton(FieldOwner* owner = nullptr)
+        : caption(owner), tag(owner), toolTip(owner), enabled(owner, true), visible(owner, true)
+    {
+    }
+    Watched<QString> caption;  // as shown (translated)
+    Watched<QString> tag;      // the untranslated word the logic compares
+    Watched<QString> toolTip;
+    Watched<bool> enabled;
+    Watched<bool> visible;
 };
 
 struct ProgressLabel {
-    QString text;
-    bool visible = true;
-    QColor color = Qt::black;
+    explicit ProgressLabel(FieldOwner* owner = nullptr)
+        : text(owner), visible(owner, true), color(owner, QColor(Qt::black))
+    {
+    }
+    Watched<QString> text;
+    Watched<bool> visible;
+    Watched<QColor> color;
 };
 
-class ProgressModel : public QObject {
+// Every field tells the views when it changes: changed(), or for loaded
+// loadedChanged().
+class ProgressModel : public QObject, public FieldOwner {
     Q_OBJECT
 public:
     using QObject::QObject;
 
-    bool loaded = false;
-    bool minimized = false;
-    QString caption;
-    QString txtSendRec;  // "Sending File" or "Receiving File"
-    ProgressButton cmdPause;
-    ProgressButton cmdCancel;
-    bool chkCloseProgress = false;
-    bool chkCloseProgressVisible = true;
-    ProgressLabel lblProgress;
-    QString lblFinished;
-    QString lblFilesize;
-    QString lblFilename;
-    int prbProgress = 0;
+    Watched<bool> loaded{this, false};
+    Watched<bool> minimized{this, false};
+    Watched<QString> caption{this};
+    Watched<QString> txtSendRec{this};  // "Sending File" or "Receiving File"
+    ProgressButton cmdPause{this};
+    ProgressButton cmdCancel{this};
+    Watched<bool> chkCloseProgress{this, false};
+    Watched<bool> chkCloseProgressVisible{this, true};
+    ProgressLabel lblProgress{this};
+    Watched<QString> lblFinished{this};
+    Watched<QString> lblFilesize{this};
+    Watched<QString> lblFilename{this};
+    Watched<int> prbProgress{this, 0};
 
     // The window's values at load.
     void reset();
-    // The views are to show the model again.
-    void refresh() { Q_EMIT changed(); }
 
 Q_SIGNALS:
     void changed();
     void loadedChanged(bool loaded);
+
+private:
+    void fieldChanged(const void* field) override;
 };
 
 }  // namespace vonnel

@@ -43,7 +43,7 @@ Transfer::~Transfer() = default;
 
 bool Transfer::drawVisible() const
 {
-    return m_ctx.views().isVisible(QStringLiteral("frmDraw"));
+    return m_ctx.views().isVisible(Form::frmDraw);
 }
 
 bool Transfer::connected() const
@@ -100,11 +100,11 @@ void Transfer::endSession()
     holdFileSize.clear();
     if (onHold) {
         m_session.TransferOnHold = false;
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
     }
     if (anything && !m_ctx.ProgramExiting) {
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
     }
     if ((!wasReceiving && !wasSending) || !m_progress.loaded)
         return;
@@ -116,9 +116,8 @@ void Transfer::endSession()
                              : lookup("Connection closed: the file was not sent whole");
     w.cmdPause.enabled = false;
     const QString tail = lookup(" (Cancelled)");
-    if (!w.caption.contains(tail))
+    if (!w.caption->contains(tail))
         w.caption += tail;
-    w.refresh();
 }
 
 void Transfer::strayFrame(qsizetype bytes)
@@ -195,16 +194,16 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_offered = m_picOffered = false;
         m_ctx.prompter().msgBox(lookup("File sending request Rejected"), MsgStyle::Exclamation,
                             lookup("Sending Request Response"));
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return rest;
     }
     if (data.startsWith(wire::text(wire::word(wire::FileMessage::SendingCancel)))) {
         if (!anyUnderWay())
             return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return QString();
     }
     if (data.startsWith(wire::text(wire::word(wire::FileMessage::PauseSending)))) {
@@ -266,7 +265,6 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         updateProgress(QStringLiteral("File sending fails"));
         Q_EMIT beep();
         m_progress.cmdPause.enabled = false;
-        m_progress.refresh();
         return QString();
     }
     return data;

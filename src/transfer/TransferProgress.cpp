@@ -25,7 +25,6 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.text = QStringLiteral("100%");
         w.prbProgress = 100;
         setCancelButton("Finish");
-        w.refresh();
         (drawVisible() ? m_picReceiving : m_receiving) = false;
         m_receivedPath = recvFilePath;
         Receiver& r = m_receiver;
@@ -41,7 +40,6 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.visible = false;
         setPauseButton("Open");
         w.cmdPause.enabled = true;
-        w.refresh();
         if (w.chkCloseProgress && w.loaded)
             unloadProgress();
         if (!drawVisible()) {
@@ -58,7 +56,6 @@ void Transfer::updateProgress(const QString& what)
         m_receiving = false;
         m_recvFile.close();
         m_session.TransferOnHold = false;
-        w.refresh();
     } else if (what == QLatin1String("File sending cancelled")) {
         w.lblProgress.color = QColor(0, 0, 255);
         w.lblProgress.visible = true;
@@ -78,7 +75,7 @@ void Transfer::updateProgress(const QString& what)
         m_frameOut = false;
         m_session.TransferOnHold = false;
         const QString tail = lookup(" (Cancelled)");
-        if (!w.caption.contains(tail))
+        if (!w.caption->contains(tail))
             w.caption += tail;
         w.lblProgress.color = Qt::black;
         // Nothing is left to cancel: the button closes the window, and the
@@ -89,7 +86,6 @@ void Transfer::updateProgress(const QString& what)
                                   QLatin1Char(' ') + recvFilePath;
         Q_EMIT beep();
         w.cmdPause.enabled = false;
-        w.refresh();
     } else if (what == QLatin1String("Pause")) {
         w.lblProgress.visible = true;
         w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
@@ -102,7 +98,6 @@ void Transfer::updateProgress(const QString& what)
         w.cmdPause.enabled = false;
         w.cmdPause.toolTip = lookup("You have no right to contine to send/receive file");
         setCancelButton("Unload");
-        w.refresh();
         if (w.minimized) {
             m_model.setVisible(true);
             m_ctx.views().raiseMain();
@@ -110,12 +105,10 @@ void Transfer::updateProgress(const QString& what)
     } else if (what == QLatin1String("Continue Send")) {
         windowBack();
         w.cmdPause.enabled = true;
-        w.refresh();
         goOn(holdPosition);
     } else if (what == QLatin1String("Continue Receive")) {
         windowBack();
         w.cmdPause.enabled = true;
-        w.refresh();
         m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)));
     }
 }
@@ -140,9 +133,9 @@ void Transfer::savePauseSetting(const QString& progressText, const QString& dire
     holdFileSize = fileSize;
     m_session.TransferOnHold = true;
     if (direction.contains(QLatin1String("Receiving")))
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Receive File", "&Receive File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Receive File", "&Receive File"));
     else
-        m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+        m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
 }
 
 void Transfer::restorePauseWindow()
@@ -161,7 +154,7 @@ void Transfer::restorePauseWindow()
     setCancelButton("Unload");
     w.cmdCancel.toolTip = lookup("Back to chat and continue later");
     m_session.TransferOnHold = false;
-    m_model.controls.setCaption(QStringLiteral("mnuSendFile"), lookup("Send File", "Send &File"));
+    m_model.controls.setCaption(Control::mnuSendFile, lookup("Send File", "Send &File"));
     showProgress();
 }
 
@@ -201,16 +194,14 @@ void Transfer::loadProgress()
     w.cmdPause.enabled = bytesPerSend <= 3200;
     w.chkCloseProgress = m_ctx.settingFlag(QStringLiteral("Close Progress"));
     w.loaded = true;
-    Q_EMIT w.loadedChanged(true);
 }
 
 void Transfer::showProgress()
 {
     loadProgress();
     // The window's activation: no second transfer, and the board stays open.
-    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_model.controls.setEnabled(Control::mnuSendFile, false);
     Q_EMIT closeDrawEnabled(false);
-    m_progress.refresh();
 }
 
 void Transfer::unloadProgress()
@@ -224,12 +215,11 @@ void Transfer::unloadProgress()
         holdPosition = sendFileSent;
     }
     if (!m_ctx.ProgramExiting) {
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), drawMenuAllowed);
+        m_model.controls.setEnabled(Control::mnuSendFile, true);
+        m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         Q_EMIT closeDrawEnabled(true);
     }
     w.loaded = false;
-    Q_EMIT w.loadedChanged(false);
 }
 
 void Transfer::cmdPause_Click()
@@ -250,16 +240,14 @@ void Transfer::cmdPause_Click()
         w.lblProgress.visible = true;
         w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
         w.caption = lookup("Pause") + QStringLiteral(" - ") + m_ctx.translate(w.txtSendRec, w.txtSendRec);
-        w.refresh();
     } else if (tag == QLatin1String("Continue")) {
         pauseSendFile(false);
         // The message names what the peer is to do.
-        if (w.txtSendRec.contains(QLatin1String("Sending")))
+        if (w.txtSendRec->contains(QLatin1String("Sending")))
             m_sender.xSendData(wire::text(wire::word(wire::FileMessage::ContinueReceiving)));
         else
             m_sender.xSendData(wire::text(wire::word(wire::FileMessage::ContinueSending)));
         windowBack();
-        w.refresh();
     } else if (tag == QLatin1String("Open")) {
         m_ctx.desktop().openFile(m_receivedPath);
     }

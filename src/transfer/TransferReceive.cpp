@@ -120,7 +120,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.prbProgress = 100;
         m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
         m_progress.cmdPause.enabled = false;
-        m_progress.refresh();
         m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + QString::number(n) + QStringLiteral("%%"));
         if (n == expected)
             updateProgress(QStringLiteral("File receiving success"));
@@ -136,7 +135,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
             updateProgress(QStringLiteral("File sending cancelled"));
             m_progress.lblProgress.text =
                 lookup("The sending side's frames are too small for a file of this size");
-            m_progress.refresh();
             return rest;
         }
         m_lastAck = n;
@@ -144,7 +142,6 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
         m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + singleText(n) + QStringLiteral("%%"));
-        m_progress.refresh();
     }
     return rest;
 }
@@ -229,7 +226,7 @@ void Transfer::getSaveFileName(QString offer)
             QFile::remove(chosen);
         }
     }
-    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+    m_model.controls.setEnabled(Control::mnuSendFile, false);
     m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestOk)) + o.okPath + wire::text(wire::kRequestEnd));
     beginGetFile();
 }
@@ -294,8 +291,6 @@ void Transfer::beginGetFile()
     m_progress.caption = m_ctx.translate(m_progress.txtSendRec, m_progress.txtSendRec);
     if (!m_session.NotReadySent)
         showProgress();
-    else
-        m_progress.refresh();
 }
 
 }  // namespace vonnel

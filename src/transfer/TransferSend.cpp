@@ -65,8 +65,8 @@ void Transfer::mnuSendFile_Click()
         m_model.stStatusbar.setText(2, lookup("Please wait for remote user's response..."));
         sendFileRequest(sendFilePath, length);
         m_offered = true;
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
-        m_model.controls.setEnabled(QStringLiteral("mnuDraw"), false);
+        m_model.controls.setEnabled(Control::mnuSendFile, false);
+        m_model.controls.setEnabled(Control::mnuDraw, false);
     }
 }
 
@@ -303,7 +303,6 @@ void Transfer::ContSendFile(qint64 position)
         const int pct = percentOf(p, length);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
-        m_progress.refresh();
         *sent = p;
         return;
     }
@@ -317,7 +316,6 @@ void Transfer::ContSendFile(qint64 position)
         m_progress.cmdPause.enabled = false;
         m_progress.lblProgress.visible = true;
         m_progress.lblProgress.text = lookup("Save Error");
-        m_progress.refresh();
         file->close();
         *sent = 0;
         return;
@@ -326,7 +324,6 @@ void Transfer::ContSendFile(qint64 position)
     m_progress.cmdPause.enabled = false;
     m_progress.lblProgress.text = QStringLiteral("100%");
     m_progress.prbProgress = 100;
-    m_progress.refresh();
     if (!likeAnywhere(path, ringSent)) {
         Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
     } else {

@@ -58,7 +58,7 @@ void FrameSender::xSendData(QString data)
     if (!IsConnected())
         return;
     m_model.stStatusbar.setPicture(1, StatePicture::picSend);
-    if (m_ctx.views().isVisible(QStringLiteral("frmDraw")))
+    if (m_ctx.views().isVisible(Form::frmDraw))
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
 
     if (!m_cipher.encryptOn) {

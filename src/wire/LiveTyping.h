@@ -10,6 +10,7 @@
 // `typeText` for a whole string. The pane model `txtServer` is the truth;
 // the window only shows it.
 
+#include "core/Control.h"
 #include "wire/PaneFormat.h"
 
 #include <QObject>
@@ -139,9 +140,9 @@ public:
     // Toolbar buttons 7 to 12: bold, italic, larger, smaller, text colour,
     // background colour of the local pane.
     void Toolbar1_FontClick(int button);
-    // A menu entry or toolbar button by its name; true when it was one of
+    // A menu entry or toolbar button was clicked; true when it was one of
     // this class's.
-    bool controlTriggered(const QString& name);
+    bool controlTriggered(Control c);
 
     // --- format exchange ----------------------------------------------------------
     QString formatMessage() const;

@@ -146,10 +146,10 @@ void LiveTyping::PasteText(bool ownInsert)
 
 void LiveTyping::mnuRefresh_Click()
 {
-    m_model.controls.setEnabled(toolbarButton(3), false);
-    m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), false);
+    m_model.controls.setEnabled(Control::Toolbar1_3, false);
+    m_model.controls.setEnabled(Control::mnuRefresh, false);
     const bool connected = m_session.IsConnected();
-    if (!connected && !m_ctx.views().isVisible(QStringLiteral("frmProgress")) && localAddressUpdate)
+    if (!connected && !m_ctx.views().isVisible(Form::frmProgress) && localAddressUpdate)
         localAddressUpdate();
     Winsock& ws = m_session.winsock(m_session.sIdx);
     if (ws.State() == Winsock::sckConnected) {
@@ -169,19 +169,19 @@ void LiveTyping::mnuRefresh_Click()
     if (ws.State() == Winsock::sckConnected)
         m_model.setCaption(m_model.titleWithVersion() + QStringLiteral(" - ") + m_session.PeerHostName +
                      QStringLiteral(" [") + ws.RemoteHostIP() + QLatin1Char(']'));
-    m_model.controls.setEnabled(QStringLiteral("mnuSendFile"),
-                          !m_ctx.views().isVisible(QStringLiteral("frmProgress")));
+    m_model.controls.setEnabled(Control::mnuSendFile,
+                          !m_ctx.views().isVisible(Form::frmProgress));
     if (!connected) {
-        m_model.controls.setEnabled(toolbarButton(3), true);
-        m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
+        m_model.controls.setEnabled(Control::Toolbar1_3, true);
+        m_model.controls.setEnabled(Control::mnuRefresh, true);
     }
 }
 
 void LiveTyping::mnuOverride_Click()
 {
-    const bool on = !m_model.controls.checked(QStringLiteral("mnuOverride"));
-    m_model.controls.setChecked(QStringLiteral("mnuOverride"), on);
-    m_model.controls.setChecked(toolbarButton(13), on);
+    const bool on = !m_model.controls.checked(Control::mnuOverride);
+    m_model.controls.setChecked(Control::mnuOverride, on);
+    m_model.controls.setChecked(Control::Toolbar1_13, on);
     if (on) {
         clientFormat.copyFrom(serverFormat);
     } else if (m_session.IsConnected()) {
@@ -222,7 +222,7 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
 {
     if (m_session.IsConnected())
         m_session.RemoteResponded = true;
-    if (m_model.controls.checked(QStringLiteral("mnuOverride")))
+    if (m_model.controls.checked(Control::mnuOverride))
         return;
     m_model.txtClient(m_session.sIdx).caretToEnd();
     PaneFormat& pane = clientFormat;
@@ -336,31 +336,41 @@ void LiveTyping::Toolbar1_FontClick(int button)
         return;
     }
     saveFormat();
-    if (m_model.controls.checked(QStringLiteral("mnuOverride")))
+    if (m_model.controls.checked(Control::mnuOverride))
         clientFormat.copyFrom(p);
     sentSetting();
 }
 
-bool LiveTyping::controlTriggered(const QString& name)
+bool LiveTyping::controlTriggered(Control c)
 {
-    if (name == QLatin1String("mnuPaste") || name == QLatin1String("mnuEditPaste") ||
-        name == toolbarButton(6)) {
+    switch (c) {
+    case Control::mnuEditPaste:
+    case Control::Toolbar1_6:
         mnuEditPaste_Click();
-    } else if (name == QLatin1String("mnuClrScr") || name == toolbarButton(4)) {
+        return true;
+    case Control::mnuClrScr:
+    case Control::Toolbar1_4:
         mnuClrScr_Click();
-    } else if (name == QLatin1String("mnuRefresh") || name == toolbarButton(3)) {
+        return true;
+    case Control::mnuRefresh:
+    case Control::Toolbar1_3:
         mnuRefresh_Click();
-    } else if (name == QLatin1String("mnuOverride") || name == toolbarButton(13)) {
+        return true;
+    case Control::mnuOverride:
+    case Control::Toolbar1_13:
         mnuOverride_Click();
-    } else {
-        for (int b = 7; b <= 12; ++b)
-            if (name == toolbarButton(b)) {
-                Toolbar1_FontClick(b);
-                return true;
-            }
+        return true;
+    case Control::Toolbar1_7:
+    case Control::Toolbar1_8:
+    case Control::Toolbar1_9:
+    case Control::Toolbar1_10:
+    case Control::Toolbar1_11:
+    case Control::Toolbar1_12:
+        Toolbar1_FontClick(toolbarNumber(c));
+        return true;
+    default:
         return false;
     }
-    return true;
 }
 
 }  // namespace vonnel

@@ -108,7 +108,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     if (m_ctx.unloading)
         return;
     m_model.controls.setEnabled(toolbarButton(kRefreshButton), true);
-    m_model.controls.setEnabled(QStringLiteral("mnuRefresh"), true);
+    m_model.controls.setEnabled(Control::mnuRefresh, true);
     double testDelay = m_ctx.settingNumber(QStringLiteral("Test"));
     if (testDelay != 0)
         m_session.idleDelay(testDelay);
@@ -184,7 +184,7 @@ QString Receiver::cControlCheck(QString& data)
         const QString sizeText = getBetween(data, QStringLiteral("^s>"), ringWanted);
         size = iniNumber(sizeText);
         data = stripThrough(data, ringWanted);
-        m_model.controls.setEnabled(QStringLiteral("mnuSendFile"), false);
+        m_model.controls.setEnabled(Control::mnuSendFile, false);
         Q_EMIT ringFileAnnounced(ringWanted, qint64(size));
     }
     if (data.startsWith(QLatin1String("^reFresh"))) {
@@ -300,7 +300,7 @@ void Receiver::remoteShutDown()
     m_session.RemoteResponded = false;
     m_session.SessionEndTime = m_ctx.clock().timeOfDay();
 
-    m_model.controls.setEnabled(QStringLiteral("mnuSave"), true);
+    m_model.controls.setEnabled(Control::mnuSave, true);
     Q_EMIT playRing(QStringLiteral("Ring2"));
     Q_EMIT m_session.sessionEnded();
 
@@ -322,7 +322,7 @@ void Receiver::remoteShutDown()
     m_session.idleDelay0();
     ws.Listen();
     m_session.checkStatus();
-    m_model.controls.setEnabled(QStringLiteral("mnuDraw"), true);
+    m_model.controls.setEnabled(Control::mnuDraw, true);
 }
 
 // --- keys, records, deciphering ------------------------------------------------------

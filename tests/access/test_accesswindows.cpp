@@ -76,8 +76,8 @@ TEST(SecurityWindow, SetButtonsStoreAndTheLocksFollow)
     EXPECT_EQ(lockShown(d, "imgAwLock"), "imgAwLock");
     d.findChild<QPushButton*>("OKButton")->click();
     EXPECT_EQ(d.result(), QDialog::Accepted);
-    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Min&Lock");
-    EXPECT_TRUE(b.frm->model().controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption(Control::mnuMin), "Min&Lock");
+    EXPECT_TRUE(b.frm->model().controls.checked(Control::mnuSecurity));
 
     d.findChild<QPushButton*>("cmdHelp")->click();
     EXPECT_EQ(b.desktop.opened.value(0), "/help/security.htm");

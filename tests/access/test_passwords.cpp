@@ -342,8 +342,8 @@ TEST(Security, ChangingAPasswordAsksTheOldOneFirst)
     EXPECT_TRUE(form.imgAwLock);
     form.OKButton_Click();
     EXPECT_TRUE(form.closed);
-    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Min&Lock");
-    EXPECT_TRUE(b.frm->model().controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption(Control::mnuMin), "Min&Lock");
+    EXPECT_TRUE(b.frm->model().controls.checked(Control::mnuSecurity));
 
     // On the first starts there is nothing to ask first; empty boxes clear it.
     b.set("Usage", "2");
@@ -355,8 +355,8 @@ TEST(Security, ChangingAPasswordAsksTheOldOneFirst)
     EXPECT_TRUE(form.txtPass1.isEmpty() && form.txtPass2.isEmpty());
     EXPECT_FALSE(form.imgStLock || form.imgAwLock);
     form.OKButton_Click();
-    EXPECT_EQ(b.frm->model().controls.caption("mnuMin"), "Minimize");
-    EXPECT_FALSE(b.frm->model().controls.checked("mnuSecurity"));
+    EXPECT_EQ(b.frm->model().controls.caption(Control::mnuMin), "Minimize");
+    EXPECT_FALSE(b.frm->model().controls.checked(Control::mnuSecurity));
     form.cmdHelp_Click();
     EXPECT_EQ(b.desktop.opened.value(0), "/help/security.htm");
 }
@@ -399,7 +399,7 @@ TEST(StartLock, WrongPasswordEndsTheCopy)
         EXPECT_FALSE(copy.start());
         EXPECT_TRUE(copy.frm().ended());
         EXPECT_TRUE(copy.frm().encryption().passwords().startupLockFailed);
-        EXPECT_FALSE(copy.frm().model().controls.enabled("mnuConnect"));
+        EXPECT_FALSE(copy.frm().model().controls.enabled(Control::mnuConnect));
         EXPECT_FALSE(copy.frm().model().txtServer.enabled());
         EXPECT_TRUE(copy.prompter().asked("Please enter password to unlock it"));
         EXPECT_FALSE(listening(copy.port()));
@@ -418,8 +418,8 @@ TEST(StartLock, RightPasswordOpensAndOrdinaryCopiesAreNotAsked)
     ASSERT_TRUE(copy.start());
     EXPECT_FALSE(copy.frm().encryption().passwords().startupLockFailed);
     EXPECT_TRUE(listening(copy.port()));
-    EXPECT_EQ(copy.frm().model().controls.caption("mnuMin"), "Minimize");
-    EXPECT_TRUE(copy.frm().model().controls.checked("mnuSecurity"));
+    EXPECT_EQ(copy.frm().model().controls.caption(Control::mnuMin), "Minimize");
+    EXPECT_TRUE(copy.frm().model().controls.checked(Control::mnuSecurity));
 
     TestCopy plain;  // the shipped settings: the override is on
     ASSERT_TRUE(plain.start());
@@ -440,5 +440,5 @@ TEST(StartLock, FirstStartsSetThePasswordsUp)
     EXPECT_EQ(s.firstPassword, "abcd");
     // The level left without a record is closed by the marker.
     EXPECT_TRUE(s.hasSecondPassword);
-    EXPECT_EQ(copy.frm().model().controls.caption("mnuMin"), "Min&Lock");
+    EXPECT_EQ(copy.frm().model().controls.caption(Control::mnuMin), "Min&Lock");
 }

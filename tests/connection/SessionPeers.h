@@ -85,7 +85,7 @@ struct Caller {
         QObject::connect(&copy.frm().ctx(), &CopyContext::ringRequested,
                          [this](const QString& f) { rings << f; });
     }
-    ~Caller() { copy.frm().ctx().setPinger(nullptr); }
+    ~Caller() { copy.frm().ctx().setPinger(&copy.pinger()); }
 
     // The connect dialog with address and port, its OK pressed. The
     // dialog stays open (as the modal would) until endConnect.

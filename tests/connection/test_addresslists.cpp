@@ -98,7 +98,7 @@ TEST_F(ListDialogs, BlackListRoundTripsThroughItsFile)
     d.txt_Change("192.168.0.*");
     EXPECT_TRUE(d.cmdAddEnabled);
     d.txt_KeyPress('\r');
-    EXPECT_TRUE(d.text.isEmpty());
+    EXPECT_TRUE(d.text->isEmpty());
     d.lst_Click(0);
     EXPECT_TRUE(d.cmdRemoveEnabled);
     d.cmdRemove_Click();
@@ -125,7 +125,7 @@ TEST_F(ListDialogs, WhiteListHasItsOwnFileAndNoLimitOnSaving)
     IpListDialog d(f().ctx(), IpListKind::Permitted);
     d.Form_Load();
     EXPECT_EQ(d.caption, "White List");
-    EXPECT_TRUE(d.lblMsg.isEmpty());
+    EXPECT_TRUE(d.lblMsg->isEmpty());
     d.chk_Click(true);
     for (int i = 1; i <= 21; ++i) {
         d.txt_Change(QStringLiteral("10.0.0.%1").arg(i));
@@ -140,7 +140,7 @@ TEST_F(ListDialogs, WhiteListHasItsOwnFileAndNoLimitOnSaving)
 
     IpListDialog cancelled(f().ctx(), IpListKind::Permitted);
     cancelled.Form_Load();
-    EXPECT_EQ(cancelled.list.size(), 21);
+    EXPECT_EQ(cancelled.list->size(), 21);
     cancelled.chk_Click(false);
     cancelled.CancelButton_Click();
     EXPECT_EQ(copy.get("Detect Safe IP"), "1");

@@ -21,7 +21,7 @@ TEST(DialogWindows, ListWindowBindsToItsLogic)
 {
     TestCopy copy;
     ASSERT_TRUE(copy.start());
-    EXPECT_FALSE(runConnectionDialog(copy.frm(), "frmOptions", nullptr).has_value());
+    EXPECT_FALSE(runConnectionDialog(copy.frm(), Form::frmDraw, nullptr).has_value());
 
     bool typed = false;
     QTimer::singleShot(100, [&] {
@@ -45,7 +45,7 @@ TEST(DialogWindows, ListWindowBindsToItsLogic)
         if (QWidget* w = QApplication::activeModalWidget())
             w->close();
     });
-    const auto result = runConnectionDialog(copy.frm(), "frmIPBlocking", nullptr);
+    const auto result = runConnectionDialog(copy.frm(), Form::frmIPBlocking, nullptr);
     ASSERT_TRUE(result.has_value());
     EXPECT_TRUE(typed);
     EXPECT_EQ(ReadIni(kSection, "Restricted IP 1", copy.file("badip.txt")), "10.9.*");

@@ -19,14 +19,14 @@ namespace {
 class RecordingViews : public Views {
 public:
     explicit RecordingViews(FrmMain& f) : m_frm(f) {}
-    bool runModal(const QString& form) override
+    bool runModal(Form form) override
     {
         shown << form;
         if (PropertyDialog* p = m_frm.connection().property())
             sysMsg = p->lblSysMsg;
         return false;
     }
-    QStringList shown;
+    QList<Form> shown;
     QString sysMsg;
 
 private:
@@ -54,10 +54,10 @@ TEST(Sessions, SocketErrorReportsAndOffersRecoveryUnlessSwitchedOff)
         EXPECT_EQ(f.model().stStatusbar.text(2), "Socket Error: Disconnected by remote computer");
         EXPECT_EQ(f.model().caption(), "Vonnel");
         EXPECT_EQ(f.model().txtClient(0).text(), "typed\r\n[Closed]");
-        EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+        EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
         EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
         if (QString(noRecover) == "0") {
-            EXPECT_EQ(views.shown, QStringList{"frmProperty"});
+            EXPECT_EQ(views.shown, QList<Form>{Form::frmProperty});
             EXPECT_EQ(views.sysMsg, "Socket/Network Error: Verify your setting or click OK to "
                                     "recover it automatically.");
         } else {
@@ -133,7 +133,7 @@ TEST(Sessions, SecondCallWaitsForTheAnswerAndReportsARefusal)
         EXPECT_FALSE(text.startsWith("Connected")) << text.toStdString();
     EXPECT_EQ(fa.model().stStatusbar.text(2), "The remote user did not accept the connection")
         << shownByCaller.join(" | ").toStdString();
-    EXPECT_TRUE(d->txtStatus.contains("The remote user did not accept the connection"));
+    EXPECT_TRUE(d->txtStatus->contains("The remote user did not accept the connection"));
     a.endCall();
 }
 

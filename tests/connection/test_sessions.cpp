@@ -53,8 +53,8 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     EXPECT_TRUE(f.session().ConnectionStartedHere);
     EXPECT_EQ(f.model().stStatusbar.text(2), "Connected: 127.0.0.1");
     EXPECT_EQ(f.model().caption(), "Vonnel - 127.0.0.1 [localhost]");
-    EXPECT_TRUE(f.model().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuDisconnect));
+    EXPECT_FALSE(f.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(a.rings, QStringList{"connect.wav"});
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
     EXPECT_TRUE(opensWithVersionThenFormat(readOpening(*peer)));
@@ -97,7 +97,7 @@ TEST(Sessions, SilentPeerKeepsTheCallerWaitingUntilAbort)
     a.endCall();
     FrmMain& f = a.copy.frm();
     EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
-    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
     ASSERT_TRUE(peer);
     // No version frame: the session never came up. The abort of a
     // connected socket still marks its close with the code-7 byte.
@@ -133,7 +133,7 @@ TEST(Sessions, TwoCopiesCallDisconnectAndCallAgain)
     EXPECT_EQ(fb.model().txtClient(0).text(), "hello\r\n[Closed]");
     EXPECT_FALSE(fb.model().txtClient(0).enabled());
     EXPECT_EQ(fb.model().stStatusbar.text(2), "Ready");
-    EXPECT_TRUE(fb.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(fb.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(fb.model().caption(), "Vonnel 3.0");
     EXPECT_TRUE(sessionLog(b.copy).contains("=> Close connection with 127.0.0.1"));
     EXPECT_EQ(b.rings.last(), "close.wav");
@@ -177,8 +177,8 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
                     QString::number(none + 5) + ">"
              << "Possible Error: Invalid Remote Port Address OR Remote user is not in Ready mode"
              << "";
-    QStringList lines = d->txtStatus.split("\r\n");
-    ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus.toStdString();
+    QStringList lines = d->txtStatus->split("\r\n");
+    ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus->toStdString();
     // The first wait counts its seconds down in the line of the attempt.
     EXPECT_TRUE(QRegularExpression("^Connecting( \\.\\.\\.\\.\\.|: \\d+ second)$")
                     .match(lines.at(2))
@@ -189,7 +189,7 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     FrmMain& f = a.copy.frm();
     EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
     EXPECT_EQ(f.session().winsock(0).LocalPort(), a.copy.port());
-    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
     d->cmdAbortConnect_Click();  // "Close" after the failure
     EXPECT_TRUE(d->unloaded);
     a.endCall();

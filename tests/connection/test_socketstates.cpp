@@ -26,10 +26,10 @@ TEST_F(SocketStates, ListeningReadsReadyAndEnablesConnect)
 {
     f().session().checkStatus();
     EXPECT_EQ(f().model().stStatusbar.text(2), "Ready");
-    EXPECT_TRUE(f().model().controls.enabled("mnuConnect"));
-    EXPECT_TRUE(f().model().controls.enabled(toolbarButton(1)));
-    EXPECT_FALSE(f().model().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f().model().controls.enabled(toolbarButton(2)));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuConnect));
+    EXPECT_TRUE(f().model().controls.enabled(Control::Toolbar1_1));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuDisconnect));
+    EXPECT_FALSE(f().model().controls.enabled(Control::Toolbar1_2));
 }
 
 TEST_F(SocketStates, ClosedSocketOffersResetAndAClickListensAgain)
@@ -54,7 +54,7 @@ TEST_F(SocketStates, PasteInProgressFreezesThePanels)
     f().session().winsock(0).Close();
     f().session().checkStatus();
     EXPECT_EQ(f().model().stStatusbar.text(2), "typing");
-    EXPECT_TRUE(f().model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuConnect));
 }
 
 TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
@@ -66,8 +66,8 @@ TEST_F(SocketStates, ConnectedSessionAndShutdownFlag)
     f().session().checkStatus();
     EXPECT_EQ(f().model().stStatusbar.text(2), "Connected: 127.0.0.1");
     EXPECT_TRUE(f().session().IsConnected());
-    EXPECT_TRUE(f().model().controls.enabled("mnuDisconnect"));
-    EXPECT_FALSE(f().model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuDisconnect));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuConnect));
 
     // The hidden commands tell the peer whether this side is ready.
     f().session().cmdHiddenNotReady_Click();

@@ -86,7 +86,7 @@ TEST(Startup, FirstStartWritesCorrectedKeysCountsUsageAndListens)
     EXPECT_EQ(f.model().caption(), "Vonnel 3.0");
     EXPECT_EQ(f.ctx().VersionString, "Vonnel 3.0.0");
     EXPECT_TRUE(f.model().isVisible());
-    EXPECT_TRUE(f.model().controls.enabled("mnuConnect"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
     EXPECT_TRUE(canConnect(copy.port()));
 }
 
@@ -182,7 +182,7 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         EXPECT_EQ(second.session().winsock(0).LocalPort(), first.port() + 1);
         EXPECT_EQ(first.get("LocalPort"), QString::number(first.port()));
         EXPECT_FALSE(QFile::exists(first.file("Command.ini")));
-        EXPECT_TRUE(second.model().controls.enabled("frmProperty.cmdApply"));
+        EXPECT_TRUE(second.model().controls.enabled(Control::frmProperty_cmdApply));
         second.requestClose(false);
     }
     // Its port taken as well: it cannot listen, and the port settings, the
@@ -196,8 +196,8 @@ TEST(Startup, SecondCopyHandsItsCommandOverAndEnds)
         FrmMain second(env);
         startCopy(second);
         EXPECT_NE(second.session().winsock(0).State(), Winsock::sckListening);
-        EXPECT_FALSE(second.model().controls.enabled("frmProperty.cmdApply"));
-        EXPECT_FALSE(second.model().controls.enabled("frmProperty.cmdOK"));
+        EXPECT_FALSE(second.model().controls.enabled(Control::frmProperty_cmdApply));
+        EXPECT_FALSE(second.model().controls.enabled(Control::frmProperty_cmdOK));
         second.connection().propertyDialog().cmdApply_Click();
         EXPECT_EQ(first.get("LocalPort"), portInFile);
         EXPECT_NE(second.session().winsock(0).State(), Winsock::sckListening);

@@ -114,7 +114,7 @@ TEST(CommandIni, CmdWordsReachTheirRoutines)
     EXPECT_EQ(t.wire(), "^Clr");
     EXPECT_EQ(t.frm().model().txtServer.text(), "");
     c.runCommand("Cmd Override");
-    EXPECT_TRUE(t.frm().model().controls.checked("mnuOverride"));
+    EXPECT_TRUE(t.frm().model().controls.checked(Control::mnuOverride));
     c.runCommand("cmd mute");
     EXPECT_EQ(mutes, 1);
     c.runCommand("Cmd Refresh");

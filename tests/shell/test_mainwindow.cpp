@@ -17,8 +17,10 @@
 #include <QColorDialog>
 #include <QFile>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSet>
 #include <QTextCursor>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -35,7 +37,7 @@ struct Window {
         // A window bound late shows the state the entries already have.
         window = std::make_unique<MainWindow>(copy.frm());
     }
-    void trigger(const QString& name) { window->action(name)->trigger(); }
+    void trigger(Control c) { window->action(c)->trigger(); }
     void focus(QPlainTextEdit* pane)
     {
         QFocusEvent in(QEvent::FocusIn, Qt::MouseFocusReason);
@@ -57,17 +59,17 @@ TEST(MainWindowEntries, CopyAndCopyAllFillTheClipboard)
 
     // Nothing selected: Copy leaves the clipboard alone.
     w.copy.clipboard().setText("before");
-    w.trigger("mnuCopy");
+    w.trigger(Control::mnuCopy);
     EXPECT_EQ(w.copy.clipboard().text(), "before");
 
     // A selection in the remote pane: menu entry and toolbar button alike.
     const struct {
-        const char* entry;
+        Control entry;
         int from, to;
         const char* expected;
     } copies[] = {
-        {"mnuCopy", 0, 5, "first"},
-        {"Toolbar1:5", 6, 15, "line\r\nseco"},
+        {Control::mnuCopy, 0, 5, "first"},
+        {Control::Toolbar1_5, 6, 15, "line\r\nseco"},
     };
     for (const auto& c : copies) {
         QTextCursor cursor(remote->document());
@@ -77,14 +79,14 @@ TEST(MainWindowEntries, CopyAndCopyAllFillTheClipboard)
         w.focus(remote);
         w.copy.clipboard().setText(QString());
         w.trigger(c.entry);
-        EXPECT_EQ(w.copy.clipboard().text(), c.expected) << c.entry;
+        EXPECT_EQ(w.copy.clipboard().text(), c.expected) << qPrintable(controlName(c.entry));
     }
 
     // Copy All takes the whole text of the pane last worked in.
-    w.trigger("mnuCopyAll");
+    w.trigger(Control::mnuCopyAll);
     EXPECT_EQ(w.copy.clipboard().text(), "first line\r\nsecond line");
     w.focus(w.window->serverPane());
-    w.trigger("mnuCopyAll");
+    w.trigger(Control::mnuCopyAll);
     EXPECT_EQ(w.copy.clipboard().text(), "typed here");
 }
 
@@ -96,7 +98,7 @@ TEST(MainWindowEntries, SaveWritesTheChatRecord)
     w.copy.frm().model().txtClient(w.copy.frm().session().sIdx).setText("their words");
     const QString path = w.copy.file("record.txt");
     w.copy.prompter().addAnswers({"file3:" + path});
-    w.trigger("mnuSave");
+    w.trigger(Control::mnuSave);
     const QByteArray saved = readFile(path);
     EXPECT_TRUE(saved.contains("my words")) << saved.constData();
     EXPECT_TRUE(saved.contains("their words"));
@@ -125,13 +127,13 @@ TEST(MainWindowEntries, ColourButtonsAskAndSetTheLocalLook)
     Window w;
     ASSERT_TRUE(w.started);
     const struct {
-        const char* button;
+        Control button;
         QColor chosen;
         qint64 (PaneFormat::*read)() const;
         qint64 expected;
     } cases[] = {
-        {"Toolbar1:11", QColor(0, 0, 255), &PaneFormat::foreColor, 16711680},
-        {"Toolbar1:12", QColor(255, 255, 0), &PaneFormat::backColor, 65535},
+        {Control::Toolbar1_11, QColor(0, 0, 255), &PaneFormat::foreColor, 16711680},
+        {Control::Toolbar1_12, QColor(255, 255, 0), &PaneFormat::backColor, 65535},
     };
     for (const auto& c : cases) {
         bool asked = false;
@@ -147,8 +149,8 @@ TEST(MainWindowEntries, ColourButtonsAskAndSetTheLocalLook)
                 d->close();
         });
         w.trigger(c.button);
-        EXPECT_TRUE(asked) << c.button;
-        EXPECT_EQ((w.copy.frm().typing().serverFormat.*c.read)(), c.expected) << c.button;
+        EXPECT_TRUE(asked) << qPrintable(controlName(c.button));
+        EXPECT_EQ((w.copy.frm().typing().serverFormat.*c.read)(), c.expected) << qPrintable(controlName(c.button));
     }
 }
 
@@ -168,10 +170,10 @@ TEST(MainWindowEntries, SecurityOpensItsWindowAndKeepsTheCheckTrue)
         if (QWidget* d = QApplication::activeModalWidget())
             d->close();
     });
-    w.trigger("mnuSecurity");
+    w.trigger(Control::mnuSecurity);
     EXPECT_EQ(seen, "frmSecurity");
     // The check mark says whether a password applies; a click doesn't set it.
-    EXPECT_FALSE(w.window->action("mnuSecurity")->isChecked());
+    EXPECT_FALSE(w.window->action(Control::mnuSecurity)->isChecked());
 }
 
 TEST(MainWindowEntries, EncryptionEntryOpensTheToolUnlessSwitchedOff)
@@ -179,25 +181,96 @@ TEST(MainWindowEntries, EncryptionEntryOpensTheToolUnlessSwitchedOff)
     for (const bool off : {false, true}) {
         Window w(QList<QPair<QString, QString>>{{"Encryption Menu Off", off ? "1" : "0"}});
         ASSERT_TRUE(w.started);
-        EXPECT_EQ(w.window->action("mnuEncryption")->isVisible(), !off);
+        EXPECT_EQ(w.window->action(Control::mnuEncryption)->isVisible(), !off);
         if (off)
             continue;
-        w.trigger("mnuEncryption");
+        w.trigger(Control::mnuEncryption);
         ASSERT_TRUE(w.window->encryptWindow());
         EXPECT_TRUE(w.window->encryptWindow()->isVisible());
         w.window->encryptWindow()->close();
     }
 }
 
+// Every control has its own name, and the window's actions carry the name
+// of the control they are bound to: tests and help pages find them by it.
+TEST(MainWindowEntries, ActionsCarryTheirControlsNames)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    QSet<QString> names;
+    for (int i = 0; i < kControlCount; ++i) {
+        const Control c = Control(i);
+        const QString name = controlName(c);
+        EXPECT_FALSE(name.isEmpty()) << i;
+        EXPECT_FALSE(names.contains(name)) << qPrintable(name);
+        names.insert(name);
+        if (QAction* a = w.window->action(c))
+            EXPECT_EQ(a->objectName(), name);
+    }
+    // What the window draws, by the names a reader of the menus knows.
+    const struct {
+        Control c;
+        const char* name;
+    } bound[] = {
+        {Control::mnuConnect, "mnuConnect"},
+        {Control::mnuFileExit, "mnuFileExit"},
+        {Control::mnuEditPaste, "mnuEditPaste"},
+        {Control::mnuMsg6, "mnuMsg6"},
+        {Control::mnuVolDown, "mnuVolDown"},
+        {Control::mnuSendFile, "mnuSendFile"},
+        {Control::mnuViewontop, "mnuViewontop"},
+        {Control::mnuURLHistory, "mnuURLHistory"},
+        {Control::mnuAbout, "mnuAbout"},
+        {Control::Toolbar1_1, "Toolbar1:1"},
+        {Control::Toolbar1_13, "Toolbar1:13"},
+        {Control::Toolbar1_17, "Toolbar1:17"},
+        {Control::Toolbar1_SendFile, "Toolbar1:SendFile"},
+    };
+    for (const auto& b : bound) {
+        QAction* a = w.window->action(b.c);
+        ASSERT_TRUE(a) << b.name;
+        EXPECT_EQ(a->objectName(), b.name);
+        EXPECT_EQ(w.window->findChild<QAction*>(b.name), a) << b.name;
+    }
+    // Every menu entry and toolbar button has an action, and every named
+    // action of the window is one of the controls.
+    for (int i = int(Control::mnuConnect); i <= int(Control::mnuAbout); ++i)
+        EXPECT_TRUE(w.window->action(Control(i))) << qPrintable(controlName(Control(i)));
+    for (int n = 1; n <= 17; ++n)
+        EXPECT_TRUE(w.window->action(toolbarButton(n))) << n;
+    for (QAction* a : w.window->findChildren<QAction*>())
+        if (a->objectName().startsWith("mnu") || a->objectName().startsWith("Toolbar1:"))
+            EXPECT_TRUE(names.contains(a->objectName())) << qPrintable(a->objectName());
+    // The menu heads carry theirs too.
+    for (int i = int(Control::mnuFile); i <= int(Control::mnuHelp); ++i)
+        EXPECT_TRUE(w.window->findChild<QMenu*>(controlName(Control(i)))) << qPrintable(controlName(Control(i)));
+}
+
+// Every form has its own name; the windows that exist carry theirs.
+TEST(MainWindowEntries, FormsCarryTheirNames)
+{
+    QSet<QString> names;
+    for (int i = 0; i < kFormCount; ++i) {
+        const QString name = formName(Form(i));
+        EXPECT_TRUE(name.startsWith("frm")) << i;
+        EXPECT_FALSE(names.contains(name)) << qPrintable(name);
+        names.insert(name);
+    }
+    Window w;
+    ASSERT_TRUE(w.started);
+    EXPECT_EQ(w.window->objectName(), formName(Form::frmMain));
+    EXPECT_TRUE(w.window->findChild<QWidget*>(formName(Form::frmProgress)));
+}
+
+// Each pop-up entry runs a menu entry or button that the window has.
 TEST(MainWindowEntries, EveryPopUpEntryRunsAnEntryOfTheWindow)
 {
     Window w;
     ASSERT_TRUE(w.started);
-    for (const char* pop : {"popCopy", "popCopyAll", "popPaste", "popBold", "popItalic", "popFontUp",
-                            "popFontDown", "popFontColour", "popBackColour", "popOverride", "popClrScr"}) {
-        const QString twin = MainWindow::popsFormatTwin(QLatin1String(pop));
-        ASSERT_FALSE(twin.isEmpty()) << pop;
-        EXPECT_TRUE(w.window->action(twin)) << pop << " -> " << twin.toStdString();
+    for (int i = int(Control::popCopy); i <= int(Control::popClrScr); ++i) {
+        const Control twin = popupTwin(Control(i));
+        EXPECT_NE(twin, Control(i)) << qPrintable(controlName(Control(i)));
+        EXPECT_TRUE(w.window->action(twin)) << qPrintable(controlName(Control(i)));
     }
 }
 
@@ -243,12 +316,12 @@ TEST(MainWindowEntries, RefreshWithoutASessionReadsTheLocalAddresses)
     Window w;
     ASSERT_TRUE(w.started);
     AddressServices& a = w.copy.frm().connection().address();
-    for (const char* entry : {"mnuRefresh", "Toolbar1:3"}) {
+    for (const Control entry : {Control::mnuRefresh, Control::Toolbar1_3}) {
         a.localAddresses.clear();
         a.localHostName.clear();
         w.trigger(entry);
-        EXPECT_FALSE(a.localAddresses.isEmpty()) << entry;
-        EXPECT_FALSE(a.localHostName.isEmpty()) << entry;
+        EXPECT_FALSE(a.localAddresses.isEmpty()) << qPrintable(controlName(entry));
+        EXPECT_FALSE(a.localHostName.isEmpty()) << qPrintable(controlName(entry));
     }
 }
 

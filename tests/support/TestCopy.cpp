@@ -11,6 +11,8 @@
 #include <QTcpServer>
 #include <QThread>
 
+#include <QHostAddress>
+
 namespace vonnel::test {
 
 QString presetPath()
@@ -136,9 +138,15 @@ bool TestCopy::start(const QString& commandLine)
     env.clipboard = &m_clipboard;
     env.desktop = &m_desktop;
     env.cursor = &m_cursor;
+    env.pinger = &m_pinger;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
     return startCopy(*m_frm);
+}
+
+bool LoopbackPinger::echo(const QString& address, int)
+{
+    return QHostAddress(address).isLoopback();
 }
 
 }  // namespace vonnel::test

@@ -7,6 +7,7 @@
 #include "platform/Clock.h"
 #include "platform/Cursor.h"
 #include "platform/Desktop.h"
+#include "platform/Pinger.h"
 #include "platform/ScriptedPrompter.h"
 #include "shell/FrmMain.h"
 #include "core/Views.h"
@@ -33,6 +34,13 @@ QByteArray randomBytes(qsizetype n, quint32 seed);
 // A file's bytes; empty when it cannot be read.
 QByteArray readFile(const QString& path);
 
+// The echo of a test copy: loopback answers, nothing else does, and no
+// packet ever leaves the process.
+class LoopbackPinger : public Pinger {
+public:
+    bool echo(const QString& address, int timeoutMs = 200) override;
+};
+
 class TestCopy {
 public:
     // Prepares the folder with a vonnel.ini made from the shipped preset,
@@ -54,6 +62,7 @@ public:
     MemoryClipboard& clipboard() { return m_clipboard; }
     RecordingDesktop& desktop() { return m_desktop; }
     RecordingCursor& cursor() { return m_cursor; }
+    LoopbackPinger& pinger() { return m_pinger; }
 
 private:
     QTemporaryDir m_dir;
@@ -64,6 +73,7 @@ private:
     MemoryClipboard m_clipboard;
     RecordingDesktop m_desktop;
     RecordingCursor m_cursor;
+    LoopbackPinger m_pinger;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };

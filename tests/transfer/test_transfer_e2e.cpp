@@ -111,9 +111,9 @@ TEST_F(TwoCopies, PauseFromEitherSideHoldReopenAndContinueGiveTheSameFile)
     EXPECT_FALSE(wa.loaded);
     EXPECT_TRUE(a.frm().session().TransferOnHold);
     EXPECT_TRUE(b.frm().session().TransferOnHold);
-    EXPECT_EQ(a.frm().model().controls.caption("mnuSendFile"), "Send &File");
-    EXPECT_EQ(b.frm().model().controls.caption("mnuSendFile"), "&Receive File");
-    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
+    EXPECT_EQ(a.frm().model().controls.caption(Control::mnuSendFile), "Send &File");
+    EXPECT_EQ(b.frm().model().controls.caption(Control::mnuSendFile), "&Receive File");
+    EXPECT_TRUE(b.frm().model().controls.enabled(Control::mnuSendFile));
     EXPECT_EQ(tb().holdDirection, "Receiving File");
     EXPECT_EQ(ta().holdPosition, ta().sendFileSent);
     EXPECT_TRUE(standsStill());
@@ -188,14 +188,14 @@ TEST_P(CancelFrom, CancelLeavesThePartialFileAndBothWindowsSaySo)
     // The side told of the cancel marks its caption. (On a receiver that
     // cancelled, a frame already on the way still sets the caption back to
     // "Receiving File" before it is dropped.)
-    EXPECT_TRUE((fromReceiver ? ta() : tb()).progress().caption.endsWith(" (Cancelled)"));
+    EXPECT_TRUE((fromReceiver ? ta() : tb()).progress().caption->endsWith(" (Cancelled)"));
     // The side that cancelled closed its window; the other's stays.
     EXPECT_EQ(ta().progress().loaded, fromReceiver);
     EXPECT_EQ(tb().progress().loaded, !fromReceiver);
     EXPECT_EQ(beeps[0], 1);
     EXPECT_EQ(beeps[1], 1);
-    EXPECT_TRUE(a.frm().model().controls.enabled("mnuSendFile"));
-    EXPECT_TRUE(b.frm().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(a.frm().model().controls.enabled(Control::mnuSendFile));
+    EXPECT_TRUE(b.frm().model().controls.enabled(Control::mnuSendFile));
     EXPECT_FALSE(ta().sendFileOpen());
     EXPECT_FALSE(tb().recvFileOpen());
 

@@ -92,7 +92,7 @@ TEST_P(SessionEnd, AnInterruptedSendCannotBeReadByALaterCaller)
     EXPECT_FALSE(t().sendFileOpen());
     EXPECT_TRUE(t().sendFilePath.isEmpty());
     EXPECT_EQ(w().lblProgress.text, "Connection closed: the file was not sent whole");
-    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuSendFile));
 
     callAgain();
     later.write("%%Data Received-5000%%%%Data Received-%%Data Received-0%%");
@@ -204,10 +204,10 @@ TEST_P(SessionEnd, AnOfferLeftUnansweredIsForgottenAndSendFileComesBack)
     copy.prompter().addAnswers({"file:" + path});
     t().mnuSendFile_Click();
     ASSERT_TRUE(t().fileOffered());
-    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuSendFile));
     endSession();
     EXPECT_FALSE(t().fileOffered());
-    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuSendFile));
     // A later caller's acceptance of that offer sends nothing.
     callAgain();
     later.write("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");

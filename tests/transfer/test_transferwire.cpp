@@ -29,8 +29,8 @@ TEST_F(RawPeer, ProgramSendsTheWorkedExampleByteForByte)
 
     const QByteArray request = "%%File Sending Request%%" + toCp1252(wirePath(path)) + ">4100*fs*";
     EXPECT_EQ(expectBytes(request.size()), request);
-    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
-    EXPECT_FALSE(f().model().controls.enabled("mnuDraw"));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuSendFile));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuDraw));
 
     send("%%FS Request OK%%" + toCp1252(wirePath(path)) + "*fs*");
     EXPECT_EQ(expectBytes(2009), frame(data.left(2000)));
@@ -69,7 +69,7 @@ TEST_F(RawPeer, ProgramReceivesTheWorkedExampleByteForByte)
     EXPECT_EQ(QFileInfo(target).size(), 0);
     EXPECT_EQ(w().lblProgress.text, "0%");
     EXPECT_EQ(w().caption, "Receiving File");
-    EXPECT_FALSE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_FALSE(f().model().controls.enabled(Control::mnuSendFile));
 
     send(frame(data.left(2000)));
     EXPECT_EQ(expectBytes(22), "%%Data Received-2000%%");
@@ -218,7 +218,7 @@ TEST_F(RawPeer, PausedAndCancelledSendersDropAcknowledgements)
     EXPECT_EQ(w().caption, "Sending File (Cancelled)");
     EXPECT_FALSE(w().cmdPause.enabled);
     EXPECT_EQ(beeps, 1);
-    EXPECT_TRUE(f().model().controls.enabled("mnuSendFile"));
+    EXPECT_TRUE(f().model().controls.enabled(Control::mnuSendFile));
     send("%%Data Received-4000%%");
     EXPECT_TRUE(readFor(peer, 200).isEmpty());
 }

@@ -112,14 +112,14 @@ TEST(FormatExchange, OverrideKeepsOwnLookAndAsksForTheOtherWhenReleased)
     LiveTyping& typing = t.typing();
     apply(typing.serverFormat, kLooks[2]);
     typing.mnuOverride_Click();
-    EXPECT_TRUE(t.frm().model().controls.checked("mnuOverride"));
-    EXPECT_TRUE(t.frm().model().controls.checked(toolbarButton(13)));
+    EXPECT_TRUE(t.frm().model().controls.checked(Control::mnuOverride));
+    EXPECT_TRUE(t.frm().model().controls.checked(Control::Toolbar1_13));
     expectLook(typing.clientFormat, kLooks[2]);
     typing.receiveFormat("^ffArial^fbFalse^fiFalse^fs10^fc0^bc16777215^>");
     expectLook(typing.clientFormat, kLooks[2]);
     EXPECT_EQ(t.wire(), "");
     typing.mnuOverride_Click();
-    EXPECT_FALSE(t.frm().model().controls.checked("mnuOverride"));
+    EXPECT_FALSE(t.frm().model().controls.checked(Control::mnuOverride));
     EXPECT_EQ(t.wire(), "^reFresh");
 }
 
@@ -127,25 +127,25 @@ TEST(FormatExchange, ToolbarChangesLookWritesItBackAndSendsIt)
 {
     TypingPeer t;
     LiveTyping& typing = t.typing();
-    typing.controlTriggered(toolbarButton(7));
+    typing.controlTriggered(Control::Toolbar1_7);
     EXPECT_EQ(t.copy.get("Font Bold"), "True");
     EXPECT_EQ(t.wire(), "^ffDejaVu Sans^fbTrue^fiFalse^fs11^fc0^bc16777215^>");
 
     typing.serverFormat.setSize(LiveTyping::kMaxFontSize);
-    typing.controlTriggered(toolbarButton(9));
+    typing.controlTriggered(Control::Toolbar1_9);
     EXPECT_EQ(typing.serverFormat.size(), LiveTyping::kMaxFontSize);
     typing.serverFormat.setSize(6.5);
-    typing.controlTriggered(toolbarButton(10));
-    typing.controlTriggered(toolbarButton(10));
+    typing.controlTriggered(Control::Toolbar1_10);
+    typing.controlTriggered(Control::Toolbar1_10);
     EXPECT_EQ(typing.serverFormat.size(), LiveTyping::kMinFontSize);
     EXPECT_EQ(t.copy.get("Font Size"), "6");
 
     typing.chooseColour = [](qint64, const QString&) { return std::optional<qint64>(255); };
-    typing.controlTriggered(toolbarButton(11));
+    typing.controlTriggered(Control::Toolbar1_11);
     EXPECT_EQ(typing.serverFormat.foreColor(), 255);
     EXPECT_EQ(t.copy.get("Font Colour"), "255");
     typing.chooseColour = [](qint64, const QString&) { return std::optional<qint64>(); };
-    typing.controlTriggered(toolbarButton(12));
+    typing.controlTriggered(Control::Toolbar1_12);
     EXPECT_EQ(typing.serverFormat.backColor(), 16777215);
     EXPECT_TRUE(t.wire().endsWith("^fc255^bc16777215^>"));
 
@@ -237,7 +237,7 @@ TEST(Paste, EncryptedLimitCountsFullForPasteAndAtMost2500ForRefresh)
     t.typing().mnuRefresh_Click();
     EXPECT_EQ(f.model().txtClient(f.session().sIdx).length(), 3000);
     EXPECT_EQ(t.wire(), "");
-    EXPECT_FALSE(f.model().controls.enabled("mnuRefresh"));  // until the next arrival
+    EXPECT_FALSE(f.model().controls.enabled(Control::mnuRefresh));  // until the next arrival
 
     f.model().txtClient(f.session().sIdx).setText(QString(2400, 'r'));
     t.typing().mnuRefresh_Click();
@@ -256,8 +256,8 @@ TEST(Paste, RefreshAndClearWithoutConnection)
     f.model().txtServer.setText("local");
     t.typing().mnuRefresh_Click();
     EXPECT_EQ(updates, 1);
-    EXPECT_TRUE(f.model().controls.enabled("mnuRefresh"));
-    EXPECT_TRUE(f.model().controls.enabled(toolbarButton(3)));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuRefresh));
+    EXPECT_TRUE(f.model().controls.enabled(Control::Toolbar1_3));
     EXPECT_EQ(f.model().txtClient(0).text(), "remote");
     t.typing().mnuClrScr_Click();
     EXPECT_EQ(f.model().txtClient(0).text(), "");

@@ -62,7 +62,7 @@ TEST(SessionRecord, PeerShutDownEndsTheSessionAndWritesTheRecord)
     EXPECT_FALSE(f.session().RemoteResponded);
     EXPECT_TRUE(f.model().txtClient(0).text().endsWith("\r\n[  Closed  ]"));
     EXPECT_FALSE(f.model().txtClient(0).enabled());
-    EXPECT_TRUE(f.model().controls.enabled("mnuSave"));
+    EXPECT_TRUE(f.model().controls.enabled(Control::mnuSave));
     EXPECT_TRUE(waitUntil([&] { return peer.state() != QAbstractSocket::ConnectedState; }));
     EXPECT_EQ(copy.get("Connection Count"), "5");
 

@@ -7,6 +7,7 @@
 #include "shell/FrmMain.h"
 #include "connection/Session.h"
 #include "core/CopyContext.h"
+#include "core/MainModel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -209,6 +210,12 @@ public:
         connect(restore, &QPushButton::clicked, this, [this] { m_d.cmdRestore_Click(); });
         connect(help, &QPushButton::clicked, this, [this] { m_d.cmdHelp_Click(); });
         connect(&m_d, &PropertyDialog::changed, this, &PropertyWindow::refresh);
+        // The logic enables OK, Cancel and Apply through the controls.
+        connect(&frm.model().controls, &Controls::changed, this, [this](Control c) {
+            if (c == Control::frmProperty_cmdApply || c == Control::frmProperty_cmdOK ||
+                c == Control::frmProperty_cmdCancel)
+                refresh();
+        });
         refresh();
     }
 
@@ -234,7 +241,7 @@ private:
         setTextIfChanged(m_remote, m_d.txtRemotePort);
         setTextIfChanged(m_remote5, m_d.txtRemotePort5);
         m_sysMsg->setText(m_d.lblSysMsg);
-        m_sysMsg->setVisible(!m_d.lblSysMsg.isEmpty());
+        m_sysMsg->setVisible(!m_d.lblSysMsg->isEmpty());
         m_cancel->setEnabled(m_d.cmdCancelEnabled());
         m_apply->setEnabled(m_d.cmdApplyEnabled());
         m_ok->setEnabled(m_d.cmdOKEnabled());
@@ -321,7 +328,7 @@ private:
         m_text->setToolTip(m_d.textToolTip);
         m_hint->setText(m_d.hint);
         m_msg->setText(m_d.lblMsg);
-        m_msg->setVisible(!m_d.lblMsg.isEmpty());
+        m_msg->setVisible(!m_d.lblMsg->isEmpty());
         m_list->setEnabled(m_d.listEnabled);
         m_text->setEnabled(m_d.textEnabled);
         m_add->setEnabled(m_d.cmdAddEnabled);
@@ -339,9 +346,9 @@ private:
 
 }  // namespace
 
-std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidget* parent)
+std::optional<bool> runConnectionDialog(FrmMain& frm, Form form, QWidget* parent)
 {
-    if (form == QLatin1String("frmLogin")) {
+    if (form == Form::frmLogin) {
         LoginDialog* d = frm.connection().login();
         if (!d)
             return false;
@@ -350,19 +357,19 @@ std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidg
             w.exec();
         return frm.session().IsConnected();
     }
-    if (form == QLatin1String("frmProperty")) {
+    if (form == Form::frmProperty) {
         PropertyDialog& d = frm.connection().propertyDialog();
         bool ok = false;
         {
             PropertyWindow w(frm, d, parent);
             w.exec();
-            ok = d.lblSysMsg.isEmpty() && d.unloaded;
+            ok = d.lblSysMsg->isEmpty() && d.unloaded;
         }
         frm.connection().unloadProperty();
         return ok;
     }
-    if (form == QLatin1String("frmIPBlocking") || form == QLatin1String("frmIPPermit")) {
-        IpListDialog d(frm.ctx(), form == QLatin1String("frmIPBlocking") ? IpListKind::Blocked
+    if (form == Form::frmIPBlocking || form == Form::frmIPPermit) {
+        IpListDialog d(frm.ctx(), form == Form::frmIPBlocking ? IpListKind::Blocked
                                                                     : IpListKind::Permitted);
         d.Form_Load();
         IpListWindow w(frm, d, parent);

@@ -2,7 +2,8 @@
 // Windows of the connection dialogs: frmLogin, frmProperty, frmIPBlocking
 // and frmIPPermit. Each binds to its logic object and only shows it.
 
-#include <QString>
+#include "core/Form.h"
+
 #include <optional>
 
 class QWidget;
@@ -11,8 +12,8 @@ namespace vonnel {
 
 class FrmMain;
 
-// Runs the named dialog modally over parent. No value when the form is
-// not one of these four; otherwise whether it was left with OK.
-std::optional<bool> runConnectionDialog(FrmMain& frm, const QString& form, QWidget* parent);
+// Runs the dialog modally over parent. No value when the form is not one
+// of these four; otherwise whether it was left with OK.
+std::optional<bool> runConnectionDialog(FrmMain& frm, Form form, QWidget* parent);
 
 }  // namespace vonnel

@@ -1,5 +1,6 @@
 #include "shell/dialogs/ProgressDialog.h"
 
+#include "core/Form.h"
 #include "shell/FrmMain.h"
 #include "transfer/Transfer.h"
 #include "core/CopyContext.h"
@@ -19,7 +20,7 @@ namespace vonnel {
 
 ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent), m_frm(frm)
 {
-    setObjectName(QStringLiteral("frmProgress"));
+    setObjectName(formName(Form::frmProgress));
     setModal(false);
     m_filename = new QLabel;
     m_filename->setObjectName(QStringLiteral("lblFilename"));
@@ -96,7 +97,7 @@ void ProgressDialog::refresh()
         p.setColor(QPalette::WindowText, m_progressColor);
         m_progress->setPalette(p);
     }
-    m_bar->setValue(qBound(0, w.prbProgress, 100));
+    m_bar->setValue(qBound(0, w.prbProgress.value(), 100));
     m_close->setChecked(w.chkCloseProgress);
     m_close->setVisible(w.chkCloseProgressVisible);
     for (const auto& [button, model] : {std::pair{m_pause, &w.cmdPause}, std::pair{m_cancel, &w.cmdCancel}}) {
@@ -123,7 +124,7 @@ QString ProgressDialog::finishedNotice(FrmMain& frm)
     const ProgressModel& w = frm.transfer().progress();
     if (w.cmdCancel.tag != QLatin1String("Finish"))
         return QString();
-    const bool receiving = w.txtSendRec.contains(QLatin1String("Receiving"));
+    const bool receiving = w.txtSendRec->contains(QLatin1String("Receiving"));
     return frm.ctx().translate(receiving ? QStringLiteral("File received") : QStringLiteral("File sent")) +
            QStringLiteral(": ") + QFileInfo(w.lblFilename).fileName();
 }

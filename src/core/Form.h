@@ -1,0 +1,45 @@
+#pragma once
+// The program's windows the logic asks to show, close or look at.
+
+#include <QString>
+
+namespace vonnel {
+
+enum class Form {
+    frmMain,
+    frmLogin,
+    frmProperty,
+    frmIPBlocking,
+    frmIPPermit,
+    frmPopMsg,
+    frmTip,
+    frmDraw,
+    frmProgress,
+    frmLock,
+    frmPassLock,
+    frmNetView,
+};
+
+inline constexpr int kFormCount = int(Form::frmNetView) + 1;
+
+// The form's object name: "frmProperty", "frmLogin" ...
+inline QString formName(Form f)
+{
+    switch (f) {
+    case Form::frmMain: return QStringLiteral("frmMain");
+    case Form::frmLogin: return QStringLiteral("frmLogin");
+    case Form::frmProperty: return QStringLiteral("frmProperty");
+    case Form::frmIPBlocking: return QStringLiteral("frmIPBlocking");
+    case Form::frmIPPermit: return QStringLiteral("frmIPPermit");
+    case Form::frmPopMsg: return QStringLiteral("frmPopMsg");
+    case Form::frmTip: return QStringLiteral("frmTip");
+    case Form::frmDraw: return QStringLiteral("frmDraw");
+    case Form::frmProgress: return QStringLiteral("frmProgress");
+    case Form::frmLock: return QStringLiteral("frmLock");
+    case Form::frmPassLock: return QStringLiteral("frmPassLock");
+    case Form::frmNetView: return QStringLiteral("frmNetView");
+    }
+    return QString();
+}
+
+}  // namespace vonnel
