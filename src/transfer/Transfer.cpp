@@ -18,6 +18,11 @@
 
 namespace vonnel {
 
+namespace {
+// Enough of a text to tell every file message by its word.
+constexpr qsizetype kLongestFileWord = 32;
+}  // namespace
+
 Transfer::Transfer(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
                    Receiver& receiver, QObject* parent)
     : QObject(parent),
@@ -167,15 +172,23 @@ QString Transfer::acceptOffer(QString& data, qsizetype headLength, const QString
 
 QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
 {
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::SendingRequest)))) {
+    using wire::FileMessage;
+    // The longest file word decides; what follows it plays no part.
+    const std::optional<FileMessage> message =
+        wire::fileMessageAt(toCp1252(data.left(kLongestFileWord)));
+    if (!message)
+        return data;
+    const QString word = wire::text(wire::word(*message));
+    switch (*message) {
+    case FileMessage::SendingRequest: {
         QString offer;
-        const QString rest = acceptOffer(data, 24, wire::text(wire::word(wire::FileMessage::SendingRequest)), offer);
+        const QString rest = acceptOffer(data, word.size(), word, offer);
         getSaveFileName(offer);
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::RequestOk)))) {
+    case FileMessage::RequestOk: {
         QString path;
-        const QString rest = acceptOffer(data, 17, wire::text(wire::word(wire::FileMessage::RequestOk)), path);
+        const QString rest = acceptOffer(data, word.size(), word, path);
         if (drawVisible()) {
             if (m_picOffered)
                 beginSendFile(path);
@@ -187,8 +200,8 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         }
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::RequestRejected)))) {
-        const QString rest = data.mid(23);
+    case FileMessage::RequestRejected: {
+        const QString rest = data.mid(word.size());
         if (!m_offered && !m_picOffered)
             return rest;  // nothing was offered: nothing to say
         m_offered = m_picOffered = false;
@@ -198,7 +211,7 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::SendingCancel)))) {
+    case FileMessage::SendingCancel: {
         if (!anyUnderWay())
             return QString();
         updateProgress(QStringLiteral("File sending cancelled"));
@@ -206,51 +219,52 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         m_model.controls.setEnabled(Control::mnuDraw, drawMenuAllowed);
         return QString();
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::PauseSending)))) {
-        const QString rest = data.mid(17);
+    case FileMessage::PauseSending: {
+        const QString rest = data.mid(word.size());
         if (!fileUnderWay())
             return rest;
         transferPaused = true;
         updateProgress(QStringLiteral("Pause"));
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::ContinueSending)))) {
-        const QString rest = data.mid(25);
+    case FileMessage::ContinueSending: {
+        const QString rest = data.mid(word.size());
         if (!fileUnderWay())
             return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Send"));
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::ContinueReceiving)))) {
-        const QString rest = data.mid(27);
+    case FileMessage::ContinueReceiving: {
+        const QString rest = data.mid(word.size());
         if (!fileUnderWay())
             return rest;
         transferPaused = false;
         updateProgress(QStringLiteral("Continue Receive"));
         return rest;
     }
-    if (data.startsWith(wire::text(wire::kDataOpen))) {
+    case FileMessage::Data: {
         // The frame starts where the rest of the read starts; the first
         // "<*> " of the read is only taken when the two disagree, which a
         // "<*> " inside text ahead of the frame would otherwise cause.
         qsizetype s = bytes.size() - data.size();
         if (s < 0 || s > bytes.size() - kFrameHead.size() ||
-            std::memcmp(bytes.constData() + s, kFrameHead.constData(), 4) != 0)
+            std::memcmp(bytes.constData() + s, kFrameHead.constData(), size_t(kFrameHead.size())) != 0)
             s = bytes.indexOf(kFrameHead);
         data.clear();
         return s < 0 ? QString() : dataFrame(bytes, s);
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::DataReceived))))
+    case FileMessage::DataReceived: {
         return acknowledgement(data);
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::OpenPauseWindow)))) {
-        const QString rest = data.mid(21);
+    }
+    case FileMessage::OpenPauseWindow: {
+        const QString rest = data.mid(word.size());
         if (fileUnderWay() && transferPaused)
             restorePauseWindow();
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::Unload)))) {
-        const QString rest = data.mid(10);
+    case FileMessage::Unload: {
+        const QString rest = data.mid(word.size());
         if (!fileUnderWay())
             return rest;
         pauseSendFile(true);
@@ -259,13 +273,14 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
         unloadProgress();
         return rest;
     }
-    if (data.startsWith(wire::text(wire::word(wire::FileMessage::Error)))) {
+    case FileMessage::Error: {
         if (!m_receiving && !m_picReceiving)
             return QString();
         updateProgress(QStringLiteral("File sending fails"));
         Q_EMIT beep();
         m_progress.cmdPause.enabled = false;
         return QString();
+    }
     }
     return data;
 }
