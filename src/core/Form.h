@@ -18,9 +18,10 @@ enum class Form {
     frmLock,
     frmPassLock,
     frmNetView,
+    frmURLHistory,
 };
 
-inline constexpr int kFormCount = int(Form::frmNetView) + 1;
+inline constexpr int kFormCount = int(Form::frmURLHistory) + 1;
 
 // The form's object name: "frmProperty", "frmLogin" ...
 inline QString formName(Form f)
@@ -38,6 +39,7 @@ inline QString formName(Form f)
     case Form::frmLock: return QStringLiteral("frmLock");
     case Form::frmPassLock: return QStringLiteral("frmPassLock");
     case Form::frmNetView: return QStringLiteral("frmNetView");
+    case Form::frmURLHistory: return QStringLiteral("frmURLHistory");
     }
     return QString();
 }

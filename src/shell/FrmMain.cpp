@@ -5,6 +5,13 @@
 #include "connection/PropertyDialog.h"
 #include "connection/Session.h"
 #include "core/CopyLock.h"
+#include "core/Cp1252.h"
+#include "core/Sender.h"
+#include "core/Views.h"
+#include "links/Links.h"
+#include "links/UrlHistory.h"
+#include "links/UrlHistoryCommands.h"
+#include "platform/Clipboard.h"
 #include "platform/Desktop.h"
 #include "shell/CommandControl.h"
 #include "shell/SessionRecords.h"
@@ -44,6 +51,9 @@ struct FrmMain::Parts {
     Transfer transfer;
     std::unique_ptr<SessionRecords> records;
     std::unique_ptr<CommandControl> commands;
+    std::unique_ptr<UrlHistory> urlHistory;
+    std::unique_ptr<Links> links;
+    std::unique_ptr<UrlHistoryCommands> urlCommands;
 };
 
 FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
@@ -76,6 +86,36 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     p.commands->connectToAddress = [&p](const QString& host, const QString& port) {
         p.connection.connectTo(host, port);
     };
+    wireLinks();
+}
+
+void FrmMain::wireLinks()
+{
+    Parts& p = *m_parts;
+    const TranslateFn translate = [&p](const QString& t) { return p.ctx.translate(t); };
+    p.urlHistory = std::make_unique<UrlHistory>(translate);
+    LinkSeams seams;
+    seams.settingFlag = [&p](const QString& key) { return p.ctx.settingFlag(key); };
+    seams.isConnected = [&p] { return p.session.IsConnected(); };
+    seams.xSendData = [&p](const QString& frame) { p.sender.xSendData(frame); };
+    seams.translate = translate;
+    seams.localPaneLength = [&p] { return p.model.txtServer.length(); };
+    seams.setUrlScanned = [&p](int n) { p.typing.urlScanned = n; };
+    seams.showHistory = [&p](bool) { p.ctx.views().showModeless(Form::frmURLHistory); };
+    seams.openUrl = [&p](const QUrl& url) { return p.ctx.desktop().openUrl(url.toString()); };
+    seams.prompter = &p.ctx.prompter();
+    p.links = std::make_unique<Links>(seams, *p.urlHistory);
+    p.urlCommands = std::make_unique<UrlHistoryCommands>(*p.urlHistory, p.ctx.prompter(), translate);
+    p.urlCommands->encode = [](const QString& t) { return toCp1252(t); };
+    p.urlCommands->decode = [](const QByteArray& b) { return fromCp1252(b); };
+    p.urlCommands->openUrl = seams.openUrl;
+    p.urlCommands->setClipboardText = [&p](const QString& t) { p.ctx.clipboard().setText(t); };
+
+    p.typing.scanLocalText = [&p](const QString& text) { p.links->scanLocalText(text); };
+    connect(&p.receiver, &Receiver::webCheck, this, [&p](const QString& address) {
+        QString text = address;
+        p.links->webCheck(text);
+    });
 }
 
 FrmMain::~FrmMain() = default;
@@ -91,6 +131,9 @@ LiveTyping& FrmMain::typing() const { return m_parts->typing; }
 Transfer& FrmMain::transfer() const { return m_parts->transfer; }
 SessionRecords& FrmMain::records() const { return *m_parts->records; }
 CommandControl& FrmMain::commands() const { return *m_parts->commands; }
+Links& FrmMain::links() const { return *m_parts->links; }
+UrlHistory& FrmMain::urlHistory() const { return *m_parts->urlHistory; }
+UrlHistoryCommands& FrmMain::urlHistoryCommands() const { return *m_parts->urlCommands; }
 
 void FrmMain::mnuUpdate_Click()
 {

@@ -23,6 +23,9 @@ class Encryption;
 class SessionRecords;
 class CommandControl;
 class CopyLock;
+class UrlHistory;
+class UrlHistoryCommands;
+class Links;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -43,6 +46,10 @@ public:
     SessionRecords& records() const;
     // The command interpreter: the start's own command line and Command.ini.
     CommandControl& commands() const;
+    // Addresses seen in the session and the URL History's lists.
+    Links& links() const;
+    UrlHistory& urlHistory() const;
+    UrlHistoryCommands& urlHistoryCommands() const;
 
     // tTimer1 polls the stations, tTimer2 Command.ini and the away notice.
     QTimer& tTimer1() { return m_tTimer1; }
@@ -96,6 +103,8 @@ Q_SIGNALS:
     void commandGiven(const QString& command);
 
 private:
+    void wireLinks();
+
     struct Parts;
     std::unique_ptr<Parts> m_parts;
     std::unique_ptr<CopyLock> m_copyLock;

@@ -14,6 +14,7 @@
 #include "shell/FrmMain.h"
 #include "shell/SessionRecords.h"
 #include "shell/dialogs/AccessDialogs.h"
+#include "shell/dialogs/UrlHistoryWindow.h"
 #include "transfer/Transfer.h"
 #include "wire/PaneFormat.h"
 #include "connection/Session.h"
@@ -240,6 +241,9 @@ void MainWindow::onTriggered(Control c)
     case Control::mnuEncryption:
         mnuEncrypt_Click();
         break;
+    case Control::mnuURLHistory:
+        showUrlHistory();
+        break;
     case Control::mnuHelpContents:
     case Control::Toolbar1_17:
         m_frm.ctx().desktop().openFile(m_frm.ctx().HelpPath + QStringLiteral("index.htm"));
@@ -282,6 +286,16 @@ void MainWindow::onTriggered(Control c)
     default:
         break;
     }
+}
+
+void MainWindow::showUrlHistory()
+{
+    if (!m_urlHistory) {
+        m_urlHistory = new UrlHistoryWindow(m_frm, this);
+        m_urlHistory->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_urlHistory->show();
+    m_urlHistory->raise();
 }
 
 }  // namespace vonnel

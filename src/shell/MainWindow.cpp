@@ -395,6 +395,8 @@ void MainWindow::showModeless(Form form)
         m_splash = splash;
     } else if (form == Form::frmTip) {
         showTips();
+    } else if (form == Form::frmURLHistory) {
+        showUrlHistory();
     }
 }
 
@@ -448,6 +450,8 @@ bool MainWindow::isVisible(Form form) const
         return m_frm.connection().login() != nullptr;
     if (form == Form::frmProgress)
         return m_frm.transfer().progress().loaded;
+    if (form == Form::frmURLHistory)
+        return m_urlHistory && m_urlHistory->isVisible();
     return false;
 }
 

@@ -6,6 +6,7 @@
 #include "core/Control.h"
 #include "core/Views.h"
 #include "shell/dialogs/AccessDialogs.h"
+#include "shell/dialogs/UrlHistoryWindow.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -49,6 +50,7 @@ public:
     QAction* action(Control c) const { return m_actions[size_t(c)]; }
     ProgressDialog* progressWindow() const { return m_progress; }
     EncryptDialog* encryptWindow() const { return m_encrypt; }
+    UrlHistoryWindow* urlHistoryWindow() const { return m_urlHistory; }
 
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
@@ -82,6 +84,8 @@ private:
     std::optional<qint64> chooseColour(qint64 current, const QString& title);
     bool paneEvent(QPlainTextEdit* pane, QEvent* event);
     void showTips();
+    // frmURLHistory, made on first use and kept while it is open.
+    void showUrlHistory();
     void buildMenus();
     void buildToolbar();
     void buildStatusBar();
@@ -110,6 +114,7 @@ private:
     QSet<int> m_dirtyPanels;
     QHash<int, QPixmap> m_statePixmaps;
     QPointer<EncryptDialog> m_encrypt;
+    QPointer<UrlHistoryWindow> m_urlHistory;
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;
     QPoint m_dragFrom{-1, -1};  // where a press in a selection began
