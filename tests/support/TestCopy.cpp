@@ -136,6 +136,7 @@ bool TestCopy::start(const QString& commandLine)
     env.clipboard = &m_clipboard;
     env.desktop = &m_desktop;
     env.cursor = &m_cursor;
+    env.audio = &m_audio;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
     return startCopy(*m_frm);

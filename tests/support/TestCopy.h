@@ -3,6 +3,7 @@
 // temporary application folder, port, scripted prompter, clipboard and
 // recorded desktop. Two of these talk to each other over loopback.
 
+#include "platform/AudioPlayer.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Cursor.h"
@@ -54,6 +55,7 @@ public:
     MemoryClipboard& clipboard() { return m_clipboard; }
     RecordingDesktop& desktop() { return m_desktop; }
     RecordingCursor& cursor() { return m_cursor; }
+    RecordingAudioPlayer& audio() { return m_audio; }
 
 private:
     QTemporaryDir m_dir;
@@ -64,6 +66,7 @@ private:
     MemoryClipboard m_clipboard;
     RecordingDesktop m_desktop;
     RecordingCursor m_cursor;
+    RecordingAudioPlayer m_audio;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };
