@@ -23,6 +23,8 @@ class Encryption;
 class SessionRecords;
 class CommandControl;
 class CopyLock;
+class Sound;
+class RingExchange;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -41,6 +43,9 @@ public:
     LiveTyping& typing() const;
     Transfer& transfer() const;
     SessionRecords& records() const;
+    // The sounds of the copy, and the ring between the two sides.
+    Sound& sound() const;
+    RingExchange& rings() const;
     // The command interpreter: the start's own command line and Command.ini.
     CommandControl& commands() const;
 
