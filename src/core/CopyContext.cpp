@@ -3,6 +3,7 @@
 #include "core/IniStore.h"
 #include "core/Logs.h"
 #include "core/Translator.h"
+#include "platform/AudioPlayer.h"
 #include "platform/Cursor.h"
 #include "platform/Pinger.h"
 
@@ -21,6 +22,10 @@ CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
     if (!m_env.cursor) {
         m_ownCursor = std::make_unique<Cursor>();
         m_env.cursor = m_ownCursor.get();
+    }
+    if (!m_env.audio) {
+        m_ownAudio = makeAudioPlayer(m_env.headless);
+        m_env.audio = m_ownAudio.get();
     }
 }
 

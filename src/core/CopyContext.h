@@ -22,6 +22,7 @@ class Translator;
 class Logs;
 class Pinger;
 class Cursor;
+class AudioPlayer;
 class IniFileWatch;
 
 struct CopyEnvironment {
@@ -35,6 +36,7 @@ struct CopyEnvironment {
     Views* views = nullptr;
     Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
     Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
+    AudioPlayer* audio = nullptr;  // none given: the system's audio, or a recorder
 };
 
 // Sound files named by the settings: Ring for the bell, Ring1 at a
@@ -64,6 +66,8 @@ public:
     void setPinger(Pinger* p);
     // The mouse pointer over this copy's windows (wait or normal).
     Cursor& cursor() const { return *m_env.cursor; }
+    // The copy's one sound player (mmcAudio).
+    AudioPlayer& audio() const { return *m_env.audio; }
     Translator& translator() const { return *m_translator; }
     Logs& logs() const { return *m_logs; }
 
@@ -112,6 +116,7 @@ private:
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Pinger> m_ownPinger;
     std::unique_ptr<Cursor> m_ownCursor;
+    std::unique_ptr<AudioPlayer> m_ownAudio;
 };
 
 }  // namespace vonnel

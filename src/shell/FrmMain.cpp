@@ -12,6 +12,8 @@
 #include "links/UrlHistory.h"
 #include "links/UrlHistoryCommands.h"
 #include "platform/Clipboard.h"
+#include "media/RingExchange.h"
+#include "media/Sound.h"
 #include "platform/Desktop.h"
 #include "shell/CommandControl.h"
 #include "shell/SessionRecords.h"
@@ -37,7 +39,9 @@ struct FrmMain::Parts {
           connection(ctx, model, session, sender, cipher),
           receiver(ctx, model, session, sender, cipher, connection),
           typing(ctx, model, session, sender, cipher, receiver),
-          transfer(ctx, model, session, sender, receiver)
+          transfer(ctx, model, session, sender, receiver),
+          sound(ctx),
+          rings(ctx, model, session, sender, receiver, transfer, sound)
     {
     }
     CopyContext ctx;
@@ -49,6 +53,8 @@ struct FrmMain::Parts {
     Receiver receiver;
     LiveTyping typing;
     Transfer transfer;
+    Sound sound;
+    RingExchange rings;
     std::unique_ptr<SessionRecords> records;
     std::unique_ptr<CommandControl> commands;
     std::unique_ptr<UrlHistory> urlHistory;
@@ -83,6 +89,13 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
             &LiveTyping::sentSetting);
     connect(&p.receiver, &Receiver::refreshAnswerStarts, &p.typing, &LiveTyping::cancelFollowUp);
     connect(&p.connection, &Connection::propertiesApplied, this, &FrmMain::Init);
+    // Sounds: every part's bell, the peer's rings, the copy's end.
+    connect(&p.ctx, &CopyContext::ringRequested, &p.sound, &Sound::playRing);
+    connect(&p.receiver, &Receiver::playRing, &p.sound, &Sound::playKey);
+    connect(&p.ctx, &CopyContext::stopAudio, &p.sound, &Sound::stopAudio);
+    connect(&p.receiver, &Receiver::ringReceived, &p.rings, &RingExchange::ringReceived);
+    connect(&p.receiver, &Receiver::ringFileRequested, &p.rings, &RingExchange::ringFileRequested);
+    connect(&p.receiver, &Receiver::ringFileAnnounced, &p.rings, &RingExchange::ringFileAnnounced);
     p.commands->connectToAddress = [&p](const QString& host, const QString& port) {
         p.connection.connectTo(host, port);
     };
@@ -130,6 +143,8 @@ Receiver& FrmMain::receiver() const { return m_parts->receiver; }
 LiveTyping& FrmMain::typing() const { return m_parts->typing; }
 Transfer& FrmMain::transfer() const { return m_parts->transfer; }
 SessionRecords& FrmMain::records() const { return *m_parts->records; }
+Sound& FrmMain::sound() const { return m_parts->sound; }
+RingExchange& FrmMain::rings() const { return m_parts->rings; }
 CommandControl& FrmMain::commands() const { return *m_parts->commands; }
 Links& FrmMain::links() const { return *m_parts->links; }
 UrlHistory& FrmMain::urlHistory() const { return *m_parts->urlHistory; }

@@ -26,6 +26,8 @@ class CopyLock;
 class UrlHistory;
 class UrlHistoryCommands;
 class Links;
+class Sound;
+class RingExchange;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -44,6 +46,9 @@ public:
     LiveTyping& typing() const;
     Transfer& transfer() const;
     SessionRecords& records() const;
+    // The sounds of the copy, and the ring between the two sides.
+    Sound& sound() const;
+    RingExchange& rings() const;
     // The command interpreter: the start's own command line and Command.ini.
     CommandControl& commands() const;
     // Addresses seen in the session and the URL History's lists.

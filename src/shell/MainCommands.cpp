@@ -9,6 +9,7 @@
 #include "access/Encryption.h"
 #include "connection/AddressServices.h"
 #include "connection/Connection.h"
+#include "media/RingExchange.h"
 #include "platform/Clipboard.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
@@ -240,6 +241,11 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuEncryption:
         mnuEncrypt_Click();
+        break;
+    case Control::mnuBeep:
+    case Control::mnuRing:
+    case Control::Toolbar1_15:
+        m_frm.rings().mnuBeep_Click();
         break;
     case Control::mnuURLHistory:
         showUrlHistory();

@@ -6,6 +6,7 @@
 #include "access/PasswordStore.h"
 #include "connection/Connection.h"
 #include "core/CopyLock.h"
+#include "media/Sound.h"
 #include "wire/LiveTyping.h"
 #include "core/IniStore.h"
 #include "platform/Clock.h"
@@ -123,6 +124,7 @@ void FrmMain::Form_Load()
     model().controls.setChecked(Control::mnuViewontop,
                         equalsTrue(ctx().setting(QStringLiteral("First Run"))));
     m_voiceFlag = ctx().settingNumber(QStringLiteral("Voice Assistance")) == 0;
+    sound().PresetMMC();
 
     if (listenError == Winsock::errAddressInUse) {
         ctx().prompter().msgBox(

@@ -139,6 +139,7 @@ bool TestCopy::start(const QString& commandLine)
     env.desktop = &m_desktop;
     env.cursor = &m_cursor;
     env.pinger = &m_pinger;
+    env.audio = &m_audio;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
     return startCopy(*m_frm);

@@ -3,6 +3,7 @@
 // temporary application folder, port, scripted prompter, clipboard and
 // recorded desktop. Two of these talk to each other over loopback.
 
+#include "platform/AudioPlayer.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Cursor.h"
@@ -63,6 +64,7 @@ public:
     RecordingDesktop& desktop() { return m_desktop; }
     RecordingCursor& cursor() { return m_cursor; }
     LoopbackPinger& pinger() { return m_pinger; }
+    RecordingAudioPlayer& audio() { return m_audio; }
 
 private:
     QTemporaryDir m_dir;
@@ -74,6 +76,7 @@ private:
     RecordingDesktop m_desktop;
     RecordingCursor m_cursor;
     LoopbackPinger m_pinger;
+    RecordingAudioPlayer m_audio;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };
