@@ -11,6 +11,7 @@
 #include "core/Sender.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
+#include "core/WireCodec.h"
 
 
 // The ends of a session: the peer's close, a socket error, and the
@@ -127,7 +128,7 @@ void Connection::mnuDisconnect_Click()
             return;
     }
     if (ws.State() == Winsock::sckConnected && m_session.ConnectionStartedHere) {
-        m_sender.xSendData(QStringLiteral("^SD"));
+        m_sender.xSendData(wire::text(wire::kShutDown));
         m_session.ConnectionStartedHere = false;
         m_model.controls.setEnabled(Control::mnuSave, true);
         m_session.SessionEndTime = m_ctx.clock().timeOfDay();

@@ -45,6 +45,21 @@ inline constexpr QByteArrayView kControl = "^";
 inline constexpr QByteArrayView kFileHead = "%%";
 inline constexpr QByteArrayView kBoardHead = "&&";
 inline constexpr QByteArrayView kReady = "&&!Ready!&&";
+// Control codes without a number.
+inline constexpr QByteArrayView kRefresh = "^reFresh";
+inline constexpr QByteArrayView kClear = "^Clr";
+inline constexpr QByteArrayView kShutDown = "^SD";
+inline constexpr QByteArrayView kTab = "^TAB";
+inline constexpr QByteArrayView kCarriageReturn = "^Cr";
+// The ring: "^g" name "^G^"; "^rW" asks for the ring file; "^s>" size
+// name announces it.
+inline constexpr QByteArrayView kRingOpen = "^g";
+inline constexpr QByteArrayView kRingClose = "^G^";
+inline constexpr QByteArrayView kRingWanted = "^rW";
+inline constexpr QByteArrayView kRingSize = "^s>";
+// The format of the panes: "^ff" font ... "^>".
+inline constexpr QByteArrayView kFormatOpen = "^ff";
+inline constexpr QByteArrayView kFormatClose = "^>";
 inline constexpr QByteArrayView kNotReady = "&&!NotReady!&&";
 
 // A frame word as text, for code that builds and reads frames as text.

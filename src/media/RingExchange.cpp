@@ -11,6 +11,7 @@
 #include "transfer/Transfer.h"
 #include "transfer/TransferText.h"
 #include "wire/Receiver.h"
+#include "core/WireCodec.h"
 
 #include <QFileInfo>
 
@@ -47,7 +48,7 @@ void RingExchange::mnuBeep_Click()
     m_session.idleDelay0();
     if (m_sound.lastPlayResult &&
         m_session.winsock(m_session.sIdx).State() == Winsock::sckConnected)
-        m_sender.xSendData(QStringLiteral("^g") + m_ctx.rings.Ring + QStringLiteral("^G^"));
+        m_sender.xSendData(wire::text(wire::kRingOpen) + m_ctx.rings.Ring + wire::text(wire::kRingClose));
     m_model.controls.setEnabled(ringButton(), true);
 }
 
@@ -60,7 +61,7 @@ void RingExchange::ringReceived(const QString& wanted)
     const bool present = bare && FileExist(m_ctx.appFile(name), &m_ctx.prompter());
     if (bare && !present && !transferUnderWay() &&
         m_model.controls.enabled(Control::mnuSendFile) && same) {
-        m_sender.xSendData(QStringLiteral("^rW"));
+        m_sender.xSendData(wire::text(wire::kRingWanted));
         ringFetchPending = true;
         m_receiver.ringWanted = name;
         return;
@@ -82,7 +83,7 @@ void RingExchange::ringFileRequested()
     // The bare name as it stands: it is looked for in the current folder.
     if (!FileExist(ring, &m_ctx.prompter()))
         return;
-    m_sender.xSendData(QStringLiteral("^s>") + QString::number(QFileInfo(ring).size()) + ring);
+    m_sender.xSendData(wire::text(wire::kRingSize) + QString::number(QFileInfo(ring).size()) + ring);
     m_transfer.beginSendFile(ring);
     m_transfer.ringSent = ring;
 }

@@ -20,6 +20,7 @@
 #include "wire/Receiver.h"
 #include "platform/Winsock.h"
 #include "core/CopyContext.h"
+#include "core/WireCodec.h"
 
 #include <QFile>
 
@@ -217,7 +218,7 @@ bool FrmMain::Form_QueryUnload(bool fromUser)
         if (!session().IsConnected())
             break;
         if (session().ConnectionStartedHere && ws.State() == Winsock::sckConnected) {
-            sender().xSendData(QStringLiteral("^SD"));
+            sender().xSendData(wire::text(wire::kShutDown));
             session().ConnectionStartedHere = false;
             model().controls.setEnabled(Control::mnuSave, true);
             session().SessionEndTime = ctx().clock().timeOfDay();

@@ -91,20 +91,20 @@ QString Receiver::cDrawcheck(QString& data)
             }
             plain(wire::text(wire::kNotReady));
             plain(wire::text(wire::kReady));
-            if (data.startsWith(QLatin1String("&&<#> "))) {
+            if (data.startsWith(wire::text(wire::kBoardChatOpen))) {
                 QString t = data.mid(6);
                 qsizetype i = t.indexOf(QLatin1Char('\r'));
                 if (i >= 0)
                     t += QStringLiteral("123456");
                 else
-                    i = t.indexOf(QLatin1String(" <#>&&"));
+                    i = t.indexOf(wire::text(wire::kBoardChatClose));
                 if (i < 0)
                     throw CutFailed{};
                 QString line = t.left(i);
                 if (m_cipher.remoteEncrypted)
                     line = fromCp1252(getEPass(toCp1252(line), toCp1252(m_cipher.remoteKey)));
                 data = t.mid(i + 6);
-                Q_EMIT boardMessage(QStringLiteral("&&<#> "), {line});
+                Q_EMIT boardMessage(wire::text(wire::kBoardChatOpen), {line});
                 Q_EMIT webCheck(line);
             }
             if (data.startsWith(QLatin1String("&&fc"))) {
@@ -149,11 +149,11 @@ QString Receiver::cDrawcheck(QString& data)
                 }
                 Q_EMIT boardMessage(h, {x, y});
             }
-            if (data.startsWith(QLatin1String("&&lbl"))) {
-                QString label = field(QStringLiteral("&&lbl"));
+            if (data.startsWith(wire::text(wire::kBoardLabelOpen))) {
+                QString label = field(wire::text(wire::kBoardLabelOpen));
                 if (m_cipher.remoteEncrypted)
                     label = fromCp1252(getEPass(toCp1252(label), toCp1252(m_cipher.remoteKey)));
-                Q_EMIT boardMessage(QStringLiteral("&&lbl"), {label});
+                Q_EMIT boardMessage(wire::text(wire::kBoardLabelOpen), {label});
             }
             plain(QStringLiteral("&&rec$"));
             plain(QStringLiteral("&&cir$"));

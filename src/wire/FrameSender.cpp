@@ -62,8 +62,8 @@ void FrameSender::xSendData(QString data)
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
 
     if (!m_cipher.encryptOn) {
-        if (data.startsWith(QLatin1String("^g")) && m_ctx.settingFlag(QStringLiteral("Disable Sound"))) {
-            const qsizetype end = data.indexOf(QLatin1String("^G^"));
+        if (data.startsWith(wire::text(wire::kRingOpen)) && m_ctx.settingFlag(QStringLiteral("Disable Sound"))) {
+            const qsizetype end = data.indexOf(wire::text(wire::kRingClose));
             data = end < 0 ? QString() : data.mid(end + 3);
             if (!data.isEmpty())
                 xSendData(data);

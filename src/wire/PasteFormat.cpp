@@ -162,7 +162,7 @@ void LiveTyping::mnuRefresh_Click()
             refreshAwaited = true;
             m_model.txtClient(m_session.sIdx).clear();
             m_receiver.remotePane().awaitResend();
-            send(QStringLiteral("^reFresh"));
+            send(wire::text(wire::kRefresh));
         }
     }
     noteRemoteHost();
@@ -185,7 +185,7 @@ void LiveTyping::mnuOverride_Click()
     if (on) {
         clientFormat.copyFrom(serverFormat);
     } else if (m_session.IsConnected()) {
-        send(QStringLiteral("^reFresh"));
+        send(wire::text(wire::kRefresh));
     }
 }
 
@@ -198,7 +198,7 @@ void LiveTyping::mnuClrScr_Click()
     if (!m_session.IsConnected())
         m_model.txtClient(0).clear();
     if (m_session.winsock(0).State() == Winsock::sckConnected)
-        send(QStringLiteral("^Clr"));
+        send(wire::text(wire::kClear));
 }
 
 // --- format exchange ---------------------------------------------------------------
@@ -206,10 +206,10 @@ void LiveTyping::mnuClrScr_Click()
 QString LiveTyping::formatMessage() const
 {
     const PaneFormat& p = serverFormat;
-    return QStringLiteral("^ff") + p.fontName() + QStringLiteral("^fb") + p.boldText() +
+    return wire::text(wire::kFormatOpen) + p.fontName() + QStringLiteral("^fb") + p.boldText() +
            QStringLiteral("^fi") + p.italicText() + QStringLiteral("^fs") + p.sizeText() +
            QStringLiteral("^fc") + p.foreColorText() + QStringLiteral("^bc") + p.backColorText() +
-           QStringLiteral("^>");
+           wire::text(wire::kFormatClose);
 }
 
 void LiveTyping::sentSetting()
@@ -226,7 +226,7 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
         return;
     m_model.txtClient(m_session.sIdx).caretToEnd();
     PaneFormat& pane = clientFormat;
-    QString data = removeFirst(frameThroughMarker, QStringLiteral("^ff"));
+    QString data = removeFirst(frameThroughMarker, wire::text(wire::kFormatOpen));
 
     // Each field is set, then taken out as the pane reports it: a value the
     // pane cannot take exactly leaves a piece in front of the next field.
@@ -260,7 +260,7 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
     data = removeFirst(data, pane.foreColorText());
     data = removeFirst(data, QStringLiteral("^bc"));
 
-    const qint64 back = leftOf(data, QStringLiteral("^>")).trimmed().toLongLong(&ok);
+    const qint64 back = leftOf(data, wire::text(wire::kFormatClose)).trimmed().toLongLong(&ok);
     if (ok)
         pane.setBackColor(back);
 }

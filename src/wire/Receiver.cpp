@@ -170,28 +170,28 @@ QString Receiver::cControlCheck(QString& data)
     TextPane& pane = m_model.txtClient(m_session.sIdx);
     int n = 0;
 
-    if (data.startsWith(QLatin1String("^g"))) {
-        const QString name = getBetween(data, QStringLiteral("^g"), QStringLiteral("^G^"));
-        data = stripThrough(data, QStringLiteral("^G^"));
+    if (data.startsWith(wire::text(wire::kRingOpen))) {
+        const QString name = getBetween(data, wire::text(wire::kRingOpen), wire::text(wire::kRingClose));
+        data = stripThrough(data, wire::text(wire::kRingClose));
         Q_EMIT ringReceived(name);
     }
-    if (data.startsWith(QLatin1String("^rW"))) {
+    if (data.startsWith(wire::text(wire::kRingWanted))) {
         data = data.mid(3);
         Q_EMIT ringFileRequested();
     }
-    if (data.startsWith(QLatin1String("^s>"))) {
+    if (data.startsWith(wire::text(wire::kRingSize))) {
         double size = 0;
-        const QString sizeText = getBetween(data, QStringLiteral("^s>"), ringWanted);
+        const QString sizeText = getBetween(data, wire::text(wire::kRingSize), ringWanted);
         size = iniNumber(sizeText);
         data = stripThrough(data, ringWanted);
         m_model.controls.setEnabled(Control::mnuSendFile, false);
         Q_EMIT ringFileAnnounced(ringWanted, qint64(size));
     }
-    if (data.startsWith(QLatin1String("^reFresh"))) {
+    if (data.startsWith(wire::text(wire::kRefresh))) {
         answerRefresh();
         data = data.mid(8);
     }
-    if (data.startsWith(QLatin1String("^Clr"))) {
+    if (data.startsWith(wire::text(wire::kClear))) {
         remoteHistory += kCrLf + pane.text();
         pane.clear();
         m_pane->cleared();
@@ -202,7 +202,7 @@ QString Receiver::cControlCheck(QString& data)
         data = stripThrough(data, wire::text(wire::words(wire::Numbered::Deletion).close));
         m_pane->deletion(n, data.startsWith(wire::text(wire::kPasteOpen)));
     }
-    if (data.startsWith(QLatin1String("^Cr"))) {
+    if (data.startsWith(wire::text(wire::kCarriageReturn))) {
         pane.append(kCrLf);
         pane.caretToEnd();
         data = data.mid(3);
@@ -235,14 +235,14 @@ QString Receiver::cControlCheck(QString& data)
         data = stripThrough(data, wire::text(wire::words(wire::Numbered::Space).close));
         m_pane->space(n);
     }
-    while (data.startsWith(QLatin1String("^TAB"))) {
+    while (data.startsWith(wire::text(wire::kTab))) {
         pane.append(QStringLiteral("\t"));
         pane.caretToEnd();
         data = data.mid(4);
     }
-    if (data.startsWith(QLatin1String("^ff"))) {
+    if (data.startsWith(wire::text(wire::kFormatOpen))) {
         // Through the first "^>"; without one, only the caret goes.
-        const qsizetype p = data.indexOf(QLatin1String("^>"));
+        const qsizetype p = data.indexOf(wire::text(wire::kFormatClose));
         const qsizetype through = p < 0 ? 1 : p + 2;
         const QString format = data.left(through);
         data = data.mid(through);
@@ -250,7 +250,7 @@ QString Receiver::cControlCheck(QString& data)
             m_session.RemoteResponded = true;
         Q_EMIT formatReceived(format);
     }
-    if (data == QLatin1String("^SD")) {
+    if (data == wire::text(wire::kShutDown)) {
         remoteShutDown();
         data.clear();
     }
@@ -285,7 +285,7 @@ void Receiver::resendWholeText()
     // This covers any resend our typing side had planned.
     Q_EMIT refreshAnswerStarts();
     m_cipher.sendKeyForRefresh(keySent());
-    m_sender.sendRaw(QStringLiteral("^Clr"));
+    m_sender.sendRaw(wire::text(wire::kClear));
     Q_EMIT refreshAnswerNeedsSettings();
     m_sender.xSendData(wire::text(wire::kPasteOpen) + m_model.txtServer.text() + wire::text(wire::kPasteClose));
     m_model.txtClient(m_session.sIdx).caretToEnd();

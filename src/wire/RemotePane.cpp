@@ -71,6 +71,7 @@
 #include "wire/Receiver.h"
 #include "core/Sender.h"
 #include "core/MainModel.h"
+#include "core/WireCodec.h"
 
 namespace vonnel {
 
@@ -257,7 +258,7 @@ void RemotePane::repair()
 {
     ++repairCount;
     m_answerAwaitedSince = m_clock.steadyMs();
-    m_sender.xSendData(QStringLiteral("^reFresh"));
+    m_sender.xSendData(wire::text(wire::kRefresh));
 }
 
 }  // namespace vonnel
