@@ -49,6 +49,16 @@ struct Receiver::Pass {
         buf = toCp1252(text);
         pos = 0;
     }
+    // Takes the frame between open and close off the start; its inner text.
+    QString takeWrapped(QByteArrayView open, QByteArrayView close, bool* closed = nullptr)
+    {
+        const wire::Cut cut = wire::cutFrame(rest(), open, close);
+        const QString inner = fromCp1252(cut.inner);
+        if (closed)
+            *closed = cut.closed;
+        take(cut.consumed);
+        return inner;
+    }
 };
 
 bool Receiver::runPass(int index, QString& text, QByteArray& bytes)
@@ -123,9 +133,7 @@ bool Receiver::oldCipherStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kOldCipherOpen))
         return true;
-    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kOldCipherOpen, wire::kOldCipherClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    const QString inner = pass.takeWrapped(wire::kOldCipherOpen, wire::kOldCipherClose);
     // Taken apart with the peer's key whatever the encryption state.
     cFinishCheck(m_cipher.decipherOld(inner));
     return true;
@@ -166,9 +174,7 @@ bool Receiver::pasteStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kPasteOpen))
         return true;
-    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kPasteOpen, wire::kPasteClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    const QString inner = pass.takeWrapped(wire::kPasteOpen, wire::kPasteClose);
     cFinishCheck(decipher(inner));
     return true;
 }
@@ -177,9 +183,7 @@ bool Receiver::urlStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kUrlOpen))
         return true;
-    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kUrlOpen, wire::kUrlClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    const QString inner = pass.takeWrapped(wire::kUrlOpen, wire::kUrlClose);
     Q_EMIT webCheck(decipher(inner));
     return true;
 }
@@ -188,13 +192,12 @@ bool Receiver::speakerSetStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kSpeakerSetOpen))
         return true;
-    const wire::Cut cut =
-        wire::cutFrame(pass.rest(), wire::kSpeakerSetOpen, wire::kSpeakerSetClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    bool closed = false;
+    const QString inner =
+        pass.takeWrapped(wire::kSpeakerSetOpen, wire::kSpeakerSetClose, &closed);
     // What was set before stays when the fields are not whole; a frame cut
     // short by the read is no failure and is not taken either.
-    if (cut.closed && checkSpeakerSetting(inner))
+    if (closed && checkSpeakerSetting(inner))
         Q_EMIT speakerSettingReceived(inner);
     m_faults.reportStage(QStringLiteral("SPKSET "));
     return true;
@@ -204,9 +207,7 @@ bool Receiver::speakStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kSpeakOpen))
         return true;
-    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kSpeakOpen, wire::kSpeakClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    const QString inner = pass.takeWrapped(wire::kSpeakOpen, wire::kSpeakClose);
     Q_EMIT speakReceived(decipherInStage(inner));
     m_faults.reportStage(QStringLiteral("SPK "));
     return true;
@@ -216,9 +217,7 @@ bool Receiver::messageStage(Pass& pass)
 {
     if (!pass.startsWith(wire::kMessageOpen))
         return true;
-    const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kMessageOpen, wire::kMessageClose);
-    const QString inner = fromCp1252(cut.inner);
-    pass.take(cut.consumed);
+    const QString inner = pass.takeWrapped(wire::kMessageOpen, wire::kMessageClose);
     takeRecordLine(decipherInStage(inner));
     m_faults.reportStage(QStringLiteral("MSG "));
     return true;
