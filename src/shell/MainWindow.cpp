@@ -1,6 +1,7 @@
 #include "shell/MainWindow.h"
 
 #include "connection/Connection.h"
+#include "core/Twips.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "platform/Bell.h"
@@ -41,7 +42,6 @@
 namespace vonnel {
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 
 // Tool tips of panels 1 and 3..11; panel 2's is set case by case.
 const char* const kPanelTips[11] = {"Click here for help",

@@ -2,10 +2,12 @@
 
 #include "core/CopyContext.h"
 #include "core/Form.h"
+#include "core/Twips.h"
 #include "links/UrlHistory.h"
 #include "links/UrlHistoryCommands.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+#include "wire/PaneFormat.h"
 
 #include <QCloseEvent>
 #include <QDialogButtonBox>
@@ -20,11 +22,6 @@
 #include <QVBoxLayout>
 
 namespace vonnel {
-
-namespace {
-// The window's keys hold twips, as the main window's do.
-constexpr int kTwipsPerPixel = 15;
-}  // namespace
 
 UrlHistoryWindow::UrlHistoryWindow(FrmMain& frm, QWidget* parent)
     : QDialog(parent), m_frm(frm), m_urls(new QListWidget(this)),
@@ -208,13 +205,11 @@ void UrlHistoryWindow::placeFromSettings()
     if (left > 0 && top > 0)
         move(left / kTwipsPerPixel, top / kTwipsPerPixel);
     if (c.settingInt(QStringLiteral("URL History-Colour")) == 1) {
-        const auto colour = [&c](const char* key) {
-            const qint64 v = c.settingInt(QLatin1String(key));
-            return QColor(int(v & 0xff), int((v >> 8) & 0xff), int((v >> 16) & 0xff));
-        };
         QPalette p = m_urls->palette();
-        p.setColor(QPalette::Text, colour("URL History-Colour-FG"));
-        p.setColor(QPalette::Base, colour("URL History-Colour-BK"));
+        p.setColor(QPalette::Text,
+                   PaneFormat::toColor(c.settingInt(QStringLiteral("URL History-Colour-FG"))));
+        p.setColor(QPalette::Base,
+                   PaneFormat::toColor(c.settingInt(QStringLiteral("URL History-Colour-BK"))));
         m_urls->setPalette(p);
         m_descripts->setPalette(p);
     }
