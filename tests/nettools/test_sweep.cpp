@@ -44,16 +44,25 @@ bool rawOrDatagramAllowed()
 
 }  // namespace
 
-TEST(NetSweep, LoopbackStationsAreListedExactlyAndInOrder)
-{
-    if (!rawOrDatagramAllowed())
-        GTEST_SKIP() << "this machine allows neither an unprivileged ICMP socket "
-                        "(net.ipv4.ping_group_range) nor a raw one (cap_net_raw)";
+// A sweep with the real echo over loopback, the own address faked as
+// 127.0.0.1; skipped where the machine allows no ICMP socket.
+class LoopbackSweep : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!rawOrDatagramAllowed())
+            GTEST_SKIP() << "this machine allows neither an unprivileged ICMP socket "
+                            "(net.ipv4.ping_group_range) nor a raw one (cap_net_raw)";
+    }
     SocketEchoProber prober;
-    FixedOwnAddresses own({QStringLiteral("127.0.0.1")});
+    FixedOwnAddresses own{{QStringLiteral("127.0.0.1")}};
     FakeNames names;
     FakeSession session;
-    NetViewModel view(prober, own, names, session);
+    NetViewModel view{prober, own, names, session};
+};
+
+TEST_F(LoopbackSweep, StationsAreListedExactlyAndInOrder)
+{
     view.viewRange(QStringLiteral("127.0.0.1"), 1, 40);
     ASSERT_TRUE(waitForSweep(view));
     QStringList expected;
@@ -63,16 +72,8 @@ TEST(NetSweep, LoopbackStationsAreListedExactlyAndInOrder)
     EXPECT_EQ(view.txtPing(), QStringLiteral("39: Online"));
 }
 
-TEST(NetSweep, TheEventLoopKeepsTurningDuringAWholeNetwork)
+TEST_F(LoopbackSweep, TheEventLoopKeepsTurningDuringAWholeNetwork)
 {
-    if (!rawOrDatagramAllowed())
-        GTEST_SKIP() << "this machine allows neither an unprivileged ICMP socket "
-                        "(net.ipv4.ping_group_range) nor a raw one (cap_net_raw)";
-    SocketEchoProber prober;
-    FixedOwnAddresses own({QStringLiteral("127.0.0.1")});
-    FakeNames names;
-    FakeSession session;
-    NetViewModel view(prober, own, names, session);
     QElapsedTimer clock;
     clock.start();
     qint64 last = 0, longestGap = 0;
