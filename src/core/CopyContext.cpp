@@ -6,6 +6,7 @@
 #include "platform/AudioPlayer.h"
 #include "platform/Cursor.h"
 #include "platform/Pinger.h"
+#include "platform/ScreenSaver.h"
 
 #include <optional>
 
@@ -26,6 +27,10 @@ CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
     if (!m_env.audio) {
         m_ownAudio = makeAudioPlayer(m_env.headless);
         m_env.audio = m_ownAudio.get();
+    }
+    if (!m_env.screenSaver) {
+        m_ownScreenSaver = std::make_unique<SystemScreenSaver>();
+        m_env.screenSaver = m_ownScreenSaver.get();
     }
 }
 

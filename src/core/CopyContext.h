@@ -23,6 +23,7 @@ class Logs;
 class Pinger;
 class Cursor;
 class AudioPlayer;
+class ScreenSaver;
 class IniFileWatch;
 
 struct CopyEnvironment {
@@ -37,6 +38,7 @@ struct CopyEnvironment {
     Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
     Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
     AudioPlayer* audio = nullptr;  // none given: the system's audio, or a recorder
+    ScreenSaver* screenSaver = nullptr;  // none given: the desktop's
 };
 
 // Sound files named by the settings: Ring for the bell, Ring1 at a
@@ -68,6 +70,8 @@ public:
     Cursor& cursor() const { return *m_env.cursor; }
     // The copy's one sound player (mmcAudio).
     AudioPlayer& audio() const { return *m_env.audio; }
+    // Whether the user's screen saver runs (the away notice asks).
+    ScreenSaver& screenSaver() const { return *m_env.screenSaver; }
     Translator& translator() const { return *m_translator; }
     Logs& logs() const { return *m_logs; }
 
@@ -117,6 +121,7 @@ private:
     std::unique_ptr<Pinger> m_ownPinger;
     std::unique_ptr<Cursor> m_ownCursor;
     std::unique_ptr<AudioPlayer> m_ownAudio;
+    std::unique_ptr<ScreenSaver> m_ownScreenSaver;
 };
 
 }  // namespace vonnel

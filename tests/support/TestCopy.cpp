@@ -140,6 +140,7 @@ bool TestCopy::start(const QString& commandLine)
     env.cursor = &m_cursor;
     env.pinger = &m_pinger;
     env.audio = &m_audio;
+    env.screenSaver = &m_screenSaver;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
     return startCopy(*m_frm);

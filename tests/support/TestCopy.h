@@ -9,6 +9,7 @@
 #include "platform/Cursor.h"
 #include "platform/Desktop.h"
 #include "platform/Pinger.h"
+#include "platform/ScreenSaver.h"
 #include "platform/ScriptedPrompter.h"
 #include "shell/FrmMain.h"
 #include "core/Views.h"
@@ -65,6 +66,8 @@ public:
     RecordingCursor& cursor() { return m_cursor; }
     LoopbackPinger& pinger() { return m_pinger; }
     RecordingAudioPlayer& audio() { return m_audio; }
+    // Off until a test switches it on.
+    FixedScreenSaver& screenSaver() { return m_screenSaver; }
 
 private:
     QTemporaryDir m_dir;
@@ -77,6 +80,7 @@ private:
     RecordingCursor m_cursor;
     LoopbackPinger m_pinger;
     RecordingAudioPlayer m_audio;
+    FixedScreenSaver m_screenSaver;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };
