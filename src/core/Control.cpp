@@ -32,6 +32,8 @@ QString controlName(Control c)
     case Control::mnuMsg4: return QStringLiteral("mnuMsg4");
     case Control::mnuMsg5: return QStringLiteral("mnuMsg5");
     case Control::mnuMsg6: return QStringLiteral("mnuMsg6");
+    case Control::mnuMsg7: return QStringLiteral("mnuMsg7");
+    case Control::mnuMsg8: return QStringLiteral("mnuMsg8");
     case Control::mnuSpeak: return QStringLiteral("mnuSpeak");
     case Control::mnuMute: return QStringLiteral("mnuMute");
     case Control::mnuVolUp: return QStringLiteral("mnuVolUp");

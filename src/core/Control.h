@@ -40,6 +40,8 @@ enum class Control {
     mnuMsg4,
     mnuMsg5,
     mnuMsg6,
+    mnuMsg7,
+    mnuMsg8,
     // Voice
     mnuSpeak,
     mnuMute,

@@ -40,4 +40,12 @@ void MainModel::setTrayTip(const QString& tip)
     Q_EMIT trayTipChanged(tip);
 }
 
+void MainModel::setLblStealth(const QString& text)
+{
+    if (text == m_lblStealth)
+        return;
+    m_lblStealth = text;
+    Q_EMIT lblStealthChanged(text);
+}
+
 }  // namespace vonnel

@@ -43,18 +43,23 @@ public:
     // is hidden.
     QString trayTip() const { return m_trayTip; }
     void setTrayTip(const QString& tip);
+    // The word beside the panes while the away notice stands ("Away").
+    QString lblStealth() const { return m_lblStealth; }
+    void setLblStealth(const QString& text);
 
 Q_SIGNALS:
     void captionChanged();
     void trayTipChanged(const QString& tip);
     void visibilityChanged(bool visible);
     void windowStateChanged(int state);
+    void lblStealthChanged(const QString& text);
 
 private:
     std::array<TextPane, 2> m_txtClient{TextPane{QStringLiteral("txtClient(0)")},
                                         TextPane{QStringLiteral("txtClient(1)")}};
     QString m_caption;
     QString m_trayTip = kTitle;
+    QString m_lblStealth;
     bool m_visible = false;
     int m_windowState = vbNormal;
 };

@@ -19,7 +19,9 @@
 #include "shell/SessionRecords.h"
 #include "transfer/Transfer.h"
 #include "wire/FrameSender.h"
+#include "wire/AwayNotice.h"
 #include "wire/LiveTyping.h"
+#include "wire/PresetMessages.h"
 #include "wire/Receiver.h"
 #include "core/CopyContext.h"
 
@@ -41,7 +43,9 @@ struct FrmMain::Parts {
           typing(ctx, model, session, sender, cipher, receiver),
           transfer(ctx, model, session, sender, receiver),
           sound(ctx),
-          rings(ctx, model, session, sender, receiver, transfer, sound)
+          rings(ctx, model, session, sender, receiver, transfer, sound),
+          presets(ctx, model.controls, typing),
+          away(ctx, model, session, sender, typing)
     {
     }
     CopyContext ctx;
@@ -55,6 +59,8 @@ struct FrmMain::Parts {
     Transfer transfer;
     Sound sound;
     RingExchange rings;
+    PresetMessages presets;
+    AwayNotice away;
     std::unique_ptr<SessionRecords> records;
     std::unique_ptr<CommandControl> commands;
     std::unique_ptr<UrlHistory> urlHistory;
@@ -96,6 +102,11 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&p.receiver, &Receiver::ringReceived, &p.rings, &RingExchange::ringReceived);
     connect(&p.receiver, &Receiver::ringFileRequested, &p.rings, &RingExchange::ringFileRequested);
     connect(&p.receiver, &Receiver::ringFileAnnounced, &p.rings, &RingExchange::ringFileAnnounced);
+    // The away notice: tTimer2's work after Command.ini, the window's state,
+    // the session's end.
+    connect(&m_tTimer2, &QTimer::timeout, &p.away, &AwayNotice::tTimer2_Timer);
+    connect(&p.model, &MainModel::windowStateChanged, &p.away, &AwayNotice::Form_Resize);
+    connect(&p.session, &Session::sessionEnded, &p.away, &AwayNotice::sessionEnded);
     p.commands->connectToAddress = [&p](const QString& host, const QString& port) {
         p.connection.connectTo(host, port);
     };
@@ -149,6 +160,8 @@ CommandControl& FrmMain::commands() const { return *m_parts->commands; }
 Links& FrmMain::links() const { return *m_parts->links; }
 UrlHistory& FrmMain::urlHistory() const { return *m_parts->urlHistory; }
 UrlHistoryCommands& FrmMain::urlHistoryCommands() const { return *m_parts->urlCommands; }
+PresetMessages& FrmMain::presets() const { return m_parts->presets; }
+AwayNotice& FrmMain::away() const { return m_parts->away; }
 
 void FrmMain::mnuUpdate_Click()
 {

@@ -28,6 +28,8 @@ class UrlHistoryCommands;
 class Links;
 class Sound;
 class RingExchange;
+class PresetMessages;
+class AwayNotice;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -55,6 +57,9 @@ public:
     Links& links() const;
     UrlHistory& urlHistory() const;
     UrlHistoryCommands& urlHistoryCommands() const;
+    // The Messages menu, and the notice that the user is away.
+    PresetMessages& presets() const;
+    AwayNotice& away() const;
 
     // tTimer1 polls the stations, tTimer2 Command.ini and the away notice.
     QTimer& tTimer1() { return m_tTimer1; }

@@ -4,6 +4,9 @@
 
 #include "shell/MainWindow.h"
 
+#include "wire/AwayNotice.h"
+#include "wire/PresetMessages.h"
+
 #include "access/LockForms.h"
 #include "access/PasswordStore.h"
 #include "access/Encryption.h"
@@ -17,7 +20,9 @@
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
 #include "transfer/Transfer.h"
+#include "wire/AwayNotice.h"
 #include "wire/PaneFormat.h"
+#include "wire/PresetMessages.h"
 #include "connection/Session.h"
 #include "platform/Prompter.h"
 #include "core/CopyContext.h"
@@ -94,6 +99,8 @@ QString MainWindow::selectedText() const
 
 bool MainWindow::paneEvent(QPlainTextEdit* pane, QEvent* event)
 {
+    if (event->type() == QEvent::MouseMove && pane == m_server)
+        m_frm.away().txtServer_MouseMove();
     if (event->type() == QEvent::MouseButtonPress) {
         // A press inside the selection may start a drag of it out of the pane.
         auto* mouse = static_cast<QMouseEvent*>(event);
@@ -249,6 +256,16 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuURLHistory:
         showUrlHistory();
+        break;
+    case Control::mnuMsg1:
+    case Control::mnuMsg2:
+    case Control::mnuMsg3:
+    case Control::mnuMsg4:
+    case Control::mnuMsg5:
+    case Control::mnuMsg6:
+    case Control::mnuMsg7:
+    case Control::mnuMsg8:
+        m_frm.presets().mnuMsg_Click(PresetMessages::messageOf(c));
         break;
     case Control::mnuHelpContents:
     case Control::Toolbar1_17:

@@ -8,6 +8,7 @@
 #include "core/CopyLock.h"
 #include "media/Sound.h"
 #include "wire/LiveTyping.h"
+#include "wire/PresetMessages.h"
 #include "core/IniStore.h"
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
@@ -114,6 +115,7 @@ void FrmMain::Form_Load()
     model().stStatusbar.setText(2, model().stStatusbar.panel(2).tag + QStringLiteral(" = ") +
                                QString::number(ws.LocalPort()));
 
+    presets().SetMsgMnu();
     Q_EMIT ctx().menusNeedText();
 
     if (ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1 && TrayOnly == 0)

@@ -108,6 +108,8 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
         pane->installEventFilter(this);
         pane->viewport()->installEventFilter(this);
     }
+    // Moves without a button tell the away notice that the user is back.
+    m_server->viewport()->setMouseTracking(true);
     setFocusProxy(m_server);
     m_server->setFocus();
 
@@ -220,6 +222,16 @@ void MainWindow::buildStatusBar()
     m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
     m_hold->setVisible(false);
     sb->addPermanentWidget(m_hold);
+    // "Away" while the away notice stands in the session.
+    auto* away = new QLabel;
+    away->setObjectName(QStringLiteral("lblStealth"));
+    away->setStyleSheet(QStringLiteral("color:#b71c1c;font-weight:bold;padding:0 6px;"));
+    away->setVisible(false);
+    sb->addPermanentWidget(away);
+    connect(&m_frm.model(), &MainModel::lblStealthChanged, away, [away](const QString& text) {
+        away->setText(text);
+        away->setVisible(!text.isEmpty());
+    });
 }
 
 QString MainWindow::holdText(FrmMain& frm)
@@ -485,6 +497,18 @@ void MainWindow::resizeEvent(QResizeEvent* e)
     for (int n = 1; n <= StatusBar::kPanels; ++n)
         refreshPanel(n);
     rememberPlacement();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    // The user minimised or restored the window: the model follows.
+    const Qt::WindowStates s = windowState();
+    m_frm.model().setWindowState(s & Qt::WindowMinimized   ? MainModel::vbMinimized
+                                 : s & Qt::WindowMaximized ? MainModel::vbMaximized
+                                                           : MainModel::vbNormal);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -72,6 +72,7 @@ Q_SIGNALS:
     void triggered(vonnel::Control c);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
