@@ -58,7 +58,7 @@ enum class Control {
     // Extras
     mnuNetView,
     mnuNetResolve,
-    mnuAutoNotify,
+    mnuAutoCheck,
     mnuEncryption,
     mnuURLHistory,
     // Help

@@ -28,6 +28,7 @@ class UrlHistoryCommands;
 class Links;
 class Sound;
 class RingExchange;
+class NetTools;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -55,6 +56,8 @@ public:
     Links& links() const;
     UrlHistory& urlHistory() const;
     UrlHistoryCommands& urlHistoryCommands() const;
+    // The station check, the sweep and the name converter.
+    NetTools& netTools() const;
 
     // tTimer1 polls the stations, tTimer2 Command.ini and the away notice.
     QTimer& tTimer1() { return m_tTimer1; }

@@ -213,7 +213,24 @@ void MainWindow::onTriggered(Control c)
         m_frm.connection().mnuConnect_Click();
         break;
     case Control::mnuFileProperties:
+    case Control::mnuSysProperties:
         runModal(Form::frmProperty);
+        break;
+    case Control::mnuNetView:
+    case Control::mnuSysNetView:
+        showNetTool(Form::frmNetView);
+        break;
+    case Control::mnuNetResolve:
+    case Control::mnuSysNetResolve:
+        showNetTool(Form::frmNetResolve);
+        break;
+    case Control::mnuFileAutoConnect:
+    case Control::mnuSysAutoConnect:
+        showNetTool(Form::frmAutoConnect);
+        break;
+    case Control::mnuAutoCheck:
+        showNetTool(Form::frmAutoIP);
+        refreshControl(c);  // the check mark is the station check's, not the click's
         break;
     case Control::mnuDisconnect:
     case Control::Toolbar1_2:
