@@ -156,6 +156,7 @@ public:
     LoopbackProber(LoopbackPinger& pinger, QObject* parent) : EchoProber(parent), m_pinger(pinger) {}
     void probe(quint64 ticket, const QString& address, int timeoutMs) override
     {
+        m_pinger.probed << address;
         const bool answers = m_pinger.answers(address);
         const int delay = answers ? (m_pinger.answerDelayMs ? m_pinger.answerDelayMs(address) : 0)
                                   : timeoutMs;

@@ -56,6 +56,8 @@ public:
     // once, on the next turn of the event loop).
     std::function<int(const QString&)> answerDelayMs;
     bool answers(const QString& address) const;
+    // Every address the copy's prober was asked to probe, in order.
+    QStringList probed;
 
 private:
     std::unique_ptr<Pinger> m_real;

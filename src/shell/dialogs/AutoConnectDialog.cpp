@@ -49,9 +49,13 @@ AutoConnectDialog::AutoConnectDialog(FrmMain& frm, QWidget* parent)
     m_addresses->setObjectName(QStringLiteral("lstAutoCheck"));
     m_hosts = new QListWidget(this);
     m_hosts->setObjectName(QStringLiteral("lstAutoHost"));
-    // The hosts stand beside their addresses and follow their selection.
-    m_hosts->setSelectionMode(QAbstractItemView::NoSelection);
+    // The hosts stand beside their addresses; a line picked in either list
+    // is picked in both.
     m_hosts->setFocusPolicy(Qt::NoFocus);
+    connect(m_hosts, &QListWidget::currentRowChanged, m_addresses, [this](int row) {
+        if (row >= 0 && row != m_addresses->currentRow())
+            m_addresses->setCurrentRow(row);
+    });
     connect(m_addresses->verticalScrollBar(), &QScrollBar::valueChanged,
             m_hosts->verticalScrollBar(), &QScrollBar::setValue);
     m_minutes = new QLineEdit(this);
@@ -194,6 +198,7 @@ void AutoConnectDialog::refreshLists()
 {
     const int row = m_model->selected();
     const QSignalBlocker quiet(m_addresses);  // the model's selection stays
+    const QSignalBlocker quietHosts(m_hosts);
     m_addresses->clear();
     m_hosts->clear();
     m_addresses->addItems(m_model->lstAutoCheck());
