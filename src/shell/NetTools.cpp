@@ -12,6 +12,7 @@
 #include "nettools/AutoNotify.h"
 #include "nettools/NetResolve.h"
 #include "nettools/NetViewModel.h"
+#include "platform/Clock.h"
 #include "platform/Pinger.h"
 #include "platform/Prompter.h"
 #include "shell/CommandControl.h"
@@ -94,6 +95,10 @@ NetTools::NetTools(FrmMain& frm)
 {
     Parts& p = *m_parts;
     CopyContext& ctx = frm.ctx();
+    // "Last Checked" and "Updated" read the copy's clock.
+    const auto timeOfDay = [&ctx] { return ctx.clock().timeOfDay(); };
+    p.check.setTimeSource(timeOfDay);
+    p.view.setTimeSource(timeOfDay);
     QTimer& timer = frm.tTimer1();
     timer.setInterval(AutoConnect::kTimerIntervalMs);
     connect(&timer, &QTimer::timeout, &p.check, &AutoConnect::tTimer1_Timer);
