@@ -8,6 +8,8 @@
 #include "shell/dialogs/NetResolveWindow.h"
 #include "shell/dialogs/NetViewWindow.h"
 
+#include <QApplication>
+
 namespace vonnel {
 
 bool MainWindow::isNetTool(Form form)
@@ -47,6 +49,11 @@ void MainWindow::showNetTool(Form form)
         }
         window->setAttribute(Qt::WA_DeleteOnClose);
     }
+    // Asked for from a modal dialog (the connect dialog's Browse): the
+    // window belongs to that dialog, else the dialog would block its input.
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal && modal != window && window->parentWidget() != modal)
+        window->setParent(modal, window->windowFlags());
     window->show();
     window->raise();
     window->activateWindow();
