@@ -84,6 +84,9 @@ public:
     // Brings the window back (from the tray): behind the away lock when a
     // second-level password guards it.
     void ShowMain();
+    // The away lock: true when the window is in front, when no second-level
+    // password applies, or when the user has just given it.
+    bool awayLockPassed();
     // Help > Update: the update tool (UpdateExe with UpdateParam and the
     // Update address) when one is set, else the Update address in the
     // user's browser. Also run after a version conflict.

@@ -226,10 +226,13 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuFileAutoConnect:
     case Control::mnuSysAutoConnect:
-        showNetTool(Form::frmAutoConnect);
+        // The station list is kept behind the away lock.
+        if (m_frm.awayLockPassed())
+            showNetTool(Form::frmAutoConnect);
         break;
     case Control::mnuAutoCheck:
-        showNetTool(Form::frmAutoIP);
+        if (m_frm.awayLockPassed())
+            showNetTool(Form::frmAutoIP);
         refreshControl(c);  // the check mark is the station check's, not the click's
         break;
     case Control::mnuDisconnect:

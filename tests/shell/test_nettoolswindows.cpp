@@ -1,6 +1,10 @@
 // The network tools' windows on a copy: what the user does in them reaches
 // the models, and what the models hold is what the windows show.
 
+#include "access/AccessBench.h"
+#include "access/LockForms.h"
+#include "access/PasswordStore.h"
+#include "access/Encryption.h"
 #include "nettools/AutoConnectSettings.h"
 #include "nettools/AutoNotify.h"
 #include "nettools/NetViewModel.h"
@@ -145,6 +149,32 @@ TEST(NetViewWindowActions, CopyAllAndSaveGoThroughTheCopysClipboardAndPrompter)
     w->findChild<QAction*>("mnuSave")->trigger();
     EXPECT_EQ(readFile(path), "List of available computers in the network / Internet\r\n" +
                                   QByteArray(53, '=') + "\r\n127.0.0.4\r\n127.0.0.6\r\n");
+}
+
+TEST(AutoConnectWindow, TheTrayEntryOfAWindowPutAwayAsksTheAwayPasswordFirst)
+{
+    AccessBench b;
+    b.set("Override Password", "0");
+    PasswordStore& store = b.frm->encryption().passwords();
+    store.passLevel = "2nd";
+    FrmPassLock form(b.frm->ctx(), store);
+    form.txtPass = "wxyz";
+    form.txtPassword = "wxyz";
+    form.cmdOK_Click();
+    store.loadBoth();
+    MainWindow main(*b.frm);
+    ASSERT_FALSE(b.frm->model().isVisible());  // in the tray
+
+    b.prompter.addAnswers({"text:nope", "ok", "cancel"});
+    Q_EMIT main.triggered(Control::mnuSysAutoConnect);
+    EXPECT_EQ(main.netToolWindow(Form::frmAutoConnect), nullptr);
+    EXPECT_FALSE(b.prompter.records().isEmpty());  // the unlock was asked
+    b.prompter.addAnswers({"text:wxyz"});
+    Q_EMIT main.triggered(Control::mnuSysAutoConnect);
+    ASSERT_NE(main.netToolWindow(Form::frmAutoConnect), nullptr);
+    // Net View stays open to anybody, as it does from the tray.
+    Q_EMIT main.triggered(Control::mnuSysNetView);
+    EXPECT_NE(main.netToolWindow(Form::frmNetView), nullptr);
 }
 
 }  // namespace
