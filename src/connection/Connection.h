@@ -84,6 +84,9 @@ public:
 Q_SIGNALS:
     // frmProperty's Apply wrote the settings.
     void propertiesApplied();
+    // The peer closed the session (Winsock_Close): the station check may
+    // switch itself off.
+    void peerClosed();
 
 private:
     void showMain();

@@ -63,8 +63,7 @@ void Connection::Winsock_Close(int index)
         client.caretToEnd();
     }
     Q_EMIT m_session.sessionEnded();
-    if (m_ctx.settingNumber(QStringLiteral("AutoCheck After Session")) != 0)
-        m_ctx.writeSetting(QStringLiteral("AutoConnect"), QStringLiteral("0"));
+    Q_EMIT peerClosed();
     m_session.EnableConnect();
 }
 

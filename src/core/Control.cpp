@@ -48,7 +48,7 @@ QString controlName(Control c)
     case Control::mnuMin: return QStringLiteral("mnuMin");
     case Control::mnuNetView: return QStringLiteral("mnuNetView");
     case Control::mnuNetResolve: return QStringLiteral("mnuNetResolve");
-    case Control::mnuAutoNotify: return QStringLiteral("mnuAutoNotify");
+    case Control::mnuAutoCheck: return QStringLiteral("mnuAutoCheck");
     case Control::mnuEncryption: return QStringLiteral("mnuEncryption");
     case Control::mnuURLHistory: return QStringLiteral("mnuURLHistory");
     case Control::mnuHelpContents: return QStringLiteral("mnuHelpContents");

@@ -60,7 +60,7 @@ enum class Control {
     // Extras
     mnuNetView,
     mnuNetResolve,
-    mnuAutoNotify,
+    mnuAutoCheck,
     mnuEncryption,
     mnuURLHistory,
     // Help

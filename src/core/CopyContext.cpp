@@ -5,6 +5,8 @@
 #include "core/Translator.h"
 #include "platform/AudioPlayer.h"
 #include "platform/Cursor.h"
+#include "platform/EchoProber.h"
+#include "platform/OwnAddresses.h"
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
 
@@ -20,6 +22,11 @@ CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
       m_logs(std::make_unique<Logs>(env.appPath, *env.clock))
 {
     setPinger(m_env.pinger);
+    m_prober = m_env.pinger->makeProber();
+    if (!m_env.ownAddresses) {
+        m_ownAddresses = std::make_unique<SystemOwnAddresses>();
+        m_env.ownAddresses = m_ownAddresses.get();
+    }
     if (!m_env.cursor) {
         m_ownCursor = std::make_unique<Cursor>();
         m_env.cursor = m_ownCursor.get();

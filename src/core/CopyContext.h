@@ -21,6 +21,8 @@ class Views;
 class Translator;
 class Logs;
 class Pinger;
+class EchoProber;
+class OwnAddresses;
 class Cursor;
 class AudioPlayer;
 class ScreenSaver;
@@ -36,6 +38,8 @@ struct CopyEnvironment {
     Desktop* desktop = nullptr;
     Views* views = nullptr;
     Pinger* pinger = nullptr;  // none given: the system's own ICMP echo
+    // The networks a sweep starts from; none given: the machine's own.
+    OwnAddresses* ownAddresses = nullptr;
     Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
     AudioPlayer* audio = nullptr;  // none given: the system's audio, or a recorder
     ScreenSaver* screenSaver = nullptr;  // none given: the desktop's
@@ -66,6 +70,11 @@ public:
     void setViews(Views* v) { m_env.views = v; }
     Pinger& pinger() const { return *m_env.pinger; }
     void setPinger(Pinger* p);
+    // Echoes side by side for the sweep and the station check, made once by
+    // the copy's first pinger, so both tell a missing ICMP socket once
+    // between them; a later setPinger changes only the single echo.
+    EchoProber& prober() const { return *m_prober; }
+    OwnAddresses& ownAddresses() const { return *m_env.ownAddresses; }
     // The mouse pointer over this copy's windows (wait or normal).
     Cursor& cursor() const { return *m_env.cursor; }
     // The copy's one sound player (mmcAudio).
@@ -119,6 +128,8 @@ private:
     mutable quint64 m_settingsGeneration = 0;
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Pinger> m_ownPinger;
+    std::unique_ptr<EchoProber> m_prober;  // after the pinger that made it
+    std::unique_ptr<OwnAddresses> m_ownAddresses;
     std::unique_ptr<Cursor> m_ownCursor;
     std::unique_ptr<AudioPlayer> m_ownAudio;
     std::unique_ptr<ScreenSaver> m_ownScreenSaver;

@@ -19,9 +19,13 @@ enum class Form {
     frmPassLock,
     frmNetView,
     frmURLHistory,
+    frmNetRange,
+    frmNetResolve,
+    frmAutoConnect,
+    frmAutoIP,
 };
 
-inline constexpr int kFormCount = int(Form::frmURLHistory) + 1;
+inline constexpr int kFormCount = int(Form::frmAutoIP) + 1;
 
 // The form's object name: "frmProperty", "frmLogin" ...
 inline QString formName(Form f)
@@ -40,6 +44,10 @@ inline QString formName(Form f)
     case Form::frmPassLock: return QStringLiteral("frmPassLock");
     case Form::frmNetView: return QStringLiteral("frmNetView");
     case Form::frmURLHistory: return QStringLiteral("frmURLHistory");
+    case Form::frmNetRange: return QStringLiteral("frmNetRange");
+    case Form::frmNetResolve: return QStringLiteral("frmNetResolve");
+    case Form::frmAutoConnect: return QStringLiteral("frmAutoConnect");
+    case Form::frmAutoIP: return QStringLiteral("frmAutoIP");
     }
     return QString();
 }

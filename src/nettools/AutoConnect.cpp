@@ -122,7 +122,7 @@ void AutoConnect::onFinished(bool)
         const bool unresolved = host == kLookupFailed && host.isEmpty();
         lines << (unresolved ? online[i] : host);
     }
-    Q_EMIT onlineStations(lines, QStringLiteral("Last Checked: ") +
+    Q_EMIT onlineStations(lines, m_translate(QStringLiteral("Last Checked: ")) +
                                      m_now().toString(QStringLiteral("HH:mm:ss")));
 }
 

@@ -59,6 +59,11 @@ public:
     int autoCheckInterval() const { return m_autoCheckInterval; }
     int autoCheckTicks() const { return m_autoCheckTicks; }
     void setTimeSource(std::function<QTime()> now) { m_now = std::move(now); }
+    // The lookup of the language file for the words frmAutoIP shows.
+    void setTranslate(std::function<QString(const QString&)> translate)
+    {
+        m_translate = std::move(translate);
+    }
 
     // One tick of the one-minute timer.
     void tTimer1_Timer();
@@ -96,6 +101,7 @@ private:
     SessionQuery& m_session;
     SweepEngine m_engine;
     std::function<QTime()> m_now;
+    std::function<QString(const QString&)> m_translate = [](const QString& t) { return t; };
     bool m_timerEnabled = false;
     bool m_checking = false;
     bool m_autoCheckDuring = false;

@@ -1,5 +1,7 @@
 #include "platform/Pinger.h"
 
+#include "platform/EchoProber.h"
+
 #include <QElapsedTimer>
 #include <QtDebug>
 
@@ -29,19 +31,33 @@ EchoSocketKind Pinger::kind() const
     return m_transport ? m_transport->kind() : EchoSocketKind::None;
 }
 
+void Pinger::tellUnavailable(const QString& why)
+{
+    if (m_toldUnavailable)
+        return;
+    m_toldUnavailable = true;
+    if (m_notice)
+        m_notice(why);
+    else
+        qWarning().noquote() << why;
+}
+
+std::unique_ptr<EchoProber> Pinger::makeProber(QObject* parent)
+{
+    auto prober = std::make_unique<SocketEchoProber>(m_platform, parent);
+    QObject::connect(prober.get(), &EchoProber::unavailable, prober.get(),
+                     [this](const QString& why) { tellUnavailable(why); });
+    return prober;
+}
+
 bool Pinger::ensureTransport()
 {
     if (m_transport)
         return true;
     QString why;
     m_transport = m_platform->open(&why);
-    if (!m_transport && !m_toldUnavailable) {
-        m_toldUnavailable = true;
-        if (m_notice)
-            m_notice(why);
-        else
-            qWarning().noquote() << why;
-    }
+    if (!m_transport)
+        tellUnavailable(why);
     return bool(m_transport);
 }
 

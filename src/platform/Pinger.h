@@ -5,11 +5,15 @@
 
 #include "platform/EchoTransport.h"
 
+class QObject;
+
 #include <QString>
 #include <functional>
 #include <memory>
 
 namespace vonnel {
+
+class EchoProber;
 
 // What one echo brought: the status (EchoStatus), the round trip, and the
 // data the answer carried back.
@@ -36,11 +40,20 @@ public:
     // not sent anywhere: BadDestination.
     virtual EchoResult sendEcho(const QString& address, int timeoutMs = kEchoTimeoutMs);
 
+    // Probes side by side on the same platform, for the sweep and the
+    // station check. The prober's word that no socket can be had goes to
+    // the same once-only notice as this pinger's own.
+    virtual std::unique_ptr<EchoProber> makeProber(QObject* parent = nullptr);
+
     // Told once when neither socket kind can be had; unset, the text goes
     // to the warning log.
     void setUnavailableNotice(std::function<void(const QString&)> notice);
     // The socket kind in use once an echo has opened one.
     EchoSocketKind kind() const;
+
+protected:
+    // The notice, at most once for this pinger and every prober it made.
+    void tellUnavailable(const QString& why);
 
 private:
     bool ensureTransport();

@@ -16,6 +16,7 @@
 #include "media/Sound.h"
 #include "platform/Desktop.h"
 #include "shell/CommandControl.h"
+#include "shell/NetTools.h"
 #include "shell/SessionRecords.h"
 #include "transfer/Transfer.h"
 #include "wire/FrameSender.h"
@@ -66,6 +67,7 @@ struct FrmMain::Parts {
     std::unique_ptr<UrlHistory> urlHistory;
     std::unique_ptr<Links> links;
     std::unique_ptr<UrlHistoryCommands> urlCommands;
+    std::unique_ptr<NetTools> netTools;
 };
 
 FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
@@ -75,7 +77,6 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     p.sender.setTyping(&p.typing);
     p.records = std::make_unique<SessionRecords>(*this);
     p.commands = std::make_unique<CommandControl>(*this);
-    m_tTimer1.setInterval(60000);
     m_tTimer2.setInterval(5000);
 
     // Routines that live in one subsystem and are called from another.
@@ -111,6 +112,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         p.connection.connectTo(host, port);
     };
     wireLinks();
+    p.netTools = std::make_unique<NetTools>(*this);
 }
 
 void FrmMain::wireLinks()
@@ -162,6 +164,7 @@ UrlHistory& FrmMain::urlHistory() const { return *m_parts->urlHistory; }
 UrlHistoryCommands& FrmMain::urlHistoryCommands() const { return *m_parts->urlCommands; }
 PresetMessages& FrmMain::presets() const { return m_parts->presets; }
 AwayNotice& FrmMain::away() const { return m_parts->away; }
+NetTools& FrmMain::netTools() const { return *m_parts->netTools; }
 
 void FrmMain::mnuUpdate_Click()
 {

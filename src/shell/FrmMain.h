@@ -30,6 +30,7 @@ class Sound;
 class RingExchange;
 class PresetMessages;
 class AwayNotice;
+class NetTools;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -60,6 +61,8 @@ public:
     // The Messages menu, and the notice that the user is away.
     PresetMessages& presets() const;
     AwayNotice& away() const;
+    // The station check, the sweep and the name converter.
+    NetTools& netTools() const;
 
     // tTimer1 polls the stations, tTimer2 Command.ini and the away notice.
     QTimer& tTimer1() { return m_tTimer1; }
@@ -86,6 +89,9 @@ public:
     // Brings the window back (from the tray): behind the away lock when a
     // second-level password guards it.
     void ShowMain();
+    // The away lock: true when the window is in front, when no second-level
+    // password applies, or when the user has just given it.
+    bool awayLockPassed();
     // Help > Update: the update tool (UpdateExe with UpdateParam and the
     // Update address) when one is set, else the Update address in the
     // user's browser. Also run after a version conflict.

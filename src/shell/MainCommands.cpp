@@ -220,7 +220,27 @@ void MainWindow::onTriggered(Control c)
         m_frm.connection().mnuConnect_Click();
         break;
     case Control::mnuFileProperties:
+    case Control::mnuSysProperties:
         runModal(Form::frmProperty);
+        break;
+    case Control::mnuNetView:
+    case Control::mnuSysNetView:
+        showNetTool(Form::frmNetView);
+        break;
+    case Control::mnuNetResolve:
+    case Control::mnuSysNetResolve:
+        showNetTool(Form::frmNetResolve);
+        break;
+    case Control::mnuFileAutoConnect:
+    case Control::mnuSysAutoConnect:
+        // The station list is kept behind the away lock.
+        if (m_frm.awayLockPassed())
+            showNetTool(Form::frmAutoConnect);
+        break;
+    case Control::mnuAutoCheck:
+        if (m_frm.awayLockPassed())
+            showNetTool(Form::frmAutoIP);
+        refreshControl(c);  // the check mark is the station check's, not the click's
         break;
     case Control::mnuDisconnect:
     case Control::Toolbar1_2:

@@ -87,7 +87,7 @@ void MainWindow::buildMenus()
         {Control::mnuSpecial, "Extras", "E&xtras",
          {{Control::mnuNetView, "Net View", "&Net View..."},
           {Control::mnuNetResolve, "Net Resolve", "Net &Resolve..."},
-          {Control::mnuAutoNotify, "AutoNotify", "&AutoNotify..."},
+          {Control::mnuAutoCheck, "AutoNotify", "&AutoNotify..."},
           {Control::mnuEncryption, "Encryption", "&Encryption..."},
           {Control::mnuURLHistory, "URL History", "&URL History..."}}},
         {Control::mnuHelp, "Help", "&Help",
@@ -108,7 +108,8 @@ void MainWindow::buildMenus()
                 addEntry(menu, e.c, QLatin1String(e.key), QLatin1String(e.fallback));
         }
     }
-    for (Control c : {Control::mnuViewontop, Control::mnuMute, Control::mnuSecurity, Control::mnuOverride})
+    for (Control c : {Control::mnuViewontop, Control::mnuMute, Control::mnuSecurity, Control::mnuOverride,
+                      Control::mnuAutoCheck})
         action(c)->setCheckable(true);
 }
 
@@ -167,6 +168,12 @@ void MainWindow::buildTray()
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(controlName(Control::mnuTray));
     addEntry(m_trayMenu, Control::mnuSysShow, QStringLiteral("Show"), QStringLiteral("&Show"));
+    m_trayMenu->addSeparator();
+    addEntry(m_trayMenu, Control::mnuSysNetResolve, QStringLiteral("Net Resolve"), QStringLiteral("Net &Resolve..."));
+    addEntry(m_trayMenu, Control::mnuSysNetView, QStringLiteral("Net View"), QStringLiteral("&Net View..."));
+    addEntry(m_trayMenu, Control::mnuSysAutoConnect, QStringLiteral("AutoConnect"), QStringLiteral("&AutoConnect..."));
+    addEntry(m_trayMenu, Control::mnuSysProperties, QStringLiteral("Properties"), QStringLiteral("P&roperties..."));
+    m_trayMenu->addSeparator();
     addEntry(m_trayMenu, Control::mnuSysClose, QStringLiteral("Exit"), QStringLiteral("E&xit"));
     m_tray->setContextMenu(m_trayMenu);
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {

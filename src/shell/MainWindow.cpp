@@ -409,6 +409,8 @@ void MainWindow::showModeless(Form form)
         showTips();
     } else if (form == Form::frmURLHistory) {
         showUrlHistory();
+    } else if (isNetTool(form)) {
+        showNetTool(form);
     }
 }
 
@@ -452,6 +454,8 @@ void MainWindow::unload(Form form)
         m_splash->close();
         m_splash = nullptr;
     }
+    if (QDialog* d = netToolWindow(form))
+        d->close();
 }
 
 bool MainWindow::isVisible(Form form) const
@@ -464,6 +468,8 @@ bool MainWindow::isVisible(Form form) const
         return m_frm.transfer().progress().loaded;
     if (form == Form::frmURLHistory)
         return m_urlHistory && m_urlHistory->isVisible();
+    if (QDialog* d = netToolWindow(form))
+        return d->isVisible();
     return false;
 }
 

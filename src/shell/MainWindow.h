@@ -51,6 +51,9 @@ public:
     ProgressDialog* progressWindow() const { return m_progress; }
     EncryptDialog* encryptWindow() const { return m_encrypt; }
     UrlHistoryWindow* urlHistoryWindow() const { return m_urlHistory; }
+    // The network tools' windows (frmNetView, frmNetResolve, frmAutoConnect,
+    // frmAutoIP): made on first use, kept while open; null when closed.
+    QDialog* netToolWindow(Form form) const;
 
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
@@ -87,6 +90,8 @@ private:
     void showTips();
     // frmURLHistory, made on first use and kept while it is open.
     void showUrlHistory();
+    void showNetTool(Form form);
+    static bool isNetTool(Form form);
     void buildMenus();
     void buildToolbar();
     void buildStatusBar();
@@ -116,6 +121,7 @@ private:
     QHash<int, QPixmap> m_statePixmaps;
     QPointer<EncryptDialog> m_encrypt;
     QPointer<UrlHistoryWindow> m_urlHistory;
+    QHash<int, QPointer<QDialog>> m_netTools;  // by Form
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;
     QPoint m_dragFrom{-1, -1};  // where a press in a selection began

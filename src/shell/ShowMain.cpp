@@ -15,10 +15,7 @@ void FrmMain::ShowMain()
         ctx().views().showModeless(Form::frmDraw);
         return;
     }
-    // A window put away in the tray or minimised is locked while a
-    // second-level password applies.
-    const bool away = !model().isVisible() || model().windowState() == MainModel::vbMinimized;
-    if (away && !encryption().passwords().secondLevelUnlocked())
+    if (!awayLockPassed())
         return;
     model().setWindowState(MainModel::vbNormal);
     model().setVisible(true);
@@ -27,6 +24,14 @@ void FrmMain::ShowMain()
     model().setTrayTip(MainModel::kTitle);  // the caller it named is in sight now
     model().controls.setEnabled(Control::mnuTray, true);
     ctx().views().raiseMain();
+}
+
+bool FrmMain::awayLockPassed()
+{
+    // A window put away in the tray or minimised is locked while a
+    // second-level password applies.
+    const bool away = !model().isVisible() || model().windowState() == MainModel::vbMinimized;
+    return !away || encryption().passwords().secondLevelUnlocked();
 }
 
 }  // namespace vonnel

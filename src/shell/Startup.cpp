@@ -9,6 +9,7 @@
 #include "platform/Prompter.h"
 #include "shell/CommandControl.h"
 #include "shell/FrmMain.h"
+#include "shell/NetTools.h"
 #include "core/Views.h"
 #include "core/MainModel.h"
 #include "core/CopyContext.h"
@@ -137,6 +138,9 @@ bool startCopy(FrmMain& f)
 
     const QString command = parseCommandLine(f.ctx().commandLine(), f.ctx().prompter(), nullptr);
     Q_EMIT f.commandGiven(command);
+    if (f.ended())
+        return false;
+    f.netTools().startAutoConnect();
     return !f.ended();
 }
 

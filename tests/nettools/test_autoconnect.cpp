@@ -3,6 +3,7 @@
 #include "Fakes.h"
 #include "nettools/AutoConnect.h"
 #include "nettools/AutoConnectSettings.h"
+#include "nettools/AutoNotify.h"
 #include "nettools/NetResolve.h"
 
 #include <QCoreApplication>
@@ -189,6 +190,34 @@ TEST(AutoNotify, ChatNeedsNoSessionUp)
     c.auto_.chat("three");
     EXPECT_EQ(notices, QStringList({"You have to disconnect before make another session."}));
     EXPECT_EQ(c.commands, QStringList({"three"}));
+}
+
+TEST(AutoNotify, EachCheckReplacesTheListAndChatHidesTheWindowOnlyWithoutASession)
+{
+    Check c;
+    AutoNotify notify(c.auto_, c.session);
+    int shows = 0, hides = 0;
+    QObject::connect(&notify, &AutoNotify::showRequested, [&] { ++shows; });
+    QObject::connect(&notify, &AutoNotify::hideRequested, [&] { ++hides; });
+    c.settings.values["AutoConnect Option"] = "0";
+    c.prober.answerAfterMs = {{"10.0.0.1", 1}, {"10.0.0.3", 1}};
+    c.run();
+    EXPECT_EQ(notify.lstOnlineIP(), QStringList({"one", "three"}));
+    EXPECT_EQ(notify.stbTime(), QStringLiteral("Last Checked: 08:05:00"));
+    c.prober.answerAfterMs = {{"10.0.0.2", 1}};
+    c.run();
+    EXPECT_EQ(notify.lstOnlineIP(), QStringList({"- - - - - - "}));
+    EXPECT_EQ(shows, 2);
+
+    c.session.connected = true;
+    notify.OKButton_Click(0);
+    EXPECT_EQ(hides, 0);
+    EXPECT_FALSE(notify.popOnlineAllowed());
+    c.session.connected = false;
+    notify.OKButton_Click(5);  // no such line
+    notify.OKButton_Click(0);
+    EXPECT_EQ(hides, 1);
+    EXPECT_EQ(c.commands, QStringList({"- - - - - - "}));
 }
 
 TEST(AutoConnectDialog, AddRemoveAndPriorityKeepBothListsInStep)

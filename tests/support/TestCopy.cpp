@@ -10,6 +10,7 @@
 #include <QRandomGenerator>
 #include <QTcpServer>
 #include <QThread>
+#include <QTimer>
 
 #include <QHostAddress>
 
@@ -139,6 +140,7 @@ bool TestCopy::start(const QString& commandLine)
     env.desktop = &m_desktop;
     env.cursor = &m_cursor;
     env.pinger = &m_pinger;
+    env.ownAddresses = &m_own;
     env.audio = &m_audio;
     env.screenSaver = &m_screenSaver;
     env.views = &m_views;
@@ -146,9 +148,79 @@ bool TestCopy::start(const QString& commandLine)
     return startCopy(*m_frm);
 }
 
-bool LoopbackPinger::echo(const QString& address, int)
+namespace {
+
+// Probes side by side without a socket: loopback addresses the pinger lets
+// answer do so (after their delay), the rest run out after their time.
+class LoopbackProber : public EchoProber {
+public:
+    LoopbackProber(LoopbackPinger& pinger, QObject* parent) : EchoProber(parent), m_pinger(pinger) {}
+    void probe(quint64 ticket, const QString& address, int timeoutMs) override
+    {
+        m_pinger.probed << address;
+        const bool answers = m_pinger.answers(address);
+        const int delay = answers ? (m_pinger.answerDelayMs ? m_pinger.answerDelayMs(address) : 0)
+                                  : timeoutMs;
+        finish(ticket, answers, delay);
+    }
+    void cancelAll() override { ++m_generation; }
+
+private:
+    void finish(quint64 ticket, bool answered, int afterMs)
+    {
+        const quint64 generation = m_generation;
+        QTimer::singleShot(afterMs, this, [=, this] {
+            if (generation == m_generation)
+                Q_EMIT probeDone(ticket, answered,
+                                 answered ? EchoStatus::Success : EchoStatus::TimedOut, afterMs);
+        });
+    }
+    LoopbackPinger& m_pinger;
+    quint64 m_generation = 0;
+};
+
+}  // namespace
+
+void LoopbackPinger::usePlatform(EchoPlatform* platform)
 {
-    return QHostAddress(address).isLoopback();
+    m_real = std::make_unique<Pinger>(platform);
+    m_real->setUnavailableNotice([this](const QString& why) { tellUnavailable(why); });
+}
+
+bool LoopbackPinger::answers(const QString& address) const
+{
+    const std::optional<quint32> target = parseDottedQuad(address);
+    if (!target || !QHostAddress(*target).isLoopback())
+        return false;
+    return liveOnly.isEmpty() || liveOnly.contains(address);
+}
+
+bool LoopbackPinger::echo(const QString& address, int timeoutMs)
+{
+    return m_real ? m_real->echo(address, timeoutMs) : answers(address);
+}
+
+EchoResult LoopbackPinger::sendEcho(const QString& address, int timeoutMs)
+{
+    if (m_real)
+        return m_real->sendEcho(address, timeoutMs);
+    EchoResult r;
+    if (!parseDottedQuad(address)) {
+        r.status = EchoStatus::BadDestination;
+    } else if (echo(address)) {
+        r.status = EchoStatus::Success;
+        r.data = kEchoData;
+    } else {
+        r.status = EchoStatus::TimedOut;
+    }
+    return r;
+}
+
+std::unique_ptr<EchoProber> LoopbackPinger::makeProber(QObject* parent)
+{
+    if (m_real)
+        return m_real->makeProber(parent);
+    return std::make_unique<LoopbackProber>(*this, parent);
 }
 
 }  // namespace vonnel::test

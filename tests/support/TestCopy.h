@@ -8,6 +8,8 @@
 #include "platform/Clock.h"
 #include "platform/Cursor.h"
 #include "platform/Desktop.h"
+#include "platform/EchoProber.h"
+#include "platform/OwnAddresses.h"
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
 #include "platform/ScriptedPrompter.h"
@@ -37,10 +39,29 @@ QByteArray randomBytes(qsizetype n, quint32 seed);
 QByteArray readFile(const QString& path);
 
 // The echo of a test copy: loopback answers, nothing else does, and no
-// packet ever leaves the process.
+// packet ever leaves the process. A test may narrow the stations that
+// answer to a few loopback addresses; the rest run out like silent ones.
 class LoopbackPinger : public Pinger {
 public:
+    // Stands in a machine whose echo goes through this platform (one that
+    // refuses both socket kinds, say): from here on the real echo code runs
+    // on it. Call before the copy starts.
+    void usePlatform(EchoPlatform* platform);
     bool echo(const QString& address, int timeoutMs = 200) override;
+    EchoResult sendEcho(const QString& address, int timeoutMs = 200) override;
+    std::unique_ptr<EchoProber> makeProber(QObject* parent = nullptr) override;
+
+    // When not empty, only these addresses answer.
+    QSet<QString> liveOnly;
+    // When set, the answer of an address comes after this many ms (else at
+    // once, on the next turn of the event loop).
+    std::function<int(const QString&)> answerDelayMs;
+    bool answers(const QString& address) const;
+    // Every address the copy's prober was asked to probe, in order.
+    QStringList probed;
+
+private:
+    std::unique_ptr<Pinger> m_real;
 };
 
 class TestCopy {
@@ -65,6 +86,8 @@ public:
     RecordingDesktop& desktop() { return m_desktop; }
     RecordingCursor& cursor() { return m_cursor; }
     LoopbackPinger& pinger() { return m_pinger; }
+    // The copy's own networks: 127.0.0.1 unless a test sets others.
+    FixedOwnAddresses& ownAddresses() { return m_own; }
     RecordingAudioPlayer& audio() { return m_audio; }
     // Off until a test switches it on.
     FixedScreenSaver& screenSaver() { return m_screenSaver; }
@@ -79,6 +102,7 @@ private:
     RecordingDesktop m_desktop;
     RecordingCursor m_cursor;
     LoopbackPinger m_pinger;
+    FixedOwnAddresses m_own{{QStringLiteral("127.0.0.1")}};
     RecordingAudioPlayer m_audio;
     FixedScreenSaver m_screenSaver;
     Views m_views;
