@@ -78,6 +78,8 @@ QStringList readLines(const QString& file, bool* existed)
     QStringList lines = text.split(QLatin1Char('\n'));
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
+    else if (!lines.isEmpty() && lines.last().endsWith(QLatin1Char('\r')))
+        lines.last().chop(1);  // a last line cut off in its end, read as the reader reads it
     return lines;
 }
 

@@ -59,6 +59,13 @@ TEST_F(IniStoreTest, WriteReplacesInPlaceAndLeavesOtherLinesAlone)
               QByteArray("; hand written\r\n[Vonnel]\r\nA=1\r\nB=zwei\r\nC=3\r\nNew=n\r\n\r\n"
                          "[Tail]\r\nA=9\r\n[Fresh]\r\nK=v\r\n"));
     EXPECT_EQ(ReadIni("Tail", "A", f), "9");
+
+    // A last line with a carriage return and no line feed: the writer
+    // closes the line instead of keeping the return inside the value.
+    put("c.ini", "[Vonnel]\r\nA=1\r\nZ=end\r");
+    WriteIni(kSection, "A", "2", path("c.ini"));
+    EXPECT_EQ(ReadIni(kSection, "Z", path("c.ini")), "end");
+    EXPECT_EQ(bytes("c.ini"), QByteArray("[Vonnel]\r\nA=2\r\nZ=end\r\n"));
 }
 
 TEST_F(IniStoreTest, WriteCreatesFileAndKeepsLogKeysWithTrailingBlank)
