@@ -1,5 +1,6 @@
 #include "platform/SpeechEngine.h"
 
+#include <QEventLoop>
 #include <QLocale>
 #include <QTextToSpeech>
 #include <QTimer>
@@ -49,14 +50,37 @@ SystemSpeechEngine::SystemSpeechEngine(QObject* parent)
     m_engine->release.setInterval(kReleaseAfterMs);
     connect(&m_engine->release, &QTimer::timeout, this, [this] {
         if (!speaking())
-            m_engine->tts.reset();
+            dropEngine();
     });
 }
 
 SystemSpeechEngine::~SystemSpeechEngine()
 {
     m_engine->waiting.clear();
-    m_engine->tts.reset();
+    dropEngine();
+}
+
+void SystemSpeechEngine::dropEngine()
+{
+    Engine& e = *m_engine;
+    if (!e.tts)
+        return;
+    // An engine taken away in mid-line still has its audio stream open on
+    // its own thread, and tearing that down under it crashes: it is
+    // stopped first and given a moment to close the stream.
+    if (e.tts->state() == QTextToSpeech::Speaking) {
+        QEventLoop loop;
+        connect(e.tts.get(), &QTextToSpeech::stateChanged, &loop, [&loop](QTextToSpeech::State s) {
+            if (s != QTextToSpeech::Speaking)
+                loop.quit();
+        });
+        QTimer::singleShot(kStopWaitMs, &loop, &QEventLoop::quit);
+        e.tts->stop();
+        if (e.tts->state() == QTextToSpeech::Speaking)
+            loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    e.busy = false;
+    e.tts.reset();
 }
 
 void SystemSpeechEngine::setReleaseAfter(int ms)
@@ -117,7 +141,7 @@ void SystemSpeechEngine::say(const QString& text, double rate, double pitch, dou
     // An engine that failed the last line (a lost audio stream) starts afresh.
     if (!e.tts || (!voice.engine.isEmpty() && voice.engine != e.name) ||
         e.tts->state() == QTextToSpeech::Error) {
-        e.tts.reset();
+        dropEngine();
         e.tts = voice.engine.isEmpty() ? std::make_unique<QTextToSpeech>()
                                        : std::make_unique<QTextToSpeech>(voice.engine);
         e.name = e.tts->engine();

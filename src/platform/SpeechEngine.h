@@ -94,6 +94,11 @@ public:
     void setReleaseAfter(int ms);
 
 private:
+    // Lets the engine go; one in mid-line is stopped first.
+    void dropEngine();
+    // How long letting go waits for a stopped engine to fall silent.
+    static constexpr int kStopWaitMs = 2000;
+
     struct Engine;
     std::unique_ptr<Engine> m_engine;
 };

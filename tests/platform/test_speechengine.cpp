@@ -43,3 +43,27 @@ TEST(SystemSpeech, SpeaksALineAndLetsTheEngineGoAfterwards)
 
 }  // namespace
 }  // namespace vonnel::test
+
+namespace vonnel::test {
+namespace {
+
+TEST(SystemSpeech, AnEngineGoneInMidLineLeavesTheNextOneSpeaking)
+{
+    if (!SystemSpeechEngine().available() || !audioDevicePresent())
+        GTEST_SKIP() << "no speech engine or no audio output here";
+    const QString line = QStringLiteral("This line is cut off long before it comes to its end.");
+    {
+        SystemSpeechEngine engine;
+        engine.say(line, 0.0, 0.0, 1.0, SpeechVoice{});
+        ASSERT_TRUE(waitUntil([&] { return engine.startedSpeaking() == 1; }, 20000));
+        // The copy ends here, the engine with it.
+    }
+    SystemSpeechEngine next;
+    next.say(line, 0.0, 0.0, 1.0, SpeechVoice{});
+    EXPECT_TRUE(waitUntil([&] { return next.startedSpeaking() == 1; }, 20000));
+    next.stop();
+    EXPECT_TRUE(waitUntil([&] { return !next.speaking(); }, 20000));
+}
+
+}  // namespace
+}  // namespace vonnel::test
