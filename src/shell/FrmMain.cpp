@@ -106,6 +106,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&p.receiver, &Receiver::speakReceived, &p.speech, &Speech::speakReceived);
     p.typing.speakLocalLine = [&p](const QString& line) { p.speech.SpeakText(line, true); };
     p.typing.sendSpeakerSetting = [&p] { p.speech.SendSpeakerSetting(); };
+    connect(&p.ctx, &CopyContext::stopAudio, &p.speech, [&p] { p.speech.dssTTS().audioReset(); });
     connect(&p.receiver, &Receiver::refreshAnswerStarts, &p.typing, &LiveTyping::cancelFollowUp);
     connect(&p.connection, &Connection::propertiesApplied, this, &FrmMain::Init);
     // Sounds: every part's bell, the peer's rings, the copy's end.

@@ -264,6 +264,16 @@ TEST(SpeechMenus, MuteFollowsTheKeysAndTogglesThem)
     EXPECT_TRUE(c.enabled(Control::mnuVolUp));
 }
 
+TEST(SpeechMenus, TheCopysEndCutsOffWhatIsSpoken)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    copy.frm().speech().SpeakText("a long story", true);
+    EXPECT_EQ(copy.speech().stops, 0);
+    EXPECT_TRUE(copy.frm().requestClose(false));
+    EXPECT_EQ(copy.speech().stops, 1);
+}
+
 TEST(SpeechMenus, VolumeDownAddsAndUpTakesOffWithinTheRange)
 {
     TestCopy copy;
