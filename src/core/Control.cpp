@@ -93,6 +93,8 @@ QString controlName(Control c)
     case Control::popBackColour: return QStringLiteral("popBackColour");
     case Control::popOverride: return QStringLiteral("popOverride");
     case Control::popClrScr: return QStringLiteral("popClrScr");
+    case Control::popsSpeak: return QStringLiteral("popsSpeak");
+    case Control::popcSpeak: return QStringLiteral("popcSpeak");
     case Control::frmProperty_cmdApply: return QStringLiteral("frmProperty.cmdApply");
     case Control::frmProperty_cmdOK: return QStringLiteral("frmProperty.cmdOK");
     case Control::frmProperty_cmdCancel: return QStringLiteral("frmProperty.cmdCancel");

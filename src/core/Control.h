@@ -112,6 +112,10 @@ enum class Control {
     popBackColour,
     popOverride,
     popClrScr,
+    // Speak in the pop-up of txtServer and of the remote pane: each reads
+    // that pane's selection.
+    popsSpeak,
+    popcSpeak,
     // Buttons of frmProperty that the logic enables.
     frmProperty_cmdApply,
     frmProperty_cmdOK,

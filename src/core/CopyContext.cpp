@@ -9,6 +9,7 @@
 #include "platform/OwnAddresses.h"
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
+#include "platform/SpeechEngine.h"
 
 #include <optional>
 
@@ -34,6 +35,10 @@ CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
     if (!m_env.audio) {
         m_ownAudio = makeAudioPlayer(m_env.headless);
         m_env.audio = m_ownAudio.get();
+    }
+    if (!m_env.speech) {
+        m_ownSpeech = makeSpeechEngine(m_env.headless);
+        m_env.speech = m_ownSpeech.get();
     }
     if (!m_env.screenSaver) {
         m_ownScreenSaver = std::make_unique<SystemScreenSaver>();

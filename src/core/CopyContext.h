@@ -25,6 +25,7 @@ class EchoProber;
 class OwnAddresses;
 class Cursor;
 class AudioPlayer;
+class SpeechEngine;
 class ScreenSaver;
 class IniFileWatch;
 
@@ -42,6 +43,8 @@ struct CopyEnvironment {
     OwnAddresses* ownAddresses = nullptr;
     Cursor* cursor = nullptr;  // none given: no pointer to change (headless)
     AudioPlayer* audio = nullptr;  // none given: the system's audio, or a recorder
+    // None given: the system's engines with windows, a recorder without.
+    SpeechEngine* speech = nullptr;
     ScreenSaver* screenSaver = nullptr;  // none given: the desktop's
 };
 
@@ -79,6 +82,8 @@ public:
     Cursor& cursor() const { return *m_env.cursor; }
     // The copy's one sound player (mmcAudio).
     AudioPlayer& audio() const { return *m_env.audio; }
+    // The copy's speech engine (dssTTS).
+    SpeechEngine& speech() const { return *m_env.speech; }
     // Whether the user's screen saver runs (the away notice asks).
     ScreenSaver& screenSaver() const { return *m_env.screenSaver; }
     Translator& translator() const { return *m_translator; }
@@ -132,6 +137,7 @@ private:
     std::unique_ptr<OwnAddresses> m_ownAddresses;
     std::unique_ptr<Cursor> m_ownCursor;
     std::unique_ptr<AudioPlayer> m_ownAudio;
+    std::unique_ptr<SpeechEngine> m_ownSpeech;
     std::unique_ptr<ScreenSaver> m_ownScreenSaver;
 };
 

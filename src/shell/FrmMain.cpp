@@ -14,6 +14,7 @@
 #include "platform/Clipboard.h"
 #include "media/RingExchange.h"
 #include "media/Sound.h"
+#include "media/Speech.h"
 #include "platform/Desktop.h"
 #include "shell/CommandControl.h"
 #include "shell/NetTools.h"
@@ -45,6 +46,7 @@ struct FrmMain::Parts {
           transfer(ctx, model, session, sender, receiver),
           sound(ctx),
           rings(ctx, model, session, sender, receiver, transfer, sound),
+          speech(ctx, model, session, sender),
           presets(ctx, model.controls, typing),
           away(ctx, model, session, sender, typing)
     {
@@ -60,6 +62,7 @@ struct FrmMain::Parts {
     Transfer transfer;
     Sound sound;
     RingExchange rings;
+    Speech speech;
     PresetMessages presets;
     AwayNotice away;
     std::unique_ptr<SessionRecords> records;
@@ -77,6 +80,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     p.sender.setTyping(&p.typing);
     p.records = std::make_unique<SessionRecords>(*this);
     p.commands = std::make_unique<CommandControl>(*this);
+    p.commands->mnuMute_Click = [&p] { p.speech.mnuMute_Click(); };
     m_tTimer2.setInterval(5000);
 
     // Routines that live in one subsystem and are called from another.
@@ -94,6 +98,15 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&p.receiver, &Receiver::formatReceived, &p.typing, &LiveTyping::receiveFormat);
     connect(&p.receiver, &Receiver::refreshAnswerNeedsSettings, &p.typing,
             &LiveTyping::sentSetting);
+    // Speech: our voice goes out behind the format, the peer's lines and
+    // voice come in on both receive paths, and a finished line is spoken.
+    connect(&p.receiver, &Receiver::refreshAnswerNeedsSettings, &p.speech,
+            &Speech::SendSpeakerSetting);
+    connect(&p.receiver, &Receiver::speakerSettingReceived, &p.speech, &Speech::SaveSpeakerSetting);
+    connect(&p.receiver, &Receiver::speakReceived, &p.speech, &Speech::speakReceived);
+    p.typing.speakLocalLine = [&p](const QString& line) { p.speech.SpeakText(line, true); };
+    p.typing.sendSpeakerSetting = [&p] { p.speech.SendSpeakerSetting(); };
+    connect(&p.ctx, &CopyContext::stopAudio, &p.speech, [&p] { p.speech.dssTTS().audioReset(); });
     connect(&p.receiver, &Receiver::refreshAnswerStarts, &p.typing, &LiveTyping::cancelFollowUp);
     connect(&p.connection, &Connection::propertiesApplied, this, &FrmMain::Init);
     // Sounds: every part's bell, the peer's rings, the copy's end.
@@ -158,6 +171,7 @@ Transfer& FrmMain::transfer() const { return m_parts->transfer; }
 SessionRecords& FrmMain::records() const { return *m_parts->records; }
 Sound& FrmMain::sound() const { return m_parts->sound; }
 RingExchange& FrmMain::rings() const { return m_parts->rings; }
+Speech& FrmMain::speech() const { return m_parts->speech; }
 CommandControl& FrmMain::commands() const { return *m_parts->commands; }
 Links& FrmMain::links() const { return *m_parts->links; }
 UrlHistory& FrmMain::urlHistory() const { return *m_parts->urlHistory; }

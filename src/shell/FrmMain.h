@@ -28,6 +28,7 @@ class UrlHistoryCommands;
 class Links;
 class Sound;
 class RingExchange;
+class Speech;
 class PresetMessages;
 class AwayNotice;
 class NetTools;
@@ -52,6 +53,8 @@ public:
     // The sounds of the copy, and the ring between the two sides.
     Sound& sound() const;
     RingExchange& rings() const;
+    // Speech here and at the peer.
+    Speech& speech() const;
     // The command interpreter: the start's own command line and Command.ini.
     CommandControl& commands() const;
     // Addresses seen in the session and the URL History's lists.

@@ -13,10 +13,12 @@
 #include "connection/AddressServices.h"
 #include "connection/Connection.h"
 #include "media/RingExchange.h"
+#include "media/Speech.h"
 #include "platform/Clipboard.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "shell/SessionRecords.h"
+#include "shell/TypingBinder.h"
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
 #include "transfer/Transfer.h"
@@ -62,6 +64,7 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
         {Control::popClrScr, "Clear Screen", "C&lear Screen"},
     };
     m_lastPane = pane;
+    m_frm.speech().mnuVoice_Click();
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("popsFormat"));
     for (const PopEntry& e : kEntries) {
@@ -79,6 +82,13 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
         }
         connect(a, &QAction::triggered, this, [this, twin] { Q_EMIT triggered(twin); });
     }
+    // Speak reads the selection of the pane the menu was opened on.
+    menu.addSeparator();
+    const Control speak = pane == m_client ? Control::popcSpeak : Control::popsSpeak;
+    QAction* a = menu.addAction(m_frm.ctx().translate(QStringLiteral("Speak"), QStringLiteral("&Speak")));
+    a->setObjectName(controlName(speak));
+    a->setEnabled(m_frm.model().controls.enabled(speak));
+    connect(a, &QAction::triggered, this, [this, speak] { Q_EMIT triggered(speak); });
     menu.exec(globalPos);
 }
 
@@ -157,6 +167,18 @@ bool MainWindow::paneEvent(QPlainTextEdit* pane, QEvent* event)
                    ushort(key->count()));
     QCoreApplication::sendEvent(m_server, &copy);
     return true;
+}
+
+void MainWindow::takeSelections()
+{
+    const auto take = [](QPlainTextEdit* view, TextPane& pane) {
+        const QTextCursor c = view->textCursor();
+        const int from = TypingBinder::panePosition(pane.text(), c.selectionStart());
+        const int to = TypingBinder::panePosition(pane.text(), c.selectionEnd());
+        pane.setSelection(from, to - from);
+    };
+    take(m_server, m_frm.model().txtServer);
+    take(m_client, m_frm.model().txtClient(m_frm.session().sIdx));
 }
 
 void MainWindow::mnuCopy_Click()
@@ -276,6 +298,31 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuURLHistory:
         showUrlHistory();
+        break;
+    case Control::mnuSpeak:
+        takeSelections();
+        m_frm.speech().mnuSpeak_Click();
+        break;
+    case Control::popsSpeak:
+        takeSelections();
+        m_frm.speech().popsSpeak_Click();
+        break;
+    case Control::popcSpeak:
+        takeSelections();
+        m_frm.speech().popcSpeak_Click();
+        break;
+    case Control::mnuMute:
+    case Control::Toolbar1_16:
+        m_frm.speech().mnuMute_Click();
+        // The check marks are the speech state's, not the click's.
+        refreshControl(Control::mnuMute);
+        refreshControl(Control::Toolbar1_16);
+        break;
+    case Control::mnuVolUp:
+        m_frm.speech().mnuVolumeUp_Click();
+        break;
+    case Control::mnuVolDown:
+        m_frm.speech().mnuVolumeDown_Click();
         break;
     case Control::mnuMsg1:
     case Control::mnuMsg2:

@@ -7,6 +7,7 @@
 #include "connection/Connection.h"
 #include "core/CopyLock.h"
 #include "media/Sound.h"
+#include "media/Speech.h"
 #include "wire/LiveTyping.h"
 #include "wire/PresetMessages.h"
 #include "core/IniStore.h"
@@ -172,6 +173,7 @@ void FrmMain::Init()
     }
     m_tTimer2.setInterval(interval);
     m_tTimer2.start();
+    speech().readMuteState();
     Q_EMIT ctx().initialized();
 }
 
@@ -192,6 +194,7 @@ void FrmMain::aftOptSet()
     ctx().rings.Ring4 = ctx().setting(QStringLiteral("Ring4"));
     ctx().rings.Ring5 = ctx().setting(QStringLiteral("Ring5"));
     typing().sentSetting();
+    speech().SendSpeakerSetting();
 }
 
 bool FrmMain::Form_QueryUnload(bool fromUser)

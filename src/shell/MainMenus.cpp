@@ -7,6 +7,7 @@
 #include "core/MainModel.h"
 #include "shell/FrmMain.h"
 #include "shell/Icons.h"
+#include "media/Speech.h"
 
 #include <QAction>
 #include <QMenu>
@@ -111,6 +112,9 @@ void MainWindow::buildMenus()
     for (Control c : {Control::mnuViewontop, Control::mnuMute, Control::mnuSecurity, Control::mnuOverride,
                       Control::mnuAutoCheck})
         action(c)->setCheckable(true);
+    // The Voice menu's entries follow the panes and the mute state as it opens.
+    if (auto* voice = menuBar()->findChild<QMenu*>(controlName(Control::mnuVoice)))
+        connect(voice, &QMenu::aboutToShow, this, [this] { m_frm.speech().mnuVoice_Click(); });
 }
 
 void MainWindow::buildToolbar()
@@ -145,8 +149,8 @@ void MainWindow::buildToolbar()
         const QString tip = m_frm.ctx().translate(QLatin1String(buttons[i].tip));
         QAction* a = bindAction(bar->addAction(buttons[i].icon, tip), toolbarButton(i + 1));
         a->setToolTip(tip);
-        if (i == 12)
-            a->setCheckable(true);  // Override: down while on
+        if (i == 12 || i == 15)
+            a->setCheckable(true);  // Override and Mute: down while on
         if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
             bar->addSeparator();
     }

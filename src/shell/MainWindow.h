@@ -85,6 +85,8 @@ private:
     void onTriggered(Control c);
     // The selection of the pane last worked in, else of the other pane.
     QString selectedText() const;
+    // The widgets' selections into the pane models, for the speak entries.
+    void takeSelections();
     std::optional<qint64> chooseColour(qint64 current, const QString& title);
     bool paneEvent(QPlainTextEdit* pane, QEvent* event);
     void showTips();

@@ -195,9 +195,9 @@ bool Receiver::speakerSetStage(Pass& pass)
     bool closed = false;
     const QString inner =
         pass.takeWrapped(wire::kSpeakerSetOpen, wire::kSpeakerSetClose, &closed);
-    // What was set before stays when the fields are not whole; a frame cut
-    // short by the read is no failure and is not taken either.
-    if (closed && checkSpeakerSetting(inner))
+    // A frame cut short by the read is no failure and is not taken: the
+    // voice as it was set before stays.
+    if (closed)
         Q_EMIT speakerSettingReceived(inner);
     m_faults.reportStage(QStringLiteral("SPKSET "));
     return true;
@@ -208,7 +208,7 @@ bool Receiver::speakStage(Pass& pass)
     if (!pass.startsWith(wire::kSpeakOpen))
         return true;
     const QString inner = pass.takeWrapped(wire::kSpeakOpen, wire::kSpeakClose);
-    Q_EMIT speakReceived(decipherInStage(inner));
+    Q_EMIT speakReceived(decipherInStage(inner), false);
     m_faults.reportStage(QStringLiteral("SPK "));
     return true;
 }

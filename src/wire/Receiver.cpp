@@ -19,7 +19,6 @@
 #include "wire/LiveTyping.h"
 #include "wire/RemotePane.h"
 
-#include <cstring>
 
 namespace vonnel {
 
@@ -221,7 +220,7 @@ QString Receiver::cControlCheck(QString& data)
     if (data.startsWith(wire::text(wire::kSpeakOpen))) {
         const QString inner = getBetween(data, wire::text(wire::kSpeakOpen), wire::text(wire::kSpeakClose));
         data = stripThrough(data, wire::text(wire::kSpeakClose));
-        Q_EMIT speakReceived(decipherInStage(inner));
+        Q_EMIT speakReceived(decipherInStage(inner), true);
         m_faults.reportStage(QStringLiteral("NEW SPK "));
     }
     if (data.startsWith(wire::text(wire::kMessageOpen))) {
@@ -339,31 +338,6 @@ QString Receiver::decipherInStage(const QString& inner)
     if (!error.isEmpty())
         m_faults.raise(fault::kInvalidCall, error);
     return plain;
-}
-
-bool Receiver::checkSpeakerSetting(const QString& fields)
-{
-    static const char* const kTags[] = {"L", "PN", "E", "N", "S", "P"};
-    for (const char* tag : kTags) {
-        const QString open = QStringLiteral("<%1>").arg(QLatin1String(tag));
-        const QString close = QStringLiteral("</%1>").arg(QLatin1String(tag));
-        const qsizetype a = fields.indexOf(open);
-        const qsizetype b = a < 0 ? -1 : fields.indexOf(close, a + open.size());
-        if (b < 0) {
-            m_faults.raise(fault::kInvalidCall,
-                           QStringLiteral("The speech settings lack the field ") + open);
-            return false;
-        }
-        const bool number = std::strchr("LSP", tag[0]) && tag[1] == '\0';
-        bool ok = true;
-        if (number)
-            fields.mid(a + open.size(), b - a - open.size()).trimmed().toInt(&ok);
-        if (!ok) {
-            m_faults.raise(fault::kTypeMismatch, QStringLiteral("Type mismatch"));
-            return false;
-        }
-    }
-    return true;
 }
 
 QString Receiver::remoteName() const

@@ -127,8 +127,10 @@ Q_SIGNALS:
     void webCheck(const QString& address);
     // "<SPKSET> ": the peer's speech settings.
     void speakerSettingReceived(const QString& fields);
-    // "<SPK> ": a line to speak, deciphered.
-    void speakReceived(const QString& line);
+    // "<SPK> ": a line to speak, deciphered. behindControlCode: taken in
+    // cControlCheck, right behind a "^" code, rather than by its own stage;
+    // the two paths speak it a little differently.
+    void speakReceived(const QString& line, bool behindControlCode);
     // A board message, by its head ("&&fc", "&&st", ...), with its fields
     // (points as "x,y"; a chat line or label already deciphered).
     void boardMessage(const QString& head, const QStringList& fields);
@@ -169,9 +171,6 @@ private:
     // Deciphers the inner text of a stage's frame; a cipher text that
     // cannot be taken apart is the stage's failure, not a box of its own.
     QString decipherInStage(const QString& inner);
-    // The fields of "<SPKSET> ": a failure is noted when a tag is missing
-    // or a number field holds no number. Returns whether they are whole.
-    bool checkSpeakerSetting(const QString& fields);
     void answerRefresh();
     void remoteShutDown();
     void refreshLengths();

@@ -38,21 +38,24 @@ const QByteArray kVersion = QStringLiteral("!ver. Vonnel %1.%2.%3 ver!")
                                 .toLatin1();
 
 // A session opens with the version frame; the look of the pane follows it
-// ("^ff" ... "^>"). Reads both and returns them.
+// ("^ff" ... "^>"), then the speaker's voice ("<SPKSET> " ... " </SPKSET>").
+// Reads them and returns them.
 inline QByteArray readOpening(QTcpSocket& peer)
 {
     QByteArray got;
     waitUntil([&] {
         got += peer.readAll();
-        return got.size() > kVersion.size() && got.endsWith("^>");
+        return got.size() > kVersion.size() && got.endsWith(" </SPKSET>");
     }, 3000);
     return got;
 }
 
-inline bool opensWithVersionThenFormat(const QByteArray& got)
+inline bool opensWithVersionFormatAndVoice(const QByteArray& got)
 {
-    return got.startsWith(kVersion) && got.mid(kVersion.size()).startsWith("^ff") &&
-           got.endsWith("^>");
+    const qsizetype format = kVersion.size();
+    const qsizetype voice = got.indexOf("^><SPKSET> ", format);
+    return got.startsWith(kVersion) && got.mid(format).startsWith("^ff") && voice > format &&
+           got.indexOf(" </SPKSET>") == got.size() - 10;
 }
 
 

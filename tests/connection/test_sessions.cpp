@@ -57,7 +57,7 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     EXPECT_FALSE(f.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(a.rings, QStringList{"connect.wav"});
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
-    EXPECT_TRUE(opensWithVersionThenFormat(readOpening(*peer)));
+    EXPECT_TRUE(opensWithVersionFormatAndVoice(readOpening(*peer)));
 
     // The caller ends it: "^SD", the code-7 byte, then the close.
     bool closed = false;
@@ -325,7 +325,7 @@ TEST(WhiteList, OnlyListedCallersGoByAutoAccept)
         b.copy.prompter().addAnswers({"Yes"});
         QTcpSocket peer;
         peer.connectToHost(QHostAddress::LocalHost, b.copy.port());
-        EXPECT_TRUE(opensWithVersionThenFormat(readOpening(peer))) << c.entry;
+        EXPECT_TRUE(opensWithVersionFormatAndVoice(readOpening(peer))) << c.entry;
         EXPECT_EQ(b.copy.prompter().asked("Do you accept connection"), c.prompted) << c.entry;
         EXPECT_TRUE(b.copy.frm().session().IsConnected());
     }

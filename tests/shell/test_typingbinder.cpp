@@ -48,7 +48,7 @@ TEST(TypingBinder, KeyEventsDriveTheModelAndTheWidgetShowsIt)
 
     const QByteArray keyFrames = "<KEY> h <:KEY>1</KEY><KEY> i <:KEY>2</KEY>";
     const QByteArray got = t.wire();
-    EXPECT_TRUE(got.startsWith(kPresetFormat + keyFrames)) << got.toStdString();
+    EXPECT_TRUE(got.startsWith(kPresetSettings + keyFrames)) << got.toStdString();
     EXPECT_TRUE(got.endsWith("^BK2#BK"));
 }
 

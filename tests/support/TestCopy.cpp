@@ -21,6 +21,14 @@ QString presetPath()
     return QStringLiteral(VONNEL_SOURCE_DIR "/dist/vonnel.ini.preset");
 }
 
+QList<SpeechVoice> testVoices()
+{
+    return {{QStringLiteral("flite"), QStringLiteral("en_GB"), QStringLiteral("awb")},
+            {QStringLiteral("flite"), QStringLiteral("en_US"), QStringLiteral("kal")},
+            {QStringLiteral("flite"), QStringLiteral("en_US"), QStringLiteral("slt")},
+            {QStringLiteral("speechd"), QStringLiteral("de_DE"), QStringLiteral("male1")}};
+}
+
 quint16 freePort()
 {
     // Ports are handed out apart from each other, so a copy that moves to
@@ -96,7 +104,7 @@ void pump(int ms)
 }
 
 TestCopy::TestCopy(quint16 port, const QList<QPair<QString, QString>>& settings)
-    : m_port(port ? port : freePort())
+    : m_port(port ? port : freePort()), m_speech(testVoices())
 {
     m_appPath = m_dir.path() + QLatin1Char('/');
     QFile::copy(presetPath(), file(QStringLiteral("vonnel.ini")));
@@ -142,6 +150,7 @@ bool TestCopy::start(const QString& commandLine)
     env.pinger = &m_pinger;
     env.ownAddresses = &m_own;
     env.audio = &m_audio;
+    env.speech = m_speechInUse;
     env.screenSaver = &m_screenSaver;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);

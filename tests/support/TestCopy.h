@@ -13,6 +13,7 @@
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
 #include "platform/ScriptedPrompter.h"
+#include "platform/SpeechEngine.h"
 #include "shell/FrmMain.h"
 #include "core/Views.h"
 
@@ -89,6 +90,10 @@ public:
     // The copy's own networks: 127.0.0.1 unless a test sets others.
     FixedOwnAddresses& ownAddresses() { return m_own; }
     RecordingAudioPlayer& audio() { return m_audio; }
+    // Offers the voices of testVoices().
+    RecordingSpeechEngine& speech() { return m_speech; }
+    // Another engine in place of the recorder; before start.
+    void useSpeech(SpeechEngine* engine) { m_speechInUse = engine; }
     // Off until a test switches it on.
     FixedScreenSaver& screenSaver() { return m_screenSaver; }
 
@@ -104,10 +109,15 @@ private:
     LoopbackPinger m_pinger;
     FixedOwnAddresses m_own{{QStringLiteral("127.0.0.1")}};
     RecordingAudioPlayer m_audio;
+    RecordingSpeechEngine m_speech;
+    SpeechEngine* m_speechInUse = &m_speech;
     FixedScreenSaver m_screenSaver;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };
+
+// The voices a test copy's engine offers, in the engine's order.
+QList<SpeechVoice> testVoices();
 
 // The shipped preset configuration.
 QString presetPath();

@@ -40,5 +40,11 @@ public:
 
 // The format message of the shipped settings.
 inline const QByteArray kPresetFormat = "^ffDejaVu Sans^fbFalse^fiFalse^fs11^fc0^bc16777215^>";
+// The speaker's voice of a test copy with the shipped settings: the first
+// of testVoices() at normal speed and pitch. It follows the format wherever
+// that goes out.
+inline const QByteArray kPresetVoice =
+    "<SPKSET> <L>2057</L><PN>flite</PN><E>flite</E><N>awb</N><S>200</S><P>150</P> </SPKSET>";
+inline const QByteArray kPresetSettings = kPresetFormat + kPresetVoice;
 
 }  // namespace vonnel::test

@@ -83,11 +83,15 @@ TEST_P(StageBox, TheBrokenFrameGivesItsStagesBoxAndTheTextBehindItStillShows)
 INSTANTIATE_TEST_SUITE_P(
     Receive, StageBox,
     ::testing::Values(
+        // The voice's own conversion says these, not the receive stage.
         BoxCase{"SpeedIsNoNumber", false,
                 "<SPKSET> <L>1033</L><PN>x</PN><E>e</E><N>m</N><S>fast</S><P>0</P> </SPKSET>",
-                "SPKSET 13 Type mismatch"},
+                "SAVESPKSET 13 Type mismatch"},
         BoxCase{"SettingsLackAField", false, "<SPKSET> <L>1033</L> </SPKSET>",
-                "SPKSET 5 The speech settings lack the field <PN>"},
+                "SAVESPKSET 13 Type mismatch"},
+        BoxCase{"PitchBeyond32Bits", false,
+                "<SPKSET> <L>1033</L><PN>x</PN><E>e</E><N>m</N><S>0</S><P>99999999999</P> </SPKSET>",
+                "SAVESPKSET 6 Overflow"},
         BoxCase{"SpokenLineCut", true, "<SPK> abc </SPK>", "SPK 5 " + kCut},
         BoxCase{"RecordLineCut", true, "<MSG> abc </MSG>", "MSG 5 " + kCut},
         BoxCase{"SpokenLineBehindControlCode", true, "^Clr<SPK> abc </SPK>",

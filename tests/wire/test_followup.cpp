@@ -18,7 +18,7 @@ namespace {
 
 QByteArray wholeText(const QByteArray& text)
 {
-    return "^Clr" + kPresetFormat + "<Paste> " + text + "</Paste>";
+    return "^Clr" + kPresetSettings + "<Paste> " + text + "</Paste>";
 }
 
 struct EditCase {

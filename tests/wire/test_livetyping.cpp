@@ -33,7 +33,7 @@ TEST(LiveTypingWire, SessionOfTypingReturnBackspacePasteAndClear)
     FrmMain& f = t.frm();
 
     t.typing().typeText("hello world");
-    QByteArray expected = kPresetFormat;
+    QByteArray expected = kPresetSettings;
     int n = 0;
     for (char c : QByteArray("hello world")) {
         ++n;
@@ -73,6 +73,7 @@ TEST(LiveTypingWire, SpeechLineIsLeftOutWhenDisabled)
 {
     TypingPeer t(Settings{{"Disable Auto TTS Signal", "1"}});
     t.typing().typeText("ab\r");
+    // The voice stays at home too.
     const QByteArray expected =
         kPresetFormat + key('a', 1) + key('b', 2) + "^RETURN2#RETURN<MSG> ab </MSG>" + emptyKey(4);
     EXPECT_EQ(t.wire(expected.size()), expected);
@@ -85,7 +86,7 @@ TEST(LiveTypingWire, FirstKeyUnderEncryptionSendsTheKeyFrameOnce)
     f.encryption().encryptOn = true;
     f.encryption().sessionKey = "10:15 AM";
     t.typing().typeText("h");
-    const QByteArray expected = "tt:=10:15 AM=:tt" + kPresetFormat + "<KEY> " +
+    const QByteArray expected = "tt:=10:15 AM=:tt" + kPresetSettings + "<KEY> " +
                                 toCp1252(f.encryption().encipher("h")) + " <:KEY>1</KEY>";
     EXPECT_EQ(t.wire(expected.size()), expected);
     EXPECT_TRUE(t.typing().keySent);
@@ -103,7 +104,7 @@ TEST(LiveTypingWire, FormatGoesOutAgainWheneverThePaneIsEmptyWithoutKeyFrame)
     t.typing().typeText("a\b");
     t.wire();
     t.typing().typeText("b");
-    EXPECT_EQ(t.wire(), kPresetFormat + key('b', 1));
+    EXPECT_EQ(t.wire(), kPresetSettings + key('b', 1));
 }
 
 // Key events in the order of a keyboard where releases lag behind presses.
@@ -143,7 +144,7 @@ TEST(LiveTypingWire, KeysBeforeOneReleaseGoOutInOrder)
         SCOPED_TRACE(c.name);
         TypingPeer t;
         t.typing().typeText("q\b");  // the format is out of the way
-        t.wire(kPresetFormat.size() + 20);
+        t.wire(kPresetSettings.size() + 20);
         t.frm().model().txtServer.clear();
         for (const KeyStep& s : c.steps) {
             if (s.kind == KeyStep::Press)
@@ -152,7 +153,7 @@ TEST(LiveTypingWire, KeysBeforeOneReleaseGoOutInOrder)
                 t.typing().keyboardRelease(s.code, 0);
         }
         // A key on the empty pane brings the format again.
-        const QByteArray got = t.wire(c.wire.size()).replace(kPresetFormat, "");
+        const QByteArray got = t.wire(c.wire.size()).replace(kPresetSettings, "");
         EXPECT_EQ(got, c.wire);
         EXPECT_EQ(t.frm().model().txtServer.text(), c.pane);
         EXPECT_EQ(t.typing().PressCount, 0);
@@ -165,7 +166,7 @@ TEST(LiveTypingWire, SingleKeysDeleteTabAndEsc)
     TypingPeer t;
     FrmMain& f = t.frm();
     t.typing().typeText("\b");  // Backspace on the empty pane
-    EXPECT_EQ(t.wire(), kPresetFormat + "^BK0#BK");
+    EXPECT_EQ(t.wire(), kPresetSettings + "^BK0#BK");
 
     t.typing().typeText("ab\r\ncd");
     t.wire(60);
@@ -200,21 +201,21 @@ TEST(LiveTypingWire, TypingInTheMiddleGoesInThereAndTheWholeTextFollows)
     t.typing().typeText("d");
     EXPECT_EQ(f.model().txtServer.text(), "adbc");
     EXPECT_EQ(f.model().txtServer.selStart(), 2);
-    EXPECT_EQ(t.wire(), key('d', 4) + "^Clr" + kPresetFormat + "<Paste> adbc</Paste>");
+    EXPECT_EQ(t.wire(), key('d', 4) + "^Clr" + kPresetSettings + "<Paste> adbc</Paste>");
 }
 
 TEST(LiveTypingWire, HeldKeyAtTheBoundWarnsAndSendsNothing)
 {
     TypingPeer t;
     t.typing().typeText("q\b");
-    t.wire(kPresetFormat.size() + 20);
+    t.wire(kPresetSettings.size() + 20);
     t.frm().model().txtServer.clear();
     for (int i = 0; i < LiveTyping::kPressedKeysBound; ++i)
         t.typing().keyboardPress('Z', 0, "z");
     t.typing().keyboardRelease('Z', 0);
     EXPECT_EQ(t.copy.prompter().count("limit of sending the same character: 4900"), 1);
     EXPECT_EQ(t.frm().model().txtServer.length(), LiveTyping::kPressedKeysBound);
-    EXPECT_EQ(t.wire().replace(kPresetFormat, ""), "");
+    EXPECT_EQ(t.wire().replace(kPresetSettings, ""), "");
 }
 
 TEST(LiveTypingWire, DoubleByteRules)

@@ -223,7 +223,7 @@ TEST_F(Receive, RepairsAreCountedPerSession)
     EXPECT_FALSE(rp.repairPending()) << "the ceiling is reached";
 }
 
-TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
+TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookAndVoiceBetweenClearAndText)
 {
     TestCopy copy;
     ASSERT_TRUE(copy.start());
@@ -235,7 +235,9 @@ TEST(ReceiveWithTyping, RefreshAnswerSendsThePanesLookBetweenClearAndText)
     QByteArray got;
     waitUntil([&] { got += peer.readAll(); return got.endsWith("</Paste>"); });
     EXPECT_TRUE(got.startsWith("^Clr^ff")) << got.constData();
-    EXPECT_TRUE(got.endsWith("^><Paste> hi</Paste>")) << got.constData();
+    // The voice follows the look, before the text.
+    EXPECT_TRUE(got.contains("^><SPKSET> <L>")) << got.constData();
+    EXPECT_TRUE(got.endsWith(" </SPKSET><Paste> hi</Paste>")) << got.constData();
 }
 
 TEST_F(Receive, RefreshIsAnsweredWithClearAndTheWholeText)
@@ -333,6 +335,11 @@ TEST_F(Receive, FeatureMessagesReachTheirSignals)
     EXPECT_EQ(spkset[0][0].toString(), voice);
     ASSERT_EQ(speak.count(), 1);
     EXPECT_EQ(speak[0][0].toString(), "say this");
+    EXPECT_FALSE(speak[0][1].toBool()) << "taken by its own stage";
+    arrive("^Clr<SPK> and this </SPK>");
+    ASSERT_EQ(speak.count(), 2);
+    EXPECT_EQ(speak[1][0].toString(), "and this");
+    EXPECT_TRUE(speak[1][1].toBool()) << "taken behind a control code";
 
     arrive("&&font Arial$10.5$True$False$False$True$&&sp3,4$&&ep-5,6$&&<#> hi there <#>&&");
     EXPECT_EQ(r().board().fontName, " Arial");

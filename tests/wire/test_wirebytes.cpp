@@ -2,7 +2,9 @@
 // fixed: peers that follow the sending rules rely on every one of them.
 // A fixed typing script is played against a raw peer and what arrives is
 // compared with the recorded stream in tests/wire/data/. The recording was
-// made before the live text was reworked; it must never change.
+// made before the live text was reworked, and recorded again only when the
+// speaker's voice came to follow the format message; it must not change
+// otherwise.
 //
 // To record again (only when the sending rules themselves change), run with
 // VONNEL_RECORD_WIRE=1 and review the diff by hand.
@@ -29,7 +31,8 @@ QString dataPath(const char* name)
 // printable range and the backslash as \xNN.
 QByteArray escapeStream(const QByteArray& bytes)
 {
-    static const QList<QByteArray> heads = {"<KEY> ", "^", "<Paste> ", "<MSG> ", "<SPK> ", "tt:="};
+    static const QList<QByteArray> heads = {"<KEY> ", "^", "<Paste> ", "<MSG> ", "<SPK> ",
+                                           "<SPKSET> ", "tt:="};
     QByteArray out;
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         if (i > 0 && !out.endsWith('\n')) {
