@@ -4,6 +4,7 @@
 #include "connection/Connection.h"
 #include "connection/PropertyDialog.h"
 #include "connection/Session.h"
+#include "board/Scrivet.h"
 #include "core/CopyLock.h"
 #include "core/Cp1252.h"
 #include "core/Sender.h"
@@ -43,6 +44,7 @@ struct FrmMain::Parts {
           receiver(ctx, model, session, sender, cipher, connection),
           typing(ctx, model, session, sender, cipher, receiver),
           transfer(ctx, model, session, sender, receiver),
+          scrivet(ctx, model, session, sender, cipher, transfer),
           sound(ctx),
           rings(ctx, model, session, sender, receiver, transfer, sound),
           presets(ctx, model.controls, typing),
@@ -58,6 +60,7 @@ struct FrmMain::Parts {
     Receiver receiver;
     LiveTyping typing;
     Transfer transfer;
+    Scrivet scrivet;
     Sound sound;
     RingExchange rings;
     PresetMessages presets;
@@ -88,6 +91,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         return p.transfer.cSendFileCheck(data, bytes);
     };
     p.receiver.frameArrival = [&p](QByteArray& bytes) { return p.transfer.dataFrame(bytes, 0); };
+    p.receiver.cDrawcheck = [&p](QString& data) { return p.scrivet.cDrawcheck(data); };
     p.receiver.joinArrival = [&p](const QByteArray& bytes, QList<QByteArray>& parts) {
         return p.transfer.joinArrival(bytes, parts);
     };
@@ -142,6 +146,10 @@ void FrmMain::wireLinks()
         QString text = address;
         p.links->webCheck(text);
     });
+    connect(&p.scrivet, &Scrivet::webCheck, this, [&p](const QString& line) {
+        QString text = line;
+        p.links->webCheck(text);
+    });
 }
 
 FrmMain::~FrmMain() = default;
@@ -154,6 +162,7 @@ Encryption& FrmMain::encryption() const { return m_parts->cipher; }
 Connection& FrmMain::connection() const { return m_parts->connection; }
 Receiver& FrmMain::receiver() const { return m_parts->receiver; }
 LiveTyping& FrmMain::typing() const { return m_parts->typing; }
+Scrivet& FrmMain::scrivet() const { return m_parts->scrivet; }
 Transfer& FrmMain::transfer() const { return m_parts->transfer; }
 SessionRecords& FrmMain::records() const { return *m_parts->records; }
 Sound& FrmMain::sound() const { return m_parts->sound; }

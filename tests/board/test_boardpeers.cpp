@@ -1,0 +1,201 @@
+// Two copies on one board over loopback, and a raw peer drawing into a
+// copy: what one side does, the other has as the same objects, under the
+// same numbers, painted to the same pixels.
+
+#include "board/BoardPaint.h"
+#include "board/BoardSave.h"
+#include "board/Scrivet.h"
+#include "core/CopyContext.h"
+#include "shell/CommandControl.h"
+#include "support/Session.h"
+#include "transfer/Transfer.h"
+
+#include <QFile>
+#include <QTcpSocket>
+#include <gtest/gtest.h>
+
+namespace vonnel::test {
+namespace {
+
+bool sameItems(const Board& x, const Board& y, QString* why)
+{
+    if (x.items().size() != y.items().size()) {
+        *why = QString("%1 objects against %2").arg(x.items().size()).arg(y.items().size());
+        return false;
+    }
+    for (qsizetype i = 0; i < x.items().size(); ++i) {
+        const BoardItem& a = x.items()[i];
+        const BoardItem& b = y.items()[i];
+        const bool same = a.kind == b.kind && a.visible == b.visible && a.number == b.number &&
+                          a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2 &&
+                          a.pen == b.pen && a.colour == b.colour &&
+                          (a.kind != ItemKind::Label || !a.visible ||
+                           x.labelText(a).text == y.labelText(b).text);
+        if (!same) {
+            *why = QString("object %1 differs").arg(i);
+            return false;
+        }
+    }
+    return true;
+}
+
+class BoardPeers : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        for (TestCopy* c : {&a, &b})
+            c->set("DrawingBoard - Thickness", "2");
+        ASSERT_TRUE(a.start());
+        ASSERT_TRUE(b.start());
+        ASSERT_TRUE(connectCopies(a, b));
+    }
+    Scrivet& sa() { return a.frm().scrivet(); }
+    Scrivet& sb() { return b.frm().scrivet(); }
+    // Waits until b holds what a holds.
+    void expectSame(const char* step)
+    {
+        QString why;
+        waitUntil([&] { return sameItems(sa().board(), sb().board(), &why); }, 5000);
+        ASSERT_TRUE(sameItems(sa().board(), sb().board(), &why)) << step << ": " << why.toStdString();
+        const Board& x = sa().board();
+        const Board& y = sb().board();
+        EXPECT_EQ(x.labelCount, y.labelCount) << step;
+        EXPECT_EQ(x.shapeCount, y.shapeCount) << step;
+        EXPECT_EQ(x.lineCount, y.lineCount) << step;
+        EXPECT_EQ(x.eraseCount, y.eraseCount) << step;
+        EXPECT_EQ(x.imageCount, y.imageCount) << step;
+        EXPECT_EQ(x.backColor(), y.backColor()) << step;
+        EXPECT_TRUE(BoardPaint::render(x) == BoardPaint::render(y)) << step;
+    }
+    void drag(BoardTool tool, QPoint from, QPoint to)
+    {
+        sa().selectTool(tool);
+        sa().mouseMove(from.x(), from.y(), false);
+        sa().mouseDown(from.x(), from.y());
+        sa().mouseMove((from.x() + to.x()) / 2, (from.y() + to.y()) / 2, true);
+        sa().mouseMove(to.x() - 15, to.y(), true);
+        sa().mouseUp(to.x(), to.y());
+    }
+    TestCopy a, b;
+};
+
+TEST_F(BoardPeers, EveryKindOfObjectArrivesTheSame)
+{
+    sa().mnuDraw_Click();
+    ASSERT_TRUE(waitUntil([&] { return sb().isOpen(); }));
+    EXPECT_TRUE(sa().isOpen());
+    EXPECT_EQ(b.frm().transfer().transferMode, "Scrivet");
+
+    drag(BoardTool::Draw, {150, 150}, {900, 600});
+    expectSame("stroke");
+    EXPECT_EQ(sb().board().shapeCount, 4) << "press, two moves and the release";
+    drag(BoardTool::Rect, {1500, 1500}, {3000, 2400});
+    expectSame("rectangle");
+    drag(BoardTool::Circle, {4500, 1500}, {3600, 3000});
+    expectSame("circle");
+    sa().setForeColour(0x0000FF);
+    drag(BoardTool::Line, {300, 4500}, {6000, 3000});
+    expectSame("line");
+    EXPECT_EQ(sb().board().items().last().colour, qRgb(255, 0, 0));
+
+    a.prompter().addAnswers({"text:first label", "text:second label"});
+    drag(BoardTool::Text, {4500, 600}, {4500, 600});
+    drag(BoardTool::Text, {6000, 600}, {6000, 600});
+    expectSame("labels");
+    ASSERT_NE(sb().board().label(2), nullptr);
+    EXPECT_EQ(sb().board().labelText(*sb().board().label(2)).text, "second label");
+
+    sa().cmdUndo_Click();
+    expectSame("undo");
+    EXPECT_EQ(sb().board().label(2), nullptr);
+    EXPECT_TRUE(sb().board().labelErased(2));
+
+    drag(BoardTool::Erase, {1500, 1500}, {2400, 1500});
+    expectSame("erase trail");
+    EXPECT_EQ(sb().board().eraseCount, 3) << "press and two moves; the release adds none";
+
+    sa().setBackColour(0x00FFFF);
+    expectSame("background");
+    EXPECT_EQ(sb().board().backColor(), 0x00FFFF);
+
+    sa().mnuEraseAll_Click();
+    expectSame("erase all");
+    EXPECT_TRUE(sb().board().items().isEmpty());
+}
+
+TEST_F(BoardPeers, ChatStripAndClosingOnBothSides)
+{
+    a.frm().commands().runCommand("Cmd Scrivet");
+    ASSERT_TRUE(waitUntil([&] { return sb().isOpen(); }));
+    sa().cmdSendText_Click("hello board");
+    ASSERT_TRUE(waitUntil([&] { return sb().txtClient == "hello board"; }));
+    EXPECT_EQ(sb().txtClientHist, "hello board\r\n");
+    sa().cmdSendText_Click("set transparent on");
+    EXPECT_TRUE(sa().seeThrough);
+
+    sb().board().drawPoint(1, 1, 0, 1);
+    sa().cmdCloseDraw_Click();
+    ASSERT_TRUE(waitUntil([&] { return !sb().isOpen(); }));
+    EXPECT_EQ(sb().txtClient, "<Close>");
+    EXPECT_TRUE(sb().board().items().isEmpty());
+    EXPECT_EQ(b.frm().transfer().transferMode, "Vonnel");
+    EXPECT_EQ(a.frm().transfer().transferMode, "Vonnel");
+    EXPECT_EQ(a.get("DrawingBoard - Thickness"), "2");
+}
+
+TEST(BoardRawPeer, DrawingIntoACopyThenSavingIt)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    Scrivet& s = copy.frm().scrivet();
+
+    // A picture waiting under the name the transfer gives it.
+    QImage pic(30, 20, QImage::Format_RGB32);
+    pic.fill(Qt::green);
+    ASSERT_TRUE(pic.save(copy.file("captscr.jpg"), "jpg", 85));
+
+    peer.write("&& Scrivet Request &&");
+    ASSERT_TRUE(waitUntil([&] { return s.isOpen(); }));
+    // The ready reset went out for the peer's tests 3 and 4.
+    const QByteArray answer = readFor(peer, 300);
+    EXPECT_TRUE(answer.contains("&&!NotReady!&&")) << answer.constData();
+    EXPECT_TRUE(answer.contains("&&!Ready!&&"));
+
+    peer.write("&&fc255$&&lt1$&&st1500,1500$1515,1500$%");
+    peer.write("&&sp3000,1500$&&ep4500,3000$&&rec$");
+    peer.write("&&sp6000,3000$&&ep7500,4500$&&showPic$");
+    ASSERT_TRUE(waitUntil([&] { return s.board().imageCount == 1; }));
+    EXPECT_EQ(s.board().shapeCount, 3);
+
+    copy.prompter().addAnswers({"file:" + copy.file("saved")});
+    const QString saved = cmdSave_Click(copy.frm().ctx(), s.board());
+    ASSERT_EQ(saved, copy.file("saved.jpg")) << "the first filter's ending is added";
+    copy.prompter().addAnswers({"file:" + copy.file("saved.bmp")});
+    copy.frm().commands().runCommand("cmd saveboard");
+    ASSERT_TRUE(QFile::exists(copy.file("saved.bmp")));
+    const QImage img(copy.file("saved.bmp"));
+    ASSERT_GE(img.width(), 600);
+    ASSERT_GE(img.height(), 400);
+    EXPECT_EQ(img.pixel(101, 101), qRgb(255, 0, 0)) << "the dot at 1500,1500 twips";
+    EXPECT_EQ(img.pixel(200, 150), qRgb(255, 0, 0)) << "the rectangle's left edge";
+    const QColor inPicture = img.pixelColor(450, 250);
+    EXPECT_GT(inPicture.green(), 200);
+    EXPECT_LT(inPicture.red(), 60);
+
+    // Saving over a file asks first.
+    copy.prompter().addAnswers({"file:" + copy.file("saved.bmp"), "no"});
+    EXPECT_EQ(cmdSave_Click(copy.frm().ctx(), s.board()), "");
+    EXPECT_TRUE(copy.prompter().asked("is already exist."));
+
+    // A wrong field: the error tail, and the copy goes on reading.
+    copy.prompter().clearRecords();
+    peer.write("&&sp99999,1$");
+    ASSERT_TRUE(waitUntil([&] { return copy.prompter().asked("DrawCheck Protocol Error"); }));
+    peer.write("&&eee$");
+    EXPECT_TRUE(waitUntil([&] { return s.board().items().isEmpty(); }));
+}
+
+}  // namespace
+}  // namespace vonnel::test
