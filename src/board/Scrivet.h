@@ -10,7 +10,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QImage>
 #include <functional>
+#include <optional>
 
 namespace vonnel {
 
@@ -80,6 +82,24 @@ public:
     void mouseMove(int x, int y, bool leftDown);
     void mouseUp(int x, int y, bool rightButton = false);
 
+    // --- pictures ---------------------------------------------------------------------
+    // A picture waiting in frmTmp for the user's choice: the whole picture
+    // and the frame's size in pixels.
+    struct Preview {
+        QImage picture;
+        QString title;
+        QSize frame;
+    };
+    const std::optional<Preview>& preview() const { return m_preview; }
+    // The image tool at the release: frame, file, checks, then the preview.
+    void pictureRoutine(qint16 x, qint16 y);
+    // frmTmp's choice: the part at the frame's size from this point of the
+    // picture goes on the board; or nothing does.
+    void confirmPreview(QPoint at);
+    void cancelPreview();
+    // The chosen picture becomes an object, captscr.jpg and the peer's.
+    void PostCapture(const QImage& picture);
+
     // The peer's line on the board ("<Close>" once it has left) and the
     // histories of the strip.
     QString txtClient;
@@ -102,6 +122,8 @@ Q_SIGNALS:
     void undoVisible(bool visible);
     // The right button's menu: the erase menu, or the board's own.
     void popupRequested(bool eraseMenu);
+    // frmTmp is to show preview().
+    void previewRequested();
     // Buttons 7 and 8 (Capture, Image) follow the peer's ready state.
     void pictureToolsEnabled(bool enabled);
     void seeThroughChanged(bool on);
@@ -143,6 +165,8 @@ private:
     // A dot or an erase patch at the mouse, kept in the stroke.
     void markHere(const char* where);
     void textTool();
+    bool frameLargeEnough(qint16 x, qint16 y) const;
+    void writeFrameSize(qint16 x, qint16 y);
 
     CopyContext& m_ctx;
     MainModel& m_model;
@@ -156,6 +180,9 @@ private:
     QString m_caption;
     QString m_hint;
     bool m_shown = false;
+    std::optional<Preview> m_preview;
+    // The frame's end until the picture is placed (txtX, txtY).
+    qint16 m_txtX = 0, m_txtY = 0;
     QString m_sendingPicture = QStringLiteral("False");
 };
 

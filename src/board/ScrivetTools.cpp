@@ -153,7 +153,14 @@ void Scrivet::mouseUp(int x, int y, bool rightButton)
             m_board.drawLine(t.curX, t.curY, thick, m_board.lblForeColour, t.startX, t.startY);
             sendDrawData(text(kLine));
         }
-    } else if (t.toolCapture || t.toolImage) {
+    } else if (t.toolImage && !rightButton) {
+        // The frame stays up while the picture is chosen.
+        pictureRoutine(t.curX, t.curY);
+        if (!m_preview) {
+            t.band.reset();
+            Q_EMIT bandChanged();
+        }
+    } else if (t.toolCapture) {
         t.band.reset();
         Q_EMIT bandChanged();
     }

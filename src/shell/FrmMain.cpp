@@ -92,6 +92,8 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     };
     p.receiver.frameArrival = [&p](QByteArray& bytes) { return p.transfer.dataFrame(bytes, 0); };
     p.receiver.cDrawcheck = [&p](QString& data) { return p.scrivet.cDrawcheck(data); };
+    p.transfer.boardShown = [&p] { return p.scrivet.visible(); };
+    connect(&p.transfer, &Transfer::drawSendingLabel, &p.scrivet, &Scrivet::setSendingPicture);
     p.receiver.joinArrival = [&p](const QByteArray& bytes, QList<QByteArray>& parts) {
         return p.transfer.joinArrival(bytes, parts);
     };

@@ -118,6 +118,31 @@ TEST_F(BoardPeers, EveryKindOfObjectArrivesTheSame)
     expectSame("background");
     EXPECT_EQ(sb().board().backColor(), 0x00FFFF);
 
+    // A picture: the image tool's frame, a file, the preview's choice, then
+    // the transfer's picture branch and "&&showPic$" at the peer.
+    QImage file(200, 150, QImage::Format_RGB32);
+    for (int y = 0; y < file.height(); ++y)
+        for (int x = 0; x < file.width(); ++x)
+            file.setPixel(x, y, qRgb(x, y, 128));
+    ASSERT_TRUE(file.save(a.file("photo.jpg"), "jpg", 90));
+    a.prompter().addAnswers({"file:" + a.file("photo.jpg")});
+    drag(BoardTool::Image, {600, 5400}, {2100, 6600});
+    ASSERT_TRUE(sa().preview().has_value());
+    EXPECT_EQ(sa().preview()->frame, QSize(100, 80));
+    EXPECT_EQ(a.get("Capture Width"), "1500");
+    sa().confirmPreview({30, 40});
+    EXPECT_EQ(sa().board().imageCount, 1);
+    ASSERT_TRUE(waitUntil([&] {
+        const BoardItem* p = sb().board().pictureItem(1);
+        return p && p->visible;
+    }, 10000));
+    expectSame("picture");
+    const BoardItem* mine = sa().board().pictureItem(1);
+    const BoardItem* theirs = sb().board().pictureItem(1);
+    EXPECT_EQ(QRect(theirs->x1, theirs->y1, theirs->x2, theirs->y2), QRect(600, 5400, 1500, 1200));
+    EXPECT_TRUE(sa().board().picture(*mine) == sb().board().picture(*theirs));
+    EXPECT_EQ(sb().board().picture(*theirs).size(), QSize(100, 80));
+
     sa().mnuEraseAll_Click();
     expectSame("erase all");
     EXPECT_TRUE(sb().board().items().isEmpty());
