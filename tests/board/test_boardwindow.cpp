@@ -8,6 +8,7 @@
 #include "shell/MainWindow.h"
 #include "shell/dialogs/BoardSurface.h"
 #include "shell/dialogs/BoardWindow.h"
+#include "shell/dialogs/PreviewWindow.h"
 #include "support/Session.h"
 
 #include <QAction>
@@ -94,6 +95,28 @@ TEST(BoardWindow, DrawingOnOneWindowShowsOnTheOther)
     const BoardItem& rect = ba.items()[61];
     EXPECT_EQ(rect.kind, ItemKind::Rect);
     EXPECT_EQ(QRect(rect.x1, rect.y1, rect.x2, rect.y2), QRect(3000, 900, 1950, 1500));
+
+    // A picture through the image tool and frmTmp's double-click.
+    QImage photo(320, 240, QImage::Format_RGB32);
+    for (int y = 0; y < photo.height(); ++y)
+        for (int x = 0; x < photo.width(); ++x)
+            photo.setPixel(x, y, qRgb(x * 255 / 320, 120, y * 255 / 240));
+    ASSERT_TRUE(photo.save(a.file("photo.jpg"), "jpg", 90));
+    a.prompter().addAnswers({"file:" + a.file("photo.jpg")});
+    drag(w, BoardTool::Image, {540, 60}, {690, 170});
+    PreviewWindow* preview = w->previewWindow();
+    ASSERT_NE(preview, nullptr);
+    EXPECT_TRUE(preview->isVisible());
+    mouse(preview->picture1(), QEvent::MouseButtonPress, {40, 30});
+    mouse(preview->picture1(), QEvent::MouseButtonRelease, {40, 30});
+    preview->grab().save(QStringLiteral(VONNEL_BINARY_DIR "/frmTmp-part-chosen.png"));
+    mouse(preview->picture1(), QEvent::MouseButtonDblClick, {40, 30});
+    EXPECT_EQ(ba.imageCount, 1);
+    ASSERT_TRUE(waitUntil([&] {
+        const BoardItem* p = bb.pictureItem(1);
+        return p && p->visible;
+    }, 10000));
+    EXPECT_TRUE(ba.picture(*ba.pictureItem(1)) == bb.picture(*bb.pictureItem(1)));
 
     w->txtServer()->setText("look at the square");
     Q_EMIT w->txtServer()->returnPressed();

@@ -35,6 +35,19 @@ void BoardSurface::paintEvent(QPaintEvent*)
     p.drawImage(0, 0, m_raster.image(m_board.board()));
     if (const auto& band = m_board.tools().band)
         BoardPaint::paintItem(p, m_board.board(), *band);
+    if (m_cross) {
+        // 30 units to the left and above, 40 to the right and below.
+        const QRgb colour = boardColour(m_board.board().lblForeColour);
+        const int x = m_cross->x(), y = m_cross->y();
+        BoardPaint::paintItem(p, m_board.board(), Board::band(ItemKind::Line, x + 40, y, x - 30, y, 1, colour));
+        BoardPaint::paintItem(p, m_board.board(), Board::band(ItemKind::Line, x, y + 40, x, y - 30, 1, colour));
+    }
+}
+
+void BoardSurface::leaveEvent(QEvent*)
+{
+    m_cross.reset();
+    update();
 }
 
 void BoardSurface::mousePressEvent(QMouseEvent* e)
@@ -45,12 +58,16 @@ void BoardSurface::mousePressEvent(QMouseEvent* e)
 
 void BoardSurface::mouseMoveEvent(QMouseEvent* e)
 {
+    m_cross = QPoint(twips(e->position().x()), twips(e->position().y()));
+    update();
     m_board.mouseMove(twips(e->position().x()), twips(e->position().y()),
                       e->buttons() & Qt::LeftButton);
 }
 
 void BoardSurface::mouseReleaseEvent(QMouseEvent* e)
 {
+    m_cross.reset();
+    update();
     m_board.mouseUp(twips(e->position().x()), twips(e->position().y()),
                     e->button() == Qt::RightButton);
 }

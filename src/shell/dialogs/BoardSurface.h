@@ -5,6 +5,7 @@
 #include "board/BoardPaint.h"
 
 #include <QWidget>
+#include <optional>
 
 namespace vonnel {
 
@@ -23,10 +24,13 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
 private:
     Scrivet& m_board;
     BoardPaint m_raster;
+    // The crosshair's place in twips while the mouse is over the surface.
+    std::optional<QPoint> m_cross;
 };
 
 }  // namespace vonnel

@@ -3,8 +3,11 @@
 #include "board/BoardSave.h"
 #include "board/Scrivet.h"
 #include "core/CopyContext.h"
+#include "core/Twips.h"
+#include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "shell/dialogs/BoardSurface.h"
+#include "shell/dialogs/PreviewWindow.h"
 
 #include <QCloseEvent>
 #include <QColorDialog>
@@ -115,6 +118,12 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     layout->addLayout(strip);
     layout->addWidget(m_hint);
     resize(900, 720);
+    // Where the board stood last time, in twips.
+    bool okLeft = false, okTop = false;
+    const int left = m_frm.ctx().setting(QStringLiteral("Settings-DrawBoardLeft")).toInt(&okLeft);
+    const int top = m_frm.ctx().setting(QStringLiteral("Settings-DrawBoardTop")).toInt(&okTop);
+    if (okLeft && okTop)
+        move(left / kTwipsPerPixel, top / kTwipsPerPixel);
 
     connect(&m_board, &Scrivet::captionChanged, this, &QWidget::setWindowTitle);
     connect(&m_board, &Scrivet::clientLineChanged, m_client, &QLabel::setText);
@@ -122,9 +131,15 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     connect(&m_board, &Scrivet::undoVisible, undo, &QWidget::setVisible);
     connect(&m_board, &Scrivet::seeThroughChanged, this,
             [this](bool on) { setWindowOpacity(on ? 0.6 : 1.0); });
-    connect(&m_board, &Scrivet::pictureToolsEnabled, this, [this](bool on) {
-        toolButton(BoardTool::Capture)->setEnabled(on);
-        toolButton(BoardTool::Image)->setEnabled(on);
+    // The screen capture is not built yet: its button stays off.
+    toolButton(BoardTool::Capture)->setEnabled(false);
+    connect(&m_board, &Scrivet::pictureToolsEnabled, this,
+            [this](bool on) { toolButton(BoardTool::Image)->setEnabled(on); });
+    connect(&m_board, &Scrivet::previewRequested, this, [this] {
+        auto* preview = new PreviewWindow(m_board, this);
+        preview->show();
+        preview->raise();
+        m_preview = preview;
     });
     connect(&m_board, &Scrivet::popupRequested, this, [this](bool eraseMenu) {
         // mnuPopErase holds Erase All; the board's own menu its save and close.
@@ -161,8 +176,19 @@ void BoardWindow::chooseColour(bool fore)
         m_board.setBackColour(wireColour(c.rgb()));
 }
 
+void BoardWindow::hideEvent(QHideEvent* event)
+{
+    m_frm.ctx().writeSetting(QStringLiteral("Settings-DrawBoardLeft"), QString::number(x() * kTwipsPerPixel));
+    m_frm.ctx().writeSetting(QStringLiteral("Settings-DrawBoardTop"), QString::number(y() * kTwipsPerPixel));
+    QDialog::hideEvent(event);
+}
+
 void BoardWindow::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_F1) {
+        m_frm.ctx().desktop().openFile(m_frm.ctx().HelpPath + QStringLiteral("usingscrivet.htm"));
+        return;
+    }
     // Ctrl+G rings here and at the peer.
     if (event->key() == Qt::Key_G && event->modifiers() & Qt::ControlModifier) {
         m_board.ringPeer();

@@ -4,7 +4,10 @@
 // board in twips; the buttons and the chat strip call the board's
 // routines. Everything the board does, it does without this window.
 
+#include "shell/dialogs/PreviewWindow.h"
+
 #include <QDialog>
+#include <QPointer>
 
 class QLabel;
 class QLineEdit;
@@ -28,10 +31,13 @@ public:
     QLineEdit* txtServer() const { return m_server; }
     QLabel* txtClient() const { return m_client; }
     QToolButton* toolButton(BoardTool tool) const;
+    // frmTmp while a picture waits for the user's choice.
+    PreviewWindow* previewWindow() const { return m_preview; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void chooseColour(bool fore);
@@ -44,6 +50,7 @@ private:
     QLabel* m_hint;
     QSpinBox* m_thick;
     QList<QToolButton*> m_tools;
+    QPointer<PreviewWindow> m_preview;
 };
 
 }  // namespace vonnel
