@@ -2,6 +2,9 @@
 
 #include "core/IniStore.h"
 
+#include <QList>
+#include <QPoint>
+
 namespace vonnel {
 
 using namespace board;
@@ -32,8 +35,52 @@ QString DrawCheck::errorText(const DrawError& e, const QString& data)
            QStringLiteral("\r\n\r\nData causing problem:  ") + data.left(kShownData);
 }
 
+void DrawCheck::matched(Test test, const QString& data)
+{
+    m_test = test;
+    m_messageLength = data.size();
+}
+
+bool DrawCheck::couldComplete(Test test, const QString& message)
+{
+    qsizetype head = 0;
+    for (const TestWord& w : kTests)
+        if (w.test == test)
+            head = w.head.size();
+    auto only = [&](QLatin1String allowed) {
+        for (qsizetype i = head; i < message.size(); ++i)
+            if (!allowed.contains(message.at(i)))
+                return false;
+        return true;
+    };
+    const QLatin1String numbers("0123456789-+. ");
+    const QLatin1String pairs("0123456789-+. ,$");
+    switch (test) {
+    case Test::Chat:
+    case Test::Label:
+        return true;
+    case Test::Font:
+        return !message.mid(head).contains(text(wire::kBoardHead));
+    case Test::ForeColor:
+    case Test::BackColor:
+    case Test::Thickness:
+    case Test::ErasePic:
+    case Test::EraseLabel:
+        return only(numbers);
+    case Test::Start:
+    case Test::End:
+    case Test::Stroke:
+    case Test::Erase:
+        return only(pairs);
+    default:
+        return false;
+    }
+}
+
 QString DrawCheck::cDrawcheck(QString& data)
 {
+    // The read as it came: a message cut off at its end is taken from here.
+    const QString input = data;
     // The routine calls itself on what still begins with "&&" unless the
     // guard is up, and raises the guard on the way back; the calls are a
     // loop here, with the guard left as the calls would leave it.
@@ -56,6 +103,13 @@ QString DrawCheck::cDrawcheck(QString& data)
     } catch (const DrawError& e) {
         if (depth > 0)
             recursionGuard = true;
+        if (e.number == 5 && m_messageLength <= kPendingLimit) {
+            const QString message = input.right(m_messageLength);
+            if (couldComplete(m_test, message)) {
+                m_pending = message;
+                return QString();
+            }
+        }
         if (e.number != 5 && e.number != 401)
             m_target.protocolError(errorText(e, data));
         return QString();
@@ -94,6 +148,7 @@ void DrawCheck::runTests(QString& data)
         m_target.ready();
     }
     if (at(data, kChatOpen)) {
+        matched(Test::Chat, data);
         QString t = data.mid(kChatOpen.size());
         qsizetype i = t.indexOf(u'\r');
         if (i >= 0)
@@ -108,14 +163,17 @@ void DrawCheck::runTests(QString& data)
         m_target.chat(line);
     }
     if (at(data, kForeColor)) {
+        matched(Test::ForeColor, data);
         r.remoteForeColor = takeField(data, kForeColor.size());
         m_target.foreColor(r);
     }
     if (at(data, kBackColor)) {
+        matched(Test::BackColor, data);
         r.remoteBackColor = takeField(data, kBackColor.size());
         m_target.backColor(r);
     }
     if (at(data, kFont)) {
+        matched(Test::Font, data);
         r.remoteFontName = takeField(data, kFont.size());
         r.remoteFontSize = toCutInteger(takeField(data, 0));
         r.remoteBold = toBoolean(takeField(data, 0));
@@ -125,6 +183,7 @@ void DrawCheck::runTests(QString& data)
         m_target.font(r);
     }
     if (at(data, kThickness)) {
+        matched(Test::Thickness, data);
         r.remoteThickness = toInteger(takeField(data, kThickness.size()));
         m_target.thickness(r);
     }
@@ -132,6 +191,7 @@ void DrawCheck::runTests(QString& data)
         const QByteArrayView head = isStart ? kStart : kEnd;
         if (!at(data, head))
             continue;
+        matched(isStart ? Test::Start : Test::End, data);
         const QString x = cutBefore(data.mid(head.size()), kPairSplit);
         data.remove(0, head.size() + x.size() + 1);
         const QString y = takeField(data, 0);
@@ -139,6 +199,7 @@ void DrawCheck::runTests(QString& data)
         (isStart ? r.remoteStartY : r.remoteEndY) = toInteger(y);
     }
     if (at(data, kLabel)) {
+        matched(Test::Label, data);
         const QString t = m_target.decipher(takeField(data, kLabel.size()));
         m_target.label(t, r);
     }
@@ -154,23 +215,37 @@ void DrawCheck::runTests(QString& data)
         data.remove(0, kLine.size());
         m_target.line(r);
     }
+    // A list is read whole before anything is drawn, so a list the read
+    // cut off draws nothing until the rest of it has come.
     PairText pair;
+    QList<QPoint> points;
     if (at(data, kStroke)) {
+        matched(Test::Stroke, data);
         data.remove(0, kStroke.size());
         // A dot only where both numbers are there.
         while (takePair(data, pair))
             if (!pair.x.isEmpty() && !pair.y.isEmpty())
-                m_target.strokePoint(toInteger(pair.x), toInteger(pair.y), r);
+                points.append(QPoint(toInteger(pair.x), toInteger(pair.y)));
+        for (const QPoint& p : std::as_const(points))
+            m_target.strokePoint(qint16(p.x()), qint16(p.y()), r);
     }
     if (at(data, kErase)) {
+        matched(Test::Erase, data);
         data.remove(0, kErase.size());
+        points.clear();
         while (takePair(data, pair))
-            m_target.erasePoint(toInteger(pair.x), toInteger(pair.y), r);
+            points.append(QPoint(toInteger(pair.x), toInteger(pair.y)));
+        for (const QPoint& p : std::as_const(points))
+            m_target.erasePoint(qint16(p.x()), qint16(p.y()), r);
     }
-    if (at(data, kErasePic))
+    if (at(data, kErasePic)) {
+        matched(Test::ErasePic, data);
         m_target.erasePic(toInteger(takeField(data, kErasePic.size())));
-    if (at(data, kEraseLabel))
+    }
+    if (at(data, kEraseLabel)) {
+        matched(Test::EraseLabel, data);
         m_target.eraseLabel(toInteger(takeField(data, kEraseLabel.size())));
+    }
     if (at(data, kEraseAll)) {
         data.remove(0, kEraseAll.size());
         m_target.eraseAll();

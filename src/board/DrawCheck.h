@@ -9,6 +9,7 @@
 #include "board/BoardCodec.h"
 
 #include <QString>
+#include <utility>
 
 namespace vonnel {
 
@@ -70,13 +71,28 @@ public:
     RemoteParams remote;
     bool recursionGuard = false;
 
+    // A message the read ended in the middle of: its text so far, kept for
+    // the next read to complete (TCP cuts a long stroke where it likes).
+    // Only a message that could still become whole is kept, and no more
+    // than kPendingLimit characters.
+    static constexpr qsizetype kPendingLimit = 65536;
+    bool hasPending() const { return !m_pending.isEmpty(); }
+    QString takePending() { return std::exchange(m_pending, QString()); }
+
     // The error tail's text for an error met with data as it stood.
     static QString errorText(const board::DrawError& e, const QString& data);
 
 private:
     // One run of the 22 tests.
     void runTests(QString& data);
+    // The head of a test matched with this much of data left.
+    void matched(board::Test test, const QString& data);
+    // Whether the text of a cut-off message can still become whole.
+    static bool couldComplete(board::Test test, const QString& message);
     DrawTarget& m_target;
+    board::Test m_test = board::Test::Request;
+    qsizetype m_messageLength = 0;
+    QString m_pending;
 };
 
 }  // namespace vonnel

@@ -95,8 +95,14 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     p.transfer.boardShown = [&p] { return p.scrivet.visible(); };
     connect(&p.transfer, &Transfer::drawSendingLabel, &p.scrivet, &Scrivet::setSendingPicture);
     p.receiver.joinArrival = [&p](const QByteArray& bytes, QList<QByteArray>& parts) {
+        // A board message the last read cut off goes before this one.
+        if (p.scrivet.check().hasPending()) {
+            parts << toCp1252(p.scrivet.check().takePending()) + bytes;
+            return true;
+        }
         return p.transfer.joinArrival(bytes, parts);
     };
+    connect(&p.session, &Session::sessionEnded, this, [&p] { p.scrivet.check().takePending(); });
     connect(&p.receiver, &Receiver::formatReceived, &p.typing, &LiveTyping::receiveFormat);
     connect(&p.receiver, &Receiver::refreshAnswerNeedsSettings, &p.typing,
             &LiveTyping::sentSetting);

@@ -4,8 +4,10 @@
 
 #include "board/BoardPaint.h"
 #include "board/BoardSave.h"
+#include "board/BoardCodec.h"
 #include "board/Scrivet.h"
 #include "core/CopyContext.h"
+#include "core/MainModel.h"
 #include "shell/CommandControl.h"
 #include "support/Session.h"
 #include "transfer/Transfer.h"
@@ -220,6 +222,65 @@ TEST(BoardRawPeer, DrawingIntoACopyThenSavingIt)
     ASSERT_TRUE(waitUntil([&] { return copy.prompter().asked("DrawCheck Protocol Error"); }));
     peer.write("&&eee$");
     EXPECT_TRUE(waitUntil([&] { return s.board().items().isEmpty(); }));
+}
+
+}  // namespace
+}  // namespace vonnel::test
+
+namespace vonnel::test {
+namespace {
+
+// A peer that floods: the board keeps no more than its limits, refuses the
+// rest without a box each, and the copy goes on answering.
+TEST(BoardRawPeer, AFloodStopsAtTheLimitsAndTheCopyAnswers)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    Scrivet& s = copy.frm().scrivet();
+    peer.write("&& Scrivet Request &&");
+    ASSERT_TRUE(waitUntil([&] { return s.isOpen(); }));
+
+    QList<QPoint> points;
+    for (int i = 0; i < 500; ++i)
+        points << QPoint(i, i);
+    const QByteArray stroke = board::stroke(points).toLatin1();
+    const int messages = Board::kMarkLimit / 500 + 20;
+    for (int i = 0; i < messages; ++i)
+        peer.write(stroke);
+    QByteArray labels;
+    for (int i = 0; i < Board::kLabelLimit + 10; ++i)
+        labels += "&&lbl" + QByteArray::number(i) + "$";
+    peer.write(labels);
+    ASSERT_TRUE(waitUntil([&] { return s.board().labelCount == Board::kLabelLimit; }, 30000));
+    EXPECT_EQ(s.board().shapeCount, Board::kMarkLimit);
+    EXPECT_EQ(s.board().refused(), 20 * 500 + 10);
+    EXPECT_FALSE(copy.prompter().asked("DrawCheck")) << "refusals are not errors";
+
+    // Still answering: the peer's chat line arrives, and erase-all frees it all.
+    peer.write("&&<#> still there <#>&&&&eee$");
+    ASSERT_TRUE(waitUntil([&] { return s.board().items().isEmpty(); }));
+    EXPECT_EQ(s.txtClient, "still there");
+    EXPECT_TRUE(s.board().drawPoint(1, 1, 0, 1));
+}
+
+TEST(BoardRawPeer, NotReadyAndReadyFollowThePeer)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    Scrivet& s = copy.frm().scrivet();
+    QList<bool> pictureTools;
+    QObject::connect(&s, &Scrivet::pictureToolsEnabled, [&](bool on) { pictureTools << on; });
+    peer.write("&&!NotReady!&&");
+    ASSERT_TRUE(waitUntil([&] { return !copy.frm().transfer().drawMenuAllowed; }));
+    EXPECT_FALSE(copy.frm().model().controls.enabled(Control::mnuDraw));
+    peer.write("&&!Ready!&&");
+    ASSERT_TRUE(waitUntil([&] { return copy.frm().transfer().drawMenuAllowed; }));
+    EXPECT_TRUE(copy.frm().model().controls.enabled(Control::mnuDraw));
+    EXPECT_EQ(pictureTools, (QList<bool>{false, true}));
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ const Case kCases[] = {
     {"stroke skips pairs with a missing number", "&&st1,2$,5$6,$3,4$%z",
      "st 1,2 c111|st 3,4 c111", "z"},
     {"stroke with no points", "&&st%", "", ""},
-    {"stroke without its end fails silently", "&&st1,2$3,4$", "st 1,2 c111|st 3,4 c111", ""},
+    {"stroke without its end draws nothing yet", "&&st1,2$3,4$", "", ""},
     {"erase trail", "&&et1,2$3,4$%", "et 1,2 c222|et 3,4 c222", ""},
     {"erase trail with an empty number", "&&et,2$%", "", "", "Type mismatch"},
     {"erase picture", "&&e-p3$", "e-p 3", ""},
@@ -215,6 +215,40 @@ TEST(DrawCheck, NumbersConvertAsTheRuntimeDoes)
     ASSERT_EQ(target.boxes.size(), 1);
     EXPECT_TRUE(target.boxes[0].contains("Overflow"));
     EXPECT_EQ(check.remote.remoteThickness, 32767) << "a failed conversion sets nothing";
+}
+
+TEST(DrawCheck, AMessageTheReadCutOffWaitsForTheRest)
+{
+    Recorder target;
+    DrawCheck check(target);
+    QString data = "&&fc1$&&st1,2$3,";
+    EXPECT_EQ(check.cDrawcheck(data), "");
+    EXPECT_EQ(target.seen.join('|'), "fc 1");
+    ASSERT_TRUE(check.hasPending());
+    // The loop puts it before the next read.
+    data = check.takePending() + "4$%&&<#> a <#>&&";
+    EXPECT_FALSE(check.hasPending());
+    check.cDrawcheck(data);
+    EXPECT_EQ(target.seen.join('|'), "fc 1|st 1,2 c1|st 3,4 c1|chat {a}");
+
+    const char* kept[] = {"&&<#> half a line", "&&lblhalf a la", "&&fc25", "&&sp-12,3",
+                          "&&et1,2$3", "&&e-l1", "&&fontArial$10$Tr"};
+    for (const char* cut : kept) {
+        data = cut;
+        check.cDrawcheck(data);
+        EXPECT_EQ(check.takePending(), QString(cut)) << cut;
+    }
+    // What can never become a message is dropped as before.
+    const char* dropped[] = {"&&sp12$&&rec$", "&&fc1x", "&&stA,1", "&&fontArial$10$&&rec"};
+    for (const char* bad : dropped) {
+        data = bad;
+        check.cDrawcheck(data);
+        EXPECT_FALSE(check.hasPending()) << bad;
+    }
+    data = "&&st" + QString(DrawCheck::kPendingLimit, '1');
+    check.cDrawcheck(data);
+    EXPECT_FALSE(check.hasPending()) << "no more than the limit is kept";
+    EXPECT_TRUE(target.boxes.isEmpty());
 }
 
 TEST(DrawCheck, TheBoxShowsAtMostAThousandCharactersOfData)
