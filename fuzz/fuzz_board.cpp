@@ -6,8 +6,9 @@
 //   fuzz_board -max_len=8192 corpus/board/
 //
 // What must hold: no crash, no hang, the reader's answer is empty or a
-// piece of what came (with the chat strip's padding at most), the board
-// never keeps more than its limits, and counters match the objects made.
+// piece of what came (with the chat strip's padding at most), a message
+// kept for the next read is never more than the limit, the board never
+// keeps more than its limits, and counters match the objects made.
 
 #include "board/Board.h"
 #include "board/DrawCheck.h"
@@ -110,12 +111,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             continue;
         }
         const qsizetype before = text.size();
-        QString data = text;
+        // A message the last read cut off goes before the rest, as the
+        // copy's joining does.
+        QString data = reader.hasPending() ? reader.takePending() + text : text;
         const QString rest = reader.cDrawcheck(data);
-        check(rest.isEmpty() || rest.size() <= before + 6);
+        check(rest.isEmpty() || rest.size() <= data.size() + before + 6);
+        check(!reader.hasPending() || rest.isEmpty());
         // What comes back unchanged goes the loop's other way.
         text = rest == text ? rest.mid(2) : rest;
     }
+
+    if (reader.hasPending())
+        check(reader.takePending().size() <= DrawCheck::kPendingLimit);
 
     const Board& b = target.board;
     check(b.labelCount >= 0 && b.labelCount <= Board::kLabelLimit);

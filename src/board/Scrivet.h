@@ -93,6 +93,14 @@ public:
     const std::optional<Preview>& preview() const { return m_preview; }
     // The image tool at the release: frame, file, checks, then the preview.
     void pictureRoutine(qint16 x, qint16 y);
+    // The capture tool at the release: frame, the waits (2 seconds, then
+    // Capture Time, at least 3) with the board put away, the screen, the
+    // preview.
+    void captureRoutine(qint16 x, qint16 y);
+    // How the capture waits, yielding to events (false when the copy is
+    // ending) and takes the screen; the system's unless a test sets them.
+    std::function<bool(int ms)> waitFor;
+    std::function<QImage(QString* why)> grabScreen;
     // frmTmp's choice: the part at the frame's size from this point of the
     // picture goes on the board; or nothing does.
     void confirmPreview(QPoint at);
@@ -124,6 +132,8 @@ Q_SIGNALS:
     void popupRequested(bool eraseMenu);
     // frmTmp is to show preview().
     void previewRequested();
+    // The board's window goes out of the way of the capture, and back.
+    void minimiseBoard(bool minimised);
     // Buttons 7 and 8 (Capture, Image) follow the peer's ready state.
     void pictureToolsEnabled(bool enabled);
     void seeThroughChanged(bool on);
@@ -166,6 +176,7 @@ private:
     void markHere(const char* where);
     void textTool();
     bool frameLargeEnough(qint16 x, qint16 y) const;
+    bool waitYielding(int ms);
     void writeFrameSize(qint16 x, qint16 y);
 
     CopyContext& m_ctx;

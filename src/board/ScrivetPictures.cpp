@@ -1,4 +1,5 @@
-// Pictures on the board: the image tool's frame and file, the preview
+// Pictures on the board: the capture's frame, waits and screen, the image
+// tool's frame and file, the preview
 // waiting for the user's choice (frmTmp shows it), and PostCapture, which
 // makes the object, writes captscr.jpg and offers it to the peer.
 
@@ -9,11 +10,14 @@
 #include "core/MainModel.h"
 #include "core/Twips.h"
 #include "platform/Prompter.h"
+#include "platform/ScreenGrab.h"
 #include "transfer/Transfer.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QEventLoop>
 #include <QImageWriter>
+#include <QTimer>
 
 namespace vonnel {
 
@@ -70,6 +74,53 @@ void Scrivet::pictureRoutine(qint16 x, qint16 y)
         return done();
     }
     m_preview = Preview{picture, info.fileName() + QStringLiteral(" - Picture Preview"),
+                        QSize(std::abs(m_tools.startX - x) / kTwipsPerPixel,
+                              std::abs(m_tools.startY - y) / kTwipsPerPixel)};
+    Q_EMIT previewRequested();
+}
+
+bool Scrivet::waitYielding(int ms)
+{
+    if (waitFor)
+        return waitFor(ms);
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+    return !m_ctx.ProgramExiting;
+}
+
+void Scrivet::captureRoutine(qint16 x, qint16 y)
+{
+    if (!frameLargeEnough(x, y) || m_tools.capturePending)
+        return;
+    writeFrameSize(x, y);
+    m_tools.capturePending = true;
+    auto done = [this] { m_tools.capturePending = false; };
+    Q_EMIT minimiseBoard(true);
+    const int seconds = std::max(3, m_ctx.settingInt(QStringLiteral("Capture Time")));
+    if (!waitYielding(2000))
+        return done();
+    // The peer may have left the board meanwhile.
+    if (peerLeft()) {
+        Q_EMIT minimiseBoard(false);
+        return done();
+    }
+    // The time the user has to bring the wanted window to the front; the
+    // screen is taken after it.
+    if (!waitYielding(seconds * 1000))
+        return done();
+    QString why;
+    const QImage screen = grabScreen ? grabScreen(&why) : vonnel::grabScreen(&why);
+    Q_EMIT minimiseBoard(false);
+    if (screen.isNull()) {
+        m_ctx.prompter().msgBox(QStringLiteral("Scren capture Error: ") + why + QStringLiteral("\r\n"),
+                                MsgStyle::Exclamation);
+        m_sendingPicture = QStringLiteral("False");
+        return done();
+    }
+    if (!PictureCheck(m_ctx).memoryIsEnough(screen.sizeInBytes()))
+        return done();
+    m_preview = Preview{screen, QStringLiteral("Screen Capture"),
                         QSize(std::abs(m_tools.startX - x) / kTwipsPerPixel,
                               std::abs(m_tools.startY - y) / kTwipsPerPixel)};
     Q_EMIT previewRequested();

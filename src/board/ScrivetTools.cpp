@@ -160,9 +160,12 @@ void Scrivet::mouseUp(int x, int y, bool rightButton)
             t.band.reset();
             Q_EMIT bandChanged();
         }
-    } else if (t.toolCapture) {
-        t.band.reset();
-        Q_EMIT bandChanged();
+    } else if (t.toolCapture && !rightButton) {
+        captureRoutine(t.curX, t.curY);
+        if (!m_preview) {
+            t.band.reset();
+            Q_EMIT bandChanged();
+        }
     }
     if (t.toolDraw) {
         // The release's own point, when the mouse moved on after the last

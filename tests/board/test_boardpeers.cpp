@@ -150,6 +150,69 @@ TEST_F(BoardPeers, EveryKindOfObjectArrivesTheSame)
     EXPECT_TRUE(sb().board().items().isEmpty());
 }
 
+TEST_F(BoardPeers, ScreenCaptureAfterItsWaits)
+{
+    sa().mnuDraw_Click();
+    ASSERT_TRUE(waitUntil([&] { return sb().isOpen(); }));
+    QList<int> waits;
+    sa().waitFor = [&](int ms) {
+        waits << ms;
+        return true;
+    };
+    QImage screen(400, 300, QImage::Format_RGB32);
+    screen.fill(qRgb(20, 200, 90));
+    int grabs = 0;
+    sa().grabScreen = [&](QString*) {
+        ++grabs;
+        return screen;
+    };
+    a.set("Capture Time", "0");
+    drag(BoardTool::Capture, {600, 600}, {799, 1500});
+    EXPECT_TRUE(waits.isEmpty()) << "a frame of 199 units does nothing";
+    EXPECT_FALSE(sa().preview().has_value());
+
+    drag(BoardTool::Capture, {600, 600}, {2100, 1800});
+    EXPECT_EQ(waits, (QList<int>{2000, 3000})) << "a Capture Time below 3 is 3";
+    EXPECT_EQ(grabs, 1);
+    ASSERT_TRUE(sa().preview().has_value());
+    EXPECT_EQ(sa().preview()->title, "Screen Capture");
+    EXPECT_EQ(sa().preview()->frame, QSize(100, 80));
+    sa().confirmPreview({10, 10});
+    ASSERT_TRUE(waitUntil([&] {
+        const BoardItem* p = sb().board().pictureItem(1);
+        return p && p->visible;
+    }, 10000));
+    expectSame("capture");
+
+    // The peer leaves during the first wait: the screen is not taken.
+    a.set("Capture Time", "5");
+    waits.clear();
+    sa().waitFor = [&](int ms) {
+        waits << ms;
+        sa().txtClient = "<Close>";
+        return true;
+    };
+    drag(BoardTool::Capture, {3000, 600}, {4500, 1800});
+    EXPECT_EQ(waits, (QList<int>{2000}));
+    EXPECT_EQ(grabs, 1);
+    EXPECT_FALSE(sa().preview().has_value());
+
+    sa().txtClient.clear();
+    waits.clear();
+    sa().waitFor = [&](int ms) {
+        waits << ms;
+        return true;
+    };
+    sa().grabScreen = [](QString* why) {
+        *why = "no screen here";
+        return QImage();
+    };
+    drag(BoardTool::Capture, {3000, 3000}, {4500, 4500});
+    EXPECT_EQ(waits, (QList<int>{2000, 5000}));
+    EXPECT_TRUE(a.prompter().asked("Scren capture Error: no screen here"));
+    EXPECT_FALSE(sa().preview().has_value());
+}
+
 TEST_F(BoardPeers, ChatStripAndClosingOnBothSides)
 {
     a.frm().commands().runCommand("Cmd Scrivet");

@@ -131,10 +131,12 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     connect(&m_board, &Scrivet::undoVisible, undo, &QWidget::setVisible);
     connect(&m_board, &Scrivet::seeThroughChanged, this,
             [this](bool on) { setWindowOpacity(on ? 0.6 : 1.0); });
-    // The screen capture is not built yet: its button stays off.
-    toolButton(BoardTool::Capture)->setEnabled(false);
-    connect(&m_board, &Scrivet::pictureToolsEnabled, this,
-            [this](bool on) { toolButton(BoardTool::Image)->setEnabled(on); });
+    connect(&m_board, &Scrivet::pictureToolsEnabled, this, [this](bool on) {
+        toolButton(BoardTool::Capture)->setEnabled(on);
+        toolButton(BoardTool::Image)->setEnabled(on);
+    });
+    connect(&m_board, &Scrivet::minimiseBoard, this,
+            [this](bool away) { away ? showMinimized() : showNormal(); });
     connect(&m_board, &Scrivet::previewRequested, this, [this] {
         auto* preview = new PreviewWindow(m_board, this);
         preview->show();
