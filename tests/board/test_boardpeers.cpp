@@ -4,6 +4,7 @@
 
 #include "board/BoardPaint.h"
 #include "board/BoardSave.h"
+#include "access/Encryption.h"
 #include "board/BoardCodec.h"
 #include "board/Scrivet.h"
 #include "core/CopyContext.h"
@@ -344,6 +345,42 @@ TEST(BoardRawPeer, NotReadyAndReadyFollowThePeer)
     ASSERT_TRUE(waitUntil([&] { return copy.frm().transfer().drawMenuAllowed; }));
     EXPECT_TRUE(copy.frm().model().controls.enabled(Control::mnuDraw));
     EXPECT_EQ(pictureTools, (QList<bool>{false, true}));
+}
+
+}  // namespace
+}  // namespace vonnel::test
+
+namespace vonnel::test {
+namespace {
+
+// With encryption on at one side, its strip line and label go out
+// enciphered and the other board shows them in clear.
+TEST(BoardEncrypted, StripAndLabelAreReadInClear)
+{
+    const quint16 calleePort = freePort();
+    TestCopy caller;
+    TestCopy callee(calleePort, {{"Encrypted", "1"}});
+    ASSERT_TRUE(caller.start());
+    ASSERT_TRUE(callee.start());
+    ASSERT_TRUE(connectCopies(caller, callee));
+    callee.frm().encryption().beginSession();
+    ASSERT_TRUE(callee.frm().encryption().encryptOn);
+    callee.frm().encryption().sendKeyOnAccept();
+
+    Scrivet& mine = callee.frm().scrivet();
+    Scrivet& theirs = caller.frm().scrivet();
+    mine.mnuDraw_Click();
+    ASSERT_TRUE(waitUntil([&] { return theirs.isOpen(); }));
+    mine.cmdSendText_Click("secret line");
+    callee.prompter().addAnswers({"text:secret label"});
+    mine.selectTool(BoardTool::Text);
+    mine.mouseMove(900, 900, false);
+    mine.mouseDown(900, 900);
+    mine.mouseUp(900, 900);
+    ASSERT_TRUE(waitUntil([&] { return theirs.board().labelCount == 1; }));
+    EXPECT_TRUE(caller.frm().encryption().remoteEncrypted) << "the lines came enciphered";
+    EXPECT_EQ(theirs.txtClient, "secret line");
+    EXPECT_EQ(theirs.board().labelText(*theirs.board().label(1)).text, "secret label");
 }
 
 }  // namespace
