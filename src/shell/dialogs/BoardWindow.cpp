@@ -11,6 +11,7 @@
 
 #include <QCloseEvent>
 #include <QColorDialog>
+#include <QFontDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -68,6 +69,7 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     });
     auto* fore = button(QStringLiteral("lblForeColour"), tr("Colour"));
     auto* back = button(QStringLiteral("lblBackColour"), tr("Background"));
+    auto* fontButton = button(QStringLiteral("cmdFontSetting"), tr("Font"));
     auto* undo = button(QStringLiteral("cmdUndo"), tr("Undo"));
     auto* eraseAll = button(QStringLiteral("mnuEraseAll"), tr("Erase All"));
     auto* save = button(QStringLiteral("cmdSave"), tr("Save"));
@@ -75,13 +77,23 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     undo->hide();
     connect(fore, &QPushButton::clicked, this, [this] { chooseColour(true); });
     connect(back, &QPushButton::clicked, this, [this] { chooseColour(false); });
+    connect(fontButton, &QPushButton::clicked, this, [this] {
+        const BoardLabel& now = m_board.labelFont;
+        QFont current(now.fontName, now.fontSize);
+        bool ok = false;
+        const QFont f = QFontDialog::getFont(&ok, current, this);
+        if (ok)
+            m_board.setLabelFont({QString(), f.family(), f.pointSize(), f.bold(), f.italic(),
+                                  f.underline(), f.strikeOut()});
+    });
     connect(undo, &QPushButton::clicked, &m_board, &Scrivet::cmdUndo_Click);
     connect(eraseAll, &QPushButton::clicked, &m_board, &Scrivet::mnuEraseAll_Click);
     connect(save, &QPushButton::clicked, this,
             [this] { cmdSave_Click(m_frm.ctx(), m_board.board()); });
     connect(closeBoard, &QPushButton::clicked, this, [this] { m_board.cmdCloseDraw_Click(); });
     for (QWidget* w : {static_cast<QWidget*>(m_thick), static_cast<QWidget*>(fore),
-                       static_cast<QWidget*>(back), static_cast<QWidget*>(undo),
+                       static_cast<QWidget*>(back), static_cast<QWidget*>(fontButton),
+                       static_cast<QWidget*>(undo),
                        static_cast<QWidget*>(eraseAll), static_cast<QWidget*>(save),
                        static_cast<QWidget*>(closeBoard)})
         tools->addWidget(w);
