@@ -381,6 +381,14 @@ TEST(BoardEncrypted, StripAndLabelAreReadInClear)
     EXPECT_TRUE(caller.frm().encryption().remoteEncrypted) << "the lines came enciphered";
     EXPECT_EQ(theirs.txtClient, "secret line");
     EXPECT_EQ(theirs.board().labelText(*theirs.board().label(1)).text, "secret label");
+
+    // A line the cipher cannot take is refused, and nothing goes out.
+    mine.cmdSendText_Click(QString::fromUtf8("\u4f60\u597d"));
+    EXPECT_TRUE(callee.prompter().asked("Please disconnect, turn off encryption and reconnect again!"));
+    EXPECT_EQ(mine.txtServerHist, "secret line\r\n");
+    mine.cmdSendText_Click("after");
+    ASSERT_TRUE(waitUntil([&] { return theirs.txtClient == "after"; }));
+    EXPECT_EQ(theirs.txtClientHist, "after\r\nsecret line\r\n");
 }
 
 }  // namespace
