@@ -413,7 +413,7 @@ void MainWindow::showModeless(Form form)
         showUrlHistory();
     } else if (form == Form::frmDraw) {
         if (!m_boardWindow)
-            m_boardWindow = new BoardWindow(m_frm, this);
+            m_boardWindow = new BoardWindow(m_frm, action(Control::mnuMute), this);
         m_boardWindow->show();
         m_boardWindow->raise();
     } else if (isNetTool(form)) {

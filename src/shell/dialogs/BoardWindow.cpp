@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSpinBox>
@@ -40,8 +41,8 @@ QPushButton* button(const QString& name, const QString& text)
 
 }  // namespace
 
-BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
-    : QDialog(parent), m_frm(frm), m_board(frm.scrivet())
+BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
+    : QDialog(parent), m_frm(frm), m_board(frm.scrivet()), m_mute(mute)
 {
     setObjectName(QStringLiteral("frmDraw"));
     setWindowTitle(m_board.caption());
@@ -116,7 +117,31 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     };
     connect(send, &QPushButton::clicked, this, sendLine);
     connect(m_server, &QLineEdit::returnPressed, this, sendLine);
+    // The histories above the strip, each shown by its button.
+    auto* clientHist = new QPlainTextEdit;
+    clientHist->setObjectName(QStringLiteral("txtClientHist"));
+    auto* serverHist = new QPlainTextEdit;
+    serverHist->setObjectName(QStringLiteral("txtServerHist"));
+    for (QPlainTextEdit* h : {clientHist, serverHist}) {
+        h->setReadOnly(true);
+        h->setMaximumHeight(90);
+        h->hide();
+    }
+    auto* clientHistButton = button(QStringLiteral("cmdClientHist"), tr("Their lines"));
+    auto* serverHistButton = button(QStringLiteral("cmdServerHist"), tr("My lines"));
+    connect(clientHistButton, &QPushButton::clicked, clientHist,
+            [clientHist] { clientHist->setVisible(!clientHist->isVisible()); });
+    connect(serverHistButton, &QPushButton::clicked, serverHist,
+            [serverHist] { serverHist->setVisible(!serverHist->isVisible()); });
+    connect(&m_board, &Scrivet::clientLineChanged, clientHist,
+            [this, clientHist] { clientHist->setPlainText(m_board.txtClientHist); });
+    connect(send, &QPushButton::clicked, serverHist,
+            [this, serverHist] { serverHist->setPlainText(m_board.txtServerHist); });
+    connect(m_server, &QLineEdit::returnPressed, serverHist,
+            [this, serverHist] { serverHist->setPlainText(m_board.txtServerHist); });
     auto* strip = new QHBoxLayout;
+    strip->addWidget(clientHistButton);
+    strip->addWidget(serverHistButton);
     strip->addWidget(m_server, 1);
     strip->addWidget(send);
 
@@ -126,7 +151,9 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(tools);
     layout->addWidget(scroll, 1);
+    layout->addWidget(clientHist);
     layout->addWidget(m_client);
+    layout->addWidget(serverHist);
     layout->addLayout(strip);
     layout->addWidget(m_hint);
     resize(900, 720);
@@ -163,6 +190,9 @@ BoardWindow::BoardWindow(FrmMain& frm, QWidget* parent)
             menu.addAction(tr("Erase All"), &m_board, &Scrivet::mnuEraseAll_Click);
         } else {
             menu.addAction(tr("Save"), this, [this] { cmdSave_Click(m_frm.ctx(), m_board.board()); });
+            // mnuDrawMute: the main window's Mute.
+            if (m_mute)
+                menu.addAction(m_mute);
             menu.addAction(tr("Close"), this, [this] { m_board.cmdCloseDraw_Click(); });
         }
         menu.exec(QCursor::pos());

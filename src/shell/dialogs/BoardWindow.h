@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QPointer>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QSpinBox;
@@ -25,7 +26,8 @@ class BoardSurface;
 class BoardWindow : public QDialog {
     Q_OBJECT
 public:
-    explicit BoardWindow(FrmMain& frm, QWidget* parent = nullptr);
+    // mute: the main window's Mute entry, offered in the board's menu.
+    BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent = nullptr);
 
     BoardSurface* picDraw() const { return m_surface; }
     QLineEdit* txtServer() const { return m_server; }
@@ -51,6 +53,7 @@ private:
     QSpinBox* m_thick;
     QList<QToolButton*> m_tools;
     QPointer<PreviewWindow> m_preview;
+    QAction* m_mute;
 };
 
 }  // namespace vonnel
