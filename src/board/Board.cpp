@@ -147,7 +147,7 @@ int Board::remoteLabel(qint16 x, qint16 y, const QString& text, BoardLabel font,
         font.fontName = txtFontName;
     if (font.fontSize == 0)
         font.fontSize = 9;
-    font.text = text;
+    font.text = text.left(kLabelTextLimit);
     const int n = ++labelCount;
     m_labelErased[n] = false;
     m_labelIndex.resize(n, -1);
@@ -168,8 +168,14 @@ int Board::addPicture(const QRect& twips, const QImage& image)
     const int n = ++imageCount;
     m_pictureIndex.resize(n, -1);
     m_pictureIndex[n - 1] = int(m_items.size());
-    m_pictures.append(image);
-    m_items.append({ItemKind::Picture, !image.isNull(), n, twips.x(), twips.y(), twips.width(),
+    QImage kept = image;
+    if (m_pictureBytes + kept.sizeInBytes() > kPictureBytesLimit) {
+        kept = QImage();
+        ++m_refused;
+    }
+    m_pictureBytes += kept.sizeInBytes();
+    m_pictures.append(kept);
+    m_items.append({ItemKind::Picture, !kept.isNull(), n, twips.x(), twips.y(), twips.width(),
                     twips.height(), 1, 0, int(m_pictures.size() - 1)});
     Q_EMIT changed();
     return n;
@@ -194,6 +200,7 @@ bool Board::erasePic(int n)
         return false;
     BoardItem& item = m_items[m_pictureIndex.at(n - 1)];
     item.visible = false;
+    m_pictureBytes -= m_pictures[item.extra].sizeInBytes();
     m_pictures[item.extra] = QImage();
     m_pictureIndex[n - 1] = -1;
     structural();
@@ -205,6 +212,7 @@ void Board::eraseAll()
     m_items.clear();
     m_labels.clear();
     m_pictures.clear();
+    m_pictureBytes = 0;
     m_labelIndex.clear();
     m_pictureIndex.clear();
     // The numbers start again at 1: a label made after this must not count

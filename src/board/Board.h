@@ -51,6 +51,10 @@ public:
     static constexpr int kLabelLimit = 1500;
     static constexpr int kPictureLimit = 1500;
     static constexpr int kMarkLimit = 250000;
+    // Decoded pictures together; a picture past it keeps its number but
+    // shows nothing. A label's text is one line of an input box.
+    static constexpr qint64 kPictureBytesLimit = qint64(512) * 1024 * 1024;
+    static constexpr int kLabelTextLimit = 4096;
     // The surface's size until a window says otherwise: 800 x 600 pixels.
     static constexpr int kDefaultWidth = 12000, kDefaultHeight = 9000;
 
@@ -101,10 +105,12 @@ public:
     // The frame of a shape under way, outside the collections.
     static BoardItem band(ItemKind kind, int x, int y, int sx, int sy, int pen, QRgb colour);
     // An empty font name takes txtFontName, size 0 takes 9, no colour takes
-    // lblForeColour. Returns the label's number, 0 when refused.
+    // lblForeColour; text past kLabelTextLimit is not kept. Returns the
+    // label's number, 0 when refused.
     int remoteLabel(qint16 x, qint16 y, const QString& text, BoardLabel font,
                     std::optional<qint32> colour);
-    // A picture in the rectangle; returns its number, 0 when refused.
+    // A picture in the rectangle; returns its number, 0 when refused. Past
+    // the bytes limit the number is taken and the picture left out.
     int addPicture(const QRect& twips, const QImage& image);
     // An unknown label is no error; an unknown picture is (false).
     void eraseLabel(int n);
@@ -135,6 +141,7 @@ private:
     qint32 m_backColor = 0xFFFFFF;
     QSize m_surface{kDefaultWidth, kDefaultHeight};
     int m_refused = 0;
+    qint64 m_pictureBytes = 0;
     quint64 m_revision = 0;
 };
 

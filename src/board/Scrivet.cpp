@@ -210,7 +210,8 @@ void Scrivet::chat(const QString& line)
 {
     if (m_shown) {
         txtClient = line;
-        txtClientHist = line + QStringLiteral("\r\n") + txtClientHist;
+        // Newest first; the oldest lines go once the history is full.
+        txtClientHist = (line + QStringLiteral("\r\n") + txtClientHist).left(kHistoryLimit);
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picRec);
         Q_EMIT clientLineChanged(txtClient);
     }

@@ -109,7 +109,8 @@ public:
     void PostCapture(const QImage& picture);
 
     // The peer's line on the board ("<Close>" once it has left) and the
-    // histories of the strip.
+    // histories of the strip, each kept to kHistoryLimit characters.
+    static constexpr qsizetype kHistoryLimit = 65536;
     QString txtClient;
     QString txtClientHist;
     QString txtServerHist;

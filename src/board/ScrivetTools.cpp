@@ -285,6 +285,8 @@ void Scrivet::cmdSendText_Click(const QString& line)
     }
     sendText(board::chatLine(line));
     txtServerHist += line + QStringLiteral("\r\n");
+    if (txtServerHist.size() > kHistoryLimit)
+        txtServerHist = txtServerHist.right(kHistoryLimit);
 }
 
 }  // namespace vonnel

@@ -149,6 +149,27 @@ TEST(BoardModel, LimitsRefuseNewObjectsWithoutGrowing)
     EXPECT_EQ(b.refused(), 5);
 }
 
+TEST(BoardModel, PicturesAndLabelTextsHaveAMemoryBudget)
+{
+    Board b;
+    // One 64 MB picture, shared, counted each time it is placed.
+    QImage big(4096, 4096, QImage::Format_RGB32);
+    big.fill(Qt::gray);
+    for (int i = 0; i < 8; ++i)
+        ASSERT_GT(b.addPicture(QRect(0, 0, 10, 10), big), 0);
+    EXPECT_EQ(b.refused(), 0);
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), big), 9) << "the number is still taken";
+    EXPECT_EQ(b.refused(), 1);
+    EXPECT_FALSE(b.pictureItem(9)->visible);
+    EXPECT_TRUE(b.picture(*b.pictureItem(9)).isNull());
+    b.erasePic(1);
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), big), 10) << "an erased picture frees its share";
+    EXPECT_TRUE(b.pictureItem(10)->visible);
+
+    b.remoteLabel(0, 0, QString(100000, 'x'), {}, 0);
+    EXPECT_EQ(b.labelText(*b.label(1)).text.size(), Board::kLabelTextLimit);
+}
+
 TEST(BoardTools, AStrokeHoldsFiveHundredPoints)
 {
     BoardTools t;

@@ -322,6 +322,15 @@ TEST(BoardRawPeer, AFloodStopsAtTheLimitsAndTheCopyAnswers)
     EXPECT_EQ(s.board().refused(), 20 * 500 + 10);
     EXPECT_FALSE(copy.prompter().asked("DrawCheck")) << "refusals are not errors";
 
+    // Chat lines by the thousand: the history keeps the newest.
+    QByteArray lines;
+    for (int i = 0; i < 2000; ++i)
+        lines += "&&<#> line " + QByteArray::number(i) + QByteArray(90, '.') + " <#>&&";
+    peer.write(lines);
+    ASSERT_TRUE(waitUntil([&] { return s.txtClient.startsWith("line 1999"); }));
+    EXPECT_EQ(s.txtClientHist.size(), Scrivet::kHistoryLimit);
+    EXPECT_TRUE(s.txtClientHist.startsWith("line 1999"));
+
     // Still answering: the peer's chat line arrives, and erase-all frees it all.
     peer.write("&&<#> still there <#>&&&&eee$");
     ASSERT_TRUE(waitUntil([&] { return s.board().items().isEmpty(); }));
