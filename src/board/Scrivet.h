@@ -105,6 +105,11 @@ public:
     // picture goes on the board; or nothing does.
     void confirmPreview(QPoint at);
     void cancelPreview();
+    // frmTmp's mnuOpen: another file in the preview, through the same
+    // checks; mnuSaveAs: the previewed picture as a JPEG at quality 85.
+    // Returns the file written, empty when none.
+    void openPreviewFile();
+    QString savePreviewAs();
     // The chosen picture becomes an object, captscr.jpg and the peer's.
     void PostCapture(const QImage& picture);
 
@@ -177,6 +182,9 @@ private:
     void markHere(const char* where);
     void textTool();
     bool frameLargeEnough(qint16 x, qint16 y) const;
+    // A picture file through the file, memory and byte checks; null when
+    // one of them refused it (and has said so).
+    QImage checkedPicture(const QString& path);
     bool waitYielding(int ms);
     void writeFrameSize(qint16 x, qint16 y);
 

@@ -45,6 +45,65 @@ void Scrivet::writeFrameSize(qint16 x, qint16 y)
                        QString::number(std::abs(m_tools.startY - y)));
 }
 
+QImage Scrivet::checkedPicture(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.exists() || info.size() == 0) {
+        m_ctx.prompter().msgBox(QStringLiteral("File does not exist or zero byte file."));
+        return QImage();
+    }
+    PictureCheck check(m_ctx);
+    if (!check.memoryIsEnough(info.size()) || !check.pictureIsValid(path))
+        return QImage();
+    const QImage picture = PictureCheck::load(path);
+    if (picture.isNull()) {
+        m_ctx.prompter().msgBox(info.fileName() + QStringLiteral(" or file cannot be opened."));
+        m_sendingPicture = QStringLiteral("False");
+    }
+    return picture;
+}
+
+void Scrivet::openPreviewFile()
+{
+    if (!m_preview)
+        return;
+    FileRequest request;
+    request.title = QStringLiteral("Open File");
+    request.filter = kPictureFilter;
+    const QString path = m_ctx.prompter().file(request);
+    if (path.isEmpty())
+        return;
+    const QImage picture = checkedPicture(path);
+    if (picture.isNull() || !m_preview)
+        return;
+    m_preview->picture = picture;
+    m_preview->title = QFileInfo(path).fileName() + QStringLiteral(" - Picture Preview");
+    Q_EMIT previewRequested();
+}
+
+QString Scrivet::savePreviewAs()
+{
+    if (!m_preview)
+        return QString();
+    FileRequest request;
+    request.save = true;
+    request.title = QStringLiteral("Save as");
+    request.filter = QStringLiteral("JPEG Files *.jpg|*.jpg");
+    QString path = m_ctx.prompter().file(request);
+    if (path.isEmpty())
+        return QString();
+    if (!path.endsWith(QLatin1String(".jpg"), Qt::CaseInsensitive))
+        path += QStringLiteral(".jpg");
+    QImageWriter writer(path, "jpg");
+    writer.setQuality(85);
+    if (!writer.write(m_preview->picture)) {
+        m_ctx.prompter().msgBox(QStringLiteral("Save Picture Error: : ") + writer.errorString(),
+                                MsgStyle::Exclamation);
+        return QString();
+    }
+    return path;
+}
+
 void Scrivet::pictureRoutine(qint16 x, qint16 y)
 {
     if (!frameLargeEnough(x, y) || m_tools.imagePending)
@@ -64,15 +123,9 @@ void Scrivet::pictureRoutine(qint16 x, qint16 y)
         return done();
     }
     writeFrameSize(x, y);
-    PictureCheck check(m_ctx);
-    if (!check.memoryIsEnough(info.size()) || !check.pictureIsValid(path))
+    const QImage picture = checkedPicture(path);
+    if (picture.isNull())
         return done();
-    const QImage picture = PictureCheck::load(path);
-    if (picture.isNull()) {
-        m_ctx.prompter().msgBox(info.fileName() + QStringLiteral(" or file cannot be opened."));
-        m_sendingPicture = QStringLiteral("False");
-        return done();
-    }
     m_preview = Preview{picture, info.fileName() + QStringLiteral(" - Picture Preview"),
                         QSize(std::abs(m_tools.startX - x) / kTwipsPerPixel,
                               std::abs(m_tools.startY - y) / kTwipsPerPixel)};

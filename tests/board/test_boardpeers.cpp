@@ -133,6 +133,16 @@ TEST_F(BoardPeers, EveryKindOfObjectArrivesTheSame)
     ASSERT_TRUE(sa().preview().has_value());
     EXPECT_EQ(sa().preview()->frame, QSize(100, 80));
     EXPECT_EQ(a.get("Capture Width"), "1500");
+    // frmTmp's Open puts another file in the preview, its Save As writes it.
+    QImage other(300, 200, QImage::Format_RGB32);
+    other.fill(qRgb(10, 40, 220));
+    ASSERT_TRUE(other.save(a.file("other.jpg"), "jpg", 90));
+    a.prompter().addAnswers({"file:" + a.file("other.jpg"), "file:" + a.file("kept")});
+    sa().openPreviewFile();
+    EXPECT_EQ(sa().preview()->picture.size(), QSize(300, 200));
+    EXPECT_EQ(sa().preview()->title, "other.jpg - Picture Preview");
+    EXPECT_EQ(sa().savePreviewAs(), a.file("kept.jpg"));
+    EXPECT_EQ(QImage(a.file("kept.jpg")).size(), QSize(300, 200));
     sa().confirmPreview({30, 40});
     EXPECT_EQ(sa().board().imageCount, 1);
     ASSERT_TRUE(waitUntil([&] {

@@ -177,6 +177,8 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     connect(&m_board, &Scrivet::minimiseBoard, this,
             [this](bool away) { away ? showMinimized() : showNormal(); });
     connect(&m_board, &Scrivet::previewRequested, this, [this] {
+        if (m_preview)
+            return;  // a further file shown in the window already up
         auto* preview = new PreviewWindow(m_board, this);
         preview->show();
         preview->raise();

@@ -20,6 +20,18 @@ PreviewWindow::PreviewWindow(Scrivet& board, QWidget* parent) : QDialog(parent),
     setWindowTitle(board.preview() ? board.preview()->title : QString());
 
     auto* menus = new QMenuBar;
+    QMenu* fileMenu = menus->addMenu(tr("&File"));
+    fileMenu->setObjectName(QStringLiteral("mnuFile"));
+    QAction* open = fileMenu->addAction(tr("&Open..."), this, [this] { m_board.openPreviewFile(); });
+    open->setObjectName(QStringLiteral("mnuOpen"));
+    QAction* saveAs = fileMenu->addAction(tr("Save &As..."), this, [this] { m_board.savePreviewAs(); });
+    saveAs->setObjectName(QStringLiteral("mnuSaveAs"));
+    QAction* exit = fileMenu->addAction(tr("E&xit"), this, &QWidget::close);
+    exit->setObjectName(QStringLiteral("mnuExit"));
+    connect(&board, &Scrivet::previewRequested, this, [this] {
+        setWindowTitle(m_board.preview()->title);
+        setZoom(m_zoom);
+    });
     QMenu* zoomMenu = menus->addMenu(tr("&Zoom"));
     zoomMenu->setObjectName(QStringLiteral("mnuZoom"));
     for (int percent : {25, 50, 75, 100, 150, 200, 400}) {
