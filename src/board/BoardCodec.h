@@ -103,9 +103,7 @@ qint16 toCutInteger(const QString& text);
 qint32 toLong(const QString& text);
 // "True"/"False" (any case) or a number; 13 otherwise.
 bool toBoolean(const QString& text);
-// A point list "x,y$x,y$...%" after its head: the texts of each pair, data
-// behind the "%". Stops at maxPairs only for the caller's sake; the cut
-// itself reads on to the "%".
+// A point list "x,y$x,y$...%" after its head, one pair at a time.
 struct PairText {
     QString x, y;
 };
