@@ -61,6 +61,9 @@ inline constexpr QByteArrayView kRingSize = "^s>";
 inline constexpr QByteArrayView kFormatOpen = "^ff";
 inline constexpr QByteArrayView kFormatClose = "^>";
 inline constexpr QByteArrayView kNotReady = "&&!NotReady!&&";
+// The board's word for "the picture has arrived, show it"; the transfer
+// sends it, the board reads it (its other words are in board/BoardCodec).
+inline constexpr QByteArrayView kBoardShowPic = "&&showPic$";
 
 // A frame word as text, for code that builds and reads frames as text.
 inline QLatin1String text(QByteArrayView word) { return QLatin1String(word); }

@@ -1,10 +1,13 @@
 #include "shell/CommandControl.h"
 
+#include "board/BoardSave.h"
+#include "board/Scrivet.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+#include "media/RingExchange.h"
 #include "transfer/Transfer.h"
 #include "wire/LiveTyping.h"
 #include "connection/Session.h"
@@ -125,6 +128,12 @@ void CommandControl::runCommand(const QString& text)
             f.connection().mnuDisconnect_Click();
         else if (word == QLatin1String("sendfile"))
             f.transfer().mnuSendFile_Click();
+        else if (word == QLatin1String("scrivet"))
+            f.scrivet().mnuDraw_Click();
+        else if (word == QLatin1String("saveboard"))
+            cmdSave_Click(f.ctx(), f.scrivet().board());
+        else if (word == QLatin1String("ring"))
+            f.rings().mnuBeep_Click();
         else if (word == QLatin1String("exit"))
             f.requestClose(true);
         return;

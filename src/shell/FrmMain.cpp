@@ -4,6 +4,7 @@
 #include "connection/Connection.h"
 #include "connection/PropertyDialog.h"
 #include "connection/Session.h"
+#include "board/Scrivet.h"
 #include "core/CopyLock.h"
 #include "core/Cp1252.h"
 #include "core/Sender.h"
@@ -44,6 +45,7 @@ struct FrmMain::Parts {
           receiver(ctx, model, session, sender, cipher, connection),
           typing(ctx, model, session, sender, cipher, receiver),
           transfer(ctx, model, session, sender, receiver),
+          scrivet(ctx, model, session, sender, cipher, transfer),
           sound(ctx),
           rings(ctx, model, session, sender, receiver, transfer, sound),
           speech(ctx, model, session, sender),
@@ -60,6 +62,7 @@ struct FrmMain::Parts {
     Receiver receiver;
     LiveTyping typing;
     Transfer transfer;
+    Scrivet scrivet;
     Sound sound;
     RingExchange rings;
     Speech speech;
@@ -92,9 +95,18 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
         return p.transfer.cSendFileCheck(data, bytes);
     };
     p.receiver.frameArrival = [&p](QByteArray& bytes) { return p.transfer.dataFrame(bytes, 0); };
+    p.receiver.cDrawcheck = [&p](QString& data) { return p.scrivet.cDrawcheck(data); };
+    p.transfer.boardShown = [&p] { return p.scrivet.visible(); };
+    connect(&p.transfer, &Transfer::drawSendingLabel, &p.scrivet, &Scrivet::setSendingPicture);
     p.receiver.joinArrival = [&p](const QByteArray& bytes, QList<QByteArray>& parts) {
+        // A board message the last read cut off goes before this one.
+        if (p.scrivet.check().hasPending()) {
+            parts << toCp1252(p.scrivet.check().takePending()) + bytes;
+            return true;
+        }
         return p.transfer.joinArrival(bytes, parts);
     };
+    connect(&p.session, &Session::sessionEnded, this, [&p] { p.scrivet.check().takePending(); });
     connect(&p.receiver, &Receiver::formatReceived, &p.typing, &LiveTyping::receiveFormat);
     connect(&p.receiver, &Receiver::refreshAnswerNeedsSettings, &p.typing,
             &LiveTyping::sentSetting);
@@ -155,6 +167,10 @@ void FrmMain::wireLinks()
         QString text = address;
         p.links->webCheck(text);
     });
+    connect(&p.scrivet, &Scrivet::webCheck, this, [&p](const QString& line) {
+        QString text = line;
+        p.links->webCheck(text);
+    });
 }
 
 FrmMain::~FrmMain() = default;
@@ -167,6 +183,7 @@ Encryption& FrmMain::encryption() const { return m_parts->cipher; }
 Connection& FrmMain::connection() const { return m_parts->connection; }
 Receiver& FrmMain::receiver() const { return m_parts->receiver; }
 LiveTyping& FrmMain::typing() const { return m_parts->typing; }
+Scrivet& FrmMain::scrivet() const { return m_parts->scrivet; }
 Transfer& FrmMain::transfer() const { return m_parts->transfer; }
 SessionRecords& FrmMain::records() const { return *m_parts->records; }
 Sound& FrmMain::sound() const { return m_parts->sound; }

@@ -19,6 +19,7 @@ class Connection;
 class Receiver;
 class LiveTyping;
 class Transfer;
+class Scrivet;
 class Encryption;
 class SessionRecords;
 class CommandControl;
@@ -49,6 +50,8 @@ public:
     Receiver& receiver() const;
     LiveTyping& typing() const;
     Transfer& transfer() const;
+    // The shared drawing board.
+    Scrivet& scrivet() const;
     SessionRecords& records() const;
     // The sounds of the copy, and the ring between the two sides.
     Sound& sound() const;

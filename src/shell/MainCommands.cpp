@@ -4,6 +4,8 @@
 
 #include "shell/MainWindow.h"
 
+#include "board/Scrivet.h"
+
 #include "wire/AwayNotice.h"
 #include "wire/PresetMessages.h"
 
@@ -323,6 +325,9 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuVolDown:
         m_frm.speech().mnuVolumeDown_Click();
+        break;
+    case Control::mnuDraw:
+        m_frm.scrivet().mnuDraw_Click();
         break;
     case Control::mnuMsg1:
     case Control::mnuMsg2:

@@ -6,8 +6,10 @@
 #include "shell/FrmMain.h"
 #include "platform/Bell.h"
 #include "shell/dialogs/AccessDialogs.h"
+#include "shell/dialogs/BoardWindow.h"
 #include "shell/dialogs/ConnectionDialogs.h"
 #include "shell/dialogs/ProgressDialog.h"
+#include "board/Scrivet.h"
 #include "transfer/Transfer.h"
 
 #include <QAction>
@@ -409,6 +411,11 @@ void MainWindow::showModeless(Form form)
         showTips();
     } else if (form == Form::frmURLHistory) {
         showUrlHistory();
+    } else if (form == Form::frmDraw) {
+        if (!m_boardWindow)
+            m_boardWindow = new BoardWindow(m_frm, action(Control::mnuMute), this);
+        m_boardWindow->show();
+        m_boardWindow->raise();
     } else if (isNetTool(form)) {
         showNetTool(form);
     }
@@ -454,6 +461,13 @@ void MainWindow::unload(Form form)
         m_splash->close();
         m_splash = nullptr;
     }
+    if (form == Form::frmDraw && m_boardWindow) {
+        // Hidden, not closed: the board has already done its close.
+        m_boardWindow->hide();
+        m_boardWindow->deleteLater();
+        m_boardWindow = nullptr;
+        m_frm.scrivet().windowGone();
+    }
     if (QDialog* d = netToolWindow(form))
         d->close();
 }
@@ -468,6 +482,8 @@ bool MainWindow::isVisible(Form form) const
         return m_frm.transfer().progress().loaded;
     if (form == Form::frmURLHistory)
         return m_urlHistory && m_urlHistory->isVisible();
+    if (form == Form::frmDraw)
+        return m_boardWindow && m_boardWindow->isVisible();
     if (QDialog* d = netToolWindow(form))
         return d->isVisible();
     return false;

@@ -6,6 +6,7 @@
 #include "core/Control.h"
 #include "core/Views.h"
 #include "shell/dialogs/AccessDialogs.h"
+#include "shell/dialogs/BoardWindow.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
 
 #include <QHash>
@@ -28,6 +29,7 @@ namespace vonnel {
 
 class FrmMain;
 class ProgressDialog;
+class BoardWindow;
 class TextPane;
 enum class StatePicture;
 
@@ -51,6 +53,8 @@ public:
     ProgressDialog* progressWindow() const { return m_progress; }
     EncryptDialog* encryptWindow() const { return m_encrypt; }
     UrlHistoryWindow* urlHistoryWindow() const { return m_urlHistory; }
+    // frmDraw while the board is shown; null otherwise.
+    BoardWindow* boardWindow() const { return m_boardWindow; }
     // The network tools' windows (frmNetView, frmNetResolve, frmAutoConnect,
     // frmAutoIP): made on first use, kept while open; null when closed.
     QDialog* netToolWindow(Form form) const;
@@ -123,6 +127,7 @@ private:
     QHash<int, QPixmap> m_statePixmaps;
     QPointer<EncryptDialog> m_encrypt;
     QPointer<UrlHistoryWindow> m_urlHistory;
+    QPointer<BoardWindow> m_boardWindow;
     QHash<int, QPointer<QDialog>> m_netTools;  // by Form
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;

@@ -3,6 +3,7 @@
 #include "core/Views.h"
 #include "access/Encryption.h"
 #include "access/PasswordStore.h"
+#include "board/Scrivet.h"
 #include "shell/FrmMain.h"
 #include "core/Views.h"
 #include "core/CopyContext.h"
@@ -12,7 +13,7 @@ namespace vonnel {
 void FrmMain::ShowMain()
 {
     if (WindowContext == QLatin1String("Scrivet")) {
-        ctx().views().showModeless(Form::frmDraw);
+        scrivet().showWindow();
         return;
     }
     if (!awayLockPassed())

@@ -48,6 +48,8 @@ Transfer::~Transfer() = default;
 
 bool Transfer::drawVisible() const
 {
+    if (boardShown)
+        return boardShown();
     return m_ctx.views().isVisible(Form::frmDraw);
 }
 

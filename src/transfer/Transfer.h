@@ -18,6 +18,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QObject>
+#include <functional>
 #include <QString>
 #include <memory>
 
@@ -130,6 +131,9 @@ public:
     bool transferPaused = false;
     // What mnuDraw goes back to when a transfer ends (the board sets it).
     bool drawMenuAllowed = true;
+    // Whether the board is up, as the board knows it (a copy without
+    // windows has one too); unset, the board's window is asked.
+    std::function<bool()> boardShown;
     int fileHandleCounter = 0;
     int recvHandleCounter = 0;
     int fileHandleRetries = 0;

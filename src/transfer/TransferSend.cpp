@@ -336,7 +336,7 @@ void Transfer::ContSendFile(qint64 position)
     } else {
         unloadProgress();
         m_model.stStatusbar.setPicture(1, StatePicture::picSend);
-        m_sender.sendRaw(QStringLiteral("&&showPic$"));
+        m_sender.sendRaw(wire::text(wire::kBoardShowPic));
         Q_EMIT drawSendingLabel(QStringLiteral("False"));
     }
     m_session.TransferOnHold = false;

@@ -46,6 +46,9 @@ Receiver::Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender&
     connect(&session, &Session::sessionOpened, m_pane, &RemotePane::beginSession);
     connect(&session, &Session::sessionOpened, this, [this] { m_faults.beginSession(); });
     cSendFileCheck = [](QString& data, QByteArray&) { return consumeFileMessage(data); };
+    // With no board to read them, board messages and what follows them in
+    // the read go as the board's error tail would let them go.
+    cDrawcheck = [](QString&) { return QString(); };
     keySent = [] { return false; };
     connect(&m_session.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
 }

@@ -54,9 +54,10 @@ public:
     QString cControlCheck(QString& data);
     // Adds text at the end of the remote pane and refreshes the lengths panel.
     void cFinishCheck(const QString& text);
-    // Board messages: consumes them in the board's order of tests and
-    // reports each through boardMessage.
-    QString cDrawcheck(QString& data);
+    // Board messages ("&&" and a third character other than "&"): takes
+    // them off data and returns what is left for the passes. The board
+    // installs its reader here.
+    std::function<QString(QString& data)> cDrawcheck;
 
     // File messages and data frames ("%%..." and "<*> "). Takes the rest of
     // the arrival and the arrival's bytes, returns what the loop goes on
@@ -101,16 +102,6 @@ public:
     // Failures met while an arrival is taken apart, and their boxes.
     ArrivalFaults& faults() { return m_faults; }
 
-    // The remote board's drawing parameters, kept between messages.
-    struct BoardState {
-        QString foreColor, backColor;
-        int startX = 0, startY = 0, endX = 0, endY = 0, thickness = 0;
-        QString fontName;
-        int fontSize = 0;
-        bool bold = false, italic = false, underline = false, strikethrough = false;
-    };
-    const BoardState& board() const { return m_board; }
-
 Q_SIGNALS:
     // "^ff" ... "^>": the format message, through its closing marker.
     void formatReceived(const QString& format);
@@ -131,9 +122,6 @@ Q_SIGNALS:
     // cControlCheck, right behind a "^" code, rather than by its own stage;
     // the two paths speak it a little differently.
     void speakReceived(const QString& line, bool behindControlCode);
-    // A board message, by its head ("&&fc", "&&st", ...), with its fields
-    // (points as "x,y"; a chat line or label already deciphered).
-    void boardMessage(const QString& head, const QStringList& fields);
     // A "^reFresh" answer begins: the typing path drops its pending
     // follow-up, the whole text goes out again instead.
     void refreshAnswerStarts();
@@ -174,7 +162,6 @@ private:
     void answerRefresh();
     void remoteShutDown();
     void refreshLengths();
-    void boardError(const QString& data);
     QString remoteName() const;
 
     CopyContext& m_ctx;
@@ -184,7 +171,6 @@ private:
     Encryption& m_cipher;
     Connection& m_connection;
     RemotePane* m_pane;
-    BoardState m_board;
     ArrivalFaults m_faults;
     // The position of the last typed character frame of this arrival; a
     // frame that carries no number leaves it as it was.

@@ -313,7 +313,6 @@ TEST_F(Receive, FeatureMessagesReachTheirSignals)
     Spy speak(&r(), &Receiver::speakReceived);
     Spy spkset(&r(), &Receiver::speakerSettingReceived);
     Spy fetch(&r(), &Receiver::ringFileRequested);
-    Spy board(&r(), &Receiver::boardMessage);
 
     arrive("^gbell.wav^G^^rW");
     ASSERT_EQ(rings.count(), 1);
@@ -340,32 +339,6 @@ TEST_F(Receive, FeatureMessagesReachTheirSignals)
     ASSERT_EQ(speak.count(), 2);
     EXPECT_EQ(speak[1][0].toString(), "and this");
     EXPECT_TRUE(speak[1][1].toBool()) << "taken behind a control code";
-
-    arrive("&&font Arial$10.5$True$False$False$True$&&sp3,4$&&ep-5,6$&&<#> hi there <#>&&");
-    EXPECT_EQ(r().board().fontName, " Arial");
-    EXPECT_EQ(r().board().fontSize, 10);
-    EXPECT_TRUE(r().board().bold);
-    EXPECT_TRUE(r().board().strikethrough);
-    EXPECT_EQ(r().board().startX, 3);
-    EXPECT_EQ(r().board().endX, -5);
-    EXPECT_EQ(r().board().endY, 6);
-    ASSERT_EQ(board.count(), 4);
-    EXPECT_EQ(board[3][0].toString(), "&&<#> ");
-    EXPECT_EQ(board[3][1].toStringList(), QStringList{"hi there"});
-}
-
-TEST_F(Receive, BoardRequestCountsOnlyWhenItIsTheWholeRead)
-{
-    Spy board(&r(), &Receiver::boardMessage);
-    arrive("&& Scrivet Request &&<Paste> a</Paste>");
-    EXPECT_EQ(board.count(), 0);
-    arrive("&& Scrivet Request &&");
-    ASSERT_EQ(board.count(), 1);
-    EXPECT_EQ(board[0][0].toString(), "&& Scrivet Request &&");
-    // A chat line with no end fails its cut: the error is shown, the rest lost.
-    arrive("&&<#> no end<Paste> a</Paste>");
-    EXPECT_TRUE(copy.prompter().asked("DrawCheck Protocol Error"));
-    EXPECT_EQ(pane(), "");
 }
 
 TEST_F(Receive, FileMessagesGoToTheInstalledDispatcher)
