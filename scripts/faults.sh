@@ -25,6 +25,7 @@ command -v ip >/dev/null && ip netns list >/dev/null 2>&1 || { echo "faults.sh: 
 nsa=vonnel-fa-$$; nsb=vonnel-fb-$$
 veth_a=vfa$$; veth_b=vfb$$
 ip_a=10.77.0.1; ip_b=10.77.0.2; port=2500
+call_port=$port
 work=$(mktemp -d /tmp/vonnel-faults.XXXXXX)
 pid_a=; pid_b=
 
@@ -45,9 +46,9 @@ trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 if [ "$quick" = 1 ]; then
-    short_down=20; long_down=70; big_mb=60; loss_mb=4
+    short_down=20; long_down=70; big_mb=60; loss_mb=2; delay_mb=1
 else
-    short_down=90; long_down=150; big_mb=200; loss_mb=20
+    short_down=90; long_down=150; big_mb=200; loss_mb=8; delay_mb=3
 fi
 
 setup_net() {
@@ -97,7 +98,7 @@ start_transfer() { # CASEDIR PAYLOAD MINBYTES
     pid_b=$!
     for t in $(seq 100); do ip netns exec "$nsb" ss -ltn | grep -q ":$port " && break; sleep 0.1; done
     ip netns exec "$nsa" env QT_QPA_PLATFORM=offscreen \
-        "$vonnel" --headless --app-path "$dir/a" --answers "$dir/a/answers" "$ip_b:$port" 2>"$dir/a/stderr" &
+        "$vonnel" --headless --app-path "$dir/a" --answers "$dir/a/answers" "$ip_b:$call_port" 2>"$dir/a/stderr" &
     pid_a=$!
     for t in $(seq 150); do grep -q '> Connection with' "$dir/a/vonnel.log" 2>/dev/null && break; sleep 0.1; done
     grep -q '> Connection with' "$dir/a/vonnel.log" 2>/dev/null || { echo "  no session came up"; return 1; }
@@ -171,38 +172,99 @@ report_file() { # CASEDIR PAYLOAD
 
 header() { echo; echo "=== $1"; }
 
-case_loss() {
-    local dir=$work/loss payload=$work/loss.bin size delay=
-    header "case: ${loss_mb} MB file with 5% packet loss each way and 50 ms delay"
-    make_payload loss.bin "$loss_mb"; size=$(size_of "$payload")
+# A TCP relay that holds every chunk for DELAY seconds before passing it
+# on, each direction on its own, order kept: the stand-in for netem's delay.
+write_relay() {
+    cat > "$work/relay.py" <<'PY'
+import asyncio, sys, time
+listen_host, listen_port, to_host, to_port, delay = sys.argv[1], int(sys.argv[2]), sys.argv[3], int(sys.argv[4]), float(sys.argv[5])
+async def pump(reader, writer):
+    queue = asyncio.Queue()
+    async def feed():
+        while True:
+            data = await reader.read(65536)
+            await queue.put((time.monotonic() + delay, data))
+            if not data:
+                return
+    async def drain():
+        while True:
+            due, data = await queue.get()
+            wait = due - time.monotonic()
+            if wait > 0:
+                await asyncio.sleep(wait)
+            if not data:
+                writer.close()
+                return
+            writer.write(data)
+            await writer.drain()
+    try:
+        await asyncio.gather(feed(), drain())
+    except Exception:
+        writer.close()
+async def serve(r1, w1):
+    try:
+        r2, w2 = await asyncio.open_connection(to_host, to_port)
+    except Exception:
+        w1.close(); return
+    await asyncio.gather(pump(r1, w2), pump(r2, w1), return_exceptions=True)
+async def main():
+    server = await asyncio.start_server(serve, listen_host, listen_port)
+    await server.serve_forever()
+asyncio.run(main())
+PY
+}
+
+add_loss() { # drops 5% of what each end sends into the veth
+    local ns dev
+    for e in "$nsa $veth_a" "$nsb $veth_b"; do
+        set -- $e; ns=$1; dev=$2
+        ip netns exec "$ns" nft add table inet vonnelfaults
+        ip netns exec "$ns" nft add chain inet vonnelfaults out '{ type filter hook output priority 0; }'
+        ip netns exec "$ns" nft add rule inet vonnelfaults out oifname "$dev" numgen random mod 100 lt 5 drop
+    done
+}
+
+have_netem() {
+    ip netns exec "$nsa" tc qdisc add dev "$veth_a" root netem delay 1ms 2>/dev/null || return 1
+    ip netns exec "$nsa" tc qdisc del dev "$veth_a" root 2>/dev/null
+    return 0
+}
+
+case_loss() { # MB DELAY(0|1)
+    local mb=$1 delay=$2 dir=$work/loss$2 payload=$work/loss$1.bin size start relay=
+    header "case: $mb MB file, 5% packet loss each way$( [ "$delay" = 1 ] && echo ", 50 ms added round trip")"
+    make_payload "loss$mb.bin" "$mb"; size=$(size_of "$payload")
     setup_net || { echo "  network set-up failed"; return; }
-    if ip netns exec "$nsa" tc qdisc add dev "$veth_a" root netem delay 50ms 2>/dev/null; then
-        ip netns exec "$nsb" tc qdisc add dev "$veth_b" root netem delay 50ms 2>/dev/null
-        ip netns exec "$nsa" tc qdisc del dev "$veth_a" root 2>/dev/null
-        ip netns exec "$nsb" tc qdisc del dev "$veth_b" root 2>/dev/null
-        delay=1
-    fi
     mkdir -p "$dir"
-    if [ -n "$delay" ]; then
-        # One netem per end gives 25 ms each way, 50 ms round trip added.
+    call_port=$port
+    if [ "$delay" = 1 ] && have_netem; then
         for e in "$nsa $veth_a" "$nsb $veth_b"; do set -- $e
             ip netns exec "$1" tc qdisc add dev "$2" root netem delay 25ms loss 5%; done
-        echo "  netem: 25 ms delay and 5% loss on each end (50 ms round trip)"
+        echo "  netem: 25 ms delay and 5% loss on each end"
     else
-        for ns in "$nsa" "$nsb"; do
-            ip netns exec "$ns" nft add table inet vonnelfaults
-            ip netns exec "$ns" nft add chain inet vonnelfaults out '{ type filter hook output priority 0; }'
-            ip netns exec "$ns" nft add rule inet vonnelfaults out numgen random mod 100 lt 5 drop
-        done
-        echo "  this kernel has no netem (tc: qdisc kind unknown): NO DELAY, loss only;"
-        echo "  nftables drops 5% of each side's outgoing packets"
+        add_loss
+        echo "  loss: nftables drops 5% of the packets each end sends into the veth"
+        if [ "$delay" = 1 ]; then
+            # No netem in this kernel ("Specified qdisc kind is unknown"):
+            # a relay in B's namespace holds each chunk 25 ms each way.
+            # B then sees its caller as 127.0.0.1.
+            write_relay
+            ip netns exec "$nsb" python3 "$work/relay.py" "$ip_b" $(( port + 100 )) 127.0.0.1 "$port" 0.025 &
+            relay=$!
+            call_port=$(( port + 100 ))
+            echo "  delay: no netem in this kernel; a relay in B's namespace holds each chunk 25 ms each way" \
+                 "(A calls $ip_b:$call_port, B sees 127.0.0.1; the lossy leg is A to relay)"
+        fi
     fi
-    local start; start=$(now)
+    start=$(now)
     if start_transfer "$dir" "$payload" 1; then
-        wait_done "$dir/received.bin" "$size" $(( quick == 1 ? 120 : 300 )) 60
-        echo "  elapsed: $(( $(now) - start )) s for $(size_of "$dir/received.bin") bytes"
+        wait_done "$dir/received.bin" "$size" $(( quick == 1 ? 120 : 240 )) 60
+        local n; n=$(size_of "$dir/received.bin")
+        echo "  elapsed: $(( $(now) - start )) s for $n bytes ($(( n / 1024 / ( $(now) - start + 1 ) )) KB/s)"
     fi
     finish_copies "$dir"
+    [ -n "$relay" ] && { kill "$relay" 2>/dev/null; wait "$relay" 2>/dev/null; }
+    call_port=$port
     report_side "$dir" a "sender A  "; report_side "$dir" b "receiver B"
     report_file "$dir" "$payload"
     teardown_net
@@ -267,7 +329,7 @@ case_kill() { # a|b
 echo "faults.sh: $(date -u '+%F %T') UTC, kernel $(uname -r), quick=$quick, work $work"
 for c in $cases; do
     case $c in
-        loss) case_loss ;;
+        loss) case_loss "$loss_mb" 0; case_loss "$delay_mb" 1 ;;
         down90) case_down "$short_down" ;;
         down150) case_down "$long_down" ;;
         kill) case_kill a; case_kill b ;;
