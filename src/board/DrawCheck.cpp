@@ -128,10 +128,13 @@ void DrawCheck::runTests(QString& data)
     fallBack(r.remoteForeColor, m_target.localForeColour());
     fallBack(r.remoteBackColor, m_target.localBackColour());
 
-    // 1: one character more than the literal is compared, so only a request
-    // that is the whole of data counts.
-    if (data == text(kRequest)) {
-        data.clear();
+    // 1: the request is taken at the head of data, whatever follows it. How
+    // the peer's writes fall into reads is chance; a request sharing its
+    // read with the away notice or a keystroke would otherwise be lost and
+    // end in the error box, so what stands behind it goes on through the
+    // tests and back to the loop.
+    if (at(data, kRequest)) {
+        data.remove(0, kRequest.size());
         m_target.request();
     }
     // 2: the name stays in data and goes back to the loop.

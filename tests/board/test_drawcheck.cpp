@@ -85,8 +85,9 @@ struct Case {
 const Case kCases[] = {
     {"request alone", "&& Scrivet Request &&", "request", ""},
     {"request behind a message", "&&fc7$&& Scrivet Request &&", "fc 7|request", ""},
-    {"request with more behind is no request", "&& Scrivet Request &&<Paste> a", "", "",
-     "Out of stack space"},
+    {"request sharing its read leaves the rest to the loop",
+     "&& Scrivet Request &&<Paste> a</Paste>^BK1#BK", "request", "<Paste> a</Paste>^BK1#BK"},
+    {"request then a board message", "&& Scrivet Request &&&&fc7$", "request|fc 7", ""},
     {"ring keeps the name for the loop", "&&-gbell.wav", "ring bell.wav", "bell.wav"},
     {"not ready", "&&!NotReady!&&", "notReady", ""},
     {"ready", "&&!Ready!&&tail", "ready", "tail"},
