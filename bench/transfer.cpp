@@ -3,13 +3,16 @@
 // the same run and on the same event loop, a raw TCP stop-and-wait loop with
 // the same frame and acknowledgement sizes ("<*> ", payload, " </*>" in one
 // write, then an acknowledgement of the same length as the program's).
-// Prints MB/s of both and their ratio. The raw loop runs twice: leaving
-// each send to Qt's next turn of the event loop, as the program's socket
-// does (the like-for-like ratio), and flushing each write at once (the
-// floor of a stop-and-wait loop over Qt's sockets).
+// Prints MB/s of both and their ratio. The raw loop runs three times, each
+// write sent at Qt's next turn of the event loop as the program's socket
+// does unless flushed: with the file work the program must do (each payload
+// read from the source file and appended to a target file; the headline
+// ratio), without files, and without files flushing each write at once
+// (the floor of a stop-and-wait loop over Qt's sockets).
 //
 // Usage: bench_transfer [megabytes] [bytes per send ...]   (default 200 2000 8000)
-// VONNEL_BENCH_ROUNDS sets the number of rounds (default 3).
+// VONNEL_BENCH_ROUNDS sets the number of rounds (default 3);
+// VONNEL_BENCH_PROGRAM_ONLY runs the program's transfer alone, for a profile.
 
 #include "support/Session.h"
 #include "support/TestCopy.h"
@@ -40,9 +43,18 @@ QByteArray ackFor(qint64 n, qint64 total)
 // Seconds for a stop-and-wait run of total bytes in frames of the given
 // payload, or a negative value when it stalled. Without flush Qt sends each
 // write at the next turn of the event loop, as for the program's socket;
-// with it each write goes out at once.
-double rawLoop(qint64 total, int perSend, bool flush)
+// with it each write goes out at once. With a source file each frame's
+// payload is read from it, and the receiver appends each payload to the
+// target: the file work the program must do, and nothing else.
+double rawLoop(qint64 total, int perSend, bool flush, const QString& source = {},
+               const QString& target = {})
 {
+    const bool files = !source.isEmpty();
+    QFile in(source), out(target);
+    if (files && (!in.open(QIODevice::ReadOnly) || !out.open(QIODevice::WriteOnly | QIODevice::Truncate)))
+        return -1;
+    QByteArray received;
+
     QTcpServer server;
     server.listen(QHostAddress::LocalHost, 0);
     QTcpSocket sender;
@@ -67,7 +79,10 @@ double rawLoop(qint64 total, int perSend, bool flush)
         QByteArray frame;
         frame.reserve(n + 9);
         frame += "<*> ";
-        frame += QByteArrayView(payload.constData(), n);
+        if (files)
+            frame += in.read(n);
+        else
+            frame += QByteArrayView(payload.constData(), n);
         frame += " </*>";
         sender.write(frame);
         if (flush)
@@ -77,8 +92,15 @@ double rawLoop(qint64 total, int perSend, bool flush)
         position += n;
     };
     QObject::connect(receiver, &QTcpSocket::readyRead, [&] {
-        frameBytes += receiver->readAll().size();
+        const QByteArray got = receiver->readAll();
+        frameBytes += got.size();
+        if (files)
+            received += got;
         if (frameBytes >= frameWanted) {
+            if (files) {
+                out.write(received.constData() + 4, received.size() - 9);
+                received.clear();
+            }
             const QByteArray ack = ackFor(position, total);
             ackWanted = ack.size();
             ackBytes = 0;
@@ -101,7 +123,14 @@ double rawLoop(qint64 total, int perSend, bool flush)
     sendFrame();
     if (!spin([&] { return done; }, 600000))
         return -1;
-    return double(clock.nsecsElapsed()) / 1e9;
+    const double seconds = double(clock.nsecsElapsed()) / 1e9;
+    if (files) {
+        out.close();
+        if (QFileInfo(target).size() != total)
+            return -1;
+        QFile::remove(target);
+    }
+    return seconds;
 }
 
 // Seconds for the program to carry the file from a to b, or a negative value.
@@ -164,18 +193,21 @@ int main(int argc, char** argv)
         }
     }
 
+    // For a profile of the program alone (bench/transfer.sh --profile).
+    const bool programOnly = qEnvironmentVariableIsSet("VONNEL_BENCH_PROGRAM_ONLY");
     const int rounds = qMax(1, qEnvironmentVariableIntValue("VONNEL_BENCH_ROUNDS") ?: 3);
     std::printf("file: %lld MB over loopback, both copies and the raw loop on one event loop;\n"
                 "best of %d alternating rounds of each\n",
                 static_cast<long long>(megabytes), rounds);
-    std::printf("%14s %12s %12s %8s %15s %8s %10s\n", "Byte Per Send", "program MB/s",
-                "raw MB/s", "ratio", "raw flush MB/s", "ratio", "identical");
+    std::printf("%14s %12s %14s %8s %12s %8s %15s %8s %10s\n", "Byte Per Send", "program MB/s",
+                "raw files MB/s", "ratio", "raw MB/s", "ratio", "raw flush MB/s", "ratio",
+                "identical");
     int status = 0;
     for (int perSend : sizes) {
         // The machine may be busy with other work: the runs alternate, and
         // each keeps its fastest round.
         bool identical = true;
-        double program = -1, raw = -1, flushed = -1;
+        double program = -1, withFiles = -1, raw = -1, flushed = -1;
         auto keepBest = [](double& best, double t) {
             if (t > 0 && (best < 0 || t < best))
                 best = t;
@@ -184,18 +216,28 @@ int main(int argc, char** argv)
             bool same = false;
             keepBest(program, programRun(source, total, perSend, &same));
             identical = identical && same;
+            if (programOnly)
+                continue;
+            keepBest(withFiles, rawLoop(total, perSend, false, source,
+                                        dir.filePath(QStringLiteral("raw-target.bin"))));
             keepBest(raw, rawLoop(total, perSend, false));
             keepBest(flushed, rawLoop(total, perSend, true));
         }
-        if (program <= 0 || raw <= 0 || flushed <= 0) {
+        if (programOnly) {
+            std::printf("%14d %12.1f\n", perSend, program > 0 ? double(megabytes) / program : 0.0);
+            continue;
+        }
+        if (program <= 0 || withFiles <= 0 || raw <= 0 || flushed <= 0) {
             std::printf("%14d stalled\n", perSend);
             status = 1;
             continue;
         }
         const double mbProgram = double(megabytes) / program;
+        const double mbFiles = double(megabytes) / withFiles;
         const double mbRaw = double(megabytes) / raw;
         const double mbFlushed = double(megabytes) / flushed;
-        std::printf("%14d %12.1f %12.1f %7.0f%% %15.1f %7.0f%% %10s\n", perSend, mbProgram, mbRaw,
+        std::printf("%14d %12.1f %14.1f %7.0f%% %12.1f %7.0f%% %15.1f %7.0f%% %10s\n", perSend,
+                    mbProgram, mbFiles, 100.0 * mbProgram / mbFiles, mbRaw,
                     100.0 * mbProgram / mbRaw, mbFlushed, 100.0 * mbProgram / mbFlushed,
                     identical ? "yes" : "NO");
         std::fflush(stdout);

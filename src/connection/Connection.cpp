@@ -174,7 +174,7 @@ void Connection::Winsock_SendProgress(int index, qint64 bytesSent, qint64)
     if (m_ctx.views().isVisible(Form::frmDraw))
         Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
     m_session.bytesSentCount += bytesSent;
-    m_model.stStatusbar.setText(11, Session::byteCountText(m_session.bytesSentCount));
+    m_session.showByteCount(11, m_session.bytesSentCount);
 }
 
 void Connection::stStatusbar_PanelClick(int panel)

@@ -24,12 +24,18 @@ Session::Session(CopyContext& ctx, MainModel& model, Sender& sender, QObject* pa
     const auto resetCounters = [this] {
         bytesSentCount = 0;
         arrivedLength = 0;
+        for (CountPanel& c : m_counts)
+            c.timer.stop();
         m_model.stStatusbar.setText(10, QString());
         m_model.stStatusbar.setText(11, QString());
         m_model.stStatusbar.setText(3, QString::number(m_model.txtServer.length()) +
                                            QStringLiteral(" - ") +
                                            QString::number(m_model.txtClient(sIdx).length()));
     };
+    for (int i = 0; i < 2; ++i) {
+        m_counts[size_t(i)].timer.setSingleShot(true);
+        connect(&m_counts[size_t(i)].timer, &QTimer::timeout, this, [this, i] { paintCount(10 + i); });
+    }
     connect(this, &Session::sessionEnded, this, resetCounters);
     connect(this, &Session::sessionOpened, this, resetCounters);
 }
@@ -47,16 +53,8 @@ void Session::checkStatus()
 {
     CopyContext& c = m_ctx;
     StatusBar& bar = m_model.stStatusbar;
-    const QString minute = c.translate(QStringLiteral("Minute"), QStringLiteral("min"));
-    const QString connecting = c.translate(QStringLiteral("Connecting"));
-    const QString pending = c.translate(QStringLiteral("Connection Pending"));
-    const QString ready = c.translate(QStringLiteral("Ready"));
-    const QString closed = c.translate(QStringLiteral("Connection Closed"));
-    const QString wsError = c.translate(QStringLiteral("Winsock Error"));
-    const QString resolving = c.translate(QStringLiteral("Resolving Host"));
-    const QString resolved = c.translate(QStringLiteral("Host Resolved"));
-    const QString reset = c.translate(QStringLiteral(" - Click here to reset to Listening mode"));
-
+    // This runs at every arrival: only the texts the state needs are looked
+    // up, in the branch that shows them.
     // During a paste the panels are left as they stand.
     if (PasteInProgress)
         return;
@@ -77,33 +75,37 @@ void Session::checkStatus()
         const qint64 mins = SessionDateStart.isValid()
                                 ? SessionDateStart.secsTo(c.clock().now()) / 60
                                 : 0;
-        bar.setText(4, QString::number(mins) + QLatin1Char(' ') + minute);
+        bar.setText(4, QString::number(mins) + QLatin1Char(' ') +
+                           c.translate(QStringLiteral("Minute"), QStringLiteral("min")));
         EnableDisconnect();
     }
     if (ws.State() == Winsock::sckConnecting)
-        bar.setText(2, connecting + QStringLiteral(" ..."));
+        bar.setText(2, c.translate(QStringLiteral("Connecting")) + QStringLiteral(" ..."));
     if (ws.State() == Winsock::sckConnectionPending)
-        bar.setText(2, pending);
+        bar.setText(2, c.translate(QStringLiteral("Connection Pending")));
     if (ws.State() == Winsock::sckClosing)
         bar.setText(2, QStringLiteral("..."));
     if (ws.State() == Winsock::sckListening) {
-        bar.setText(2, ready);
+        bar.setText(2, c.translate(QStringLiteral("Ready")));
         EnableConnect();
     }
     if (ws.State() <= Winsock::sckClosed) {
-        bar.setText(2, closed + reset);
-        paintClosed(closed + reset);
+        const QString text = c.translate(QStringLiteral("Connection Closed")) +
+                             c.translate(QStringLiteral(" - Click here to reset to Listening mode"));
+        bar.setText(2, text);
+        paintClosed(text);
         EnableConnect();
     }
     if (ws.State() == Winsock::sckError) {
-        bar.setText(2, wsError + QLatin1Char(':'));
-        paintClosed(wsError + QLatin1Char(':'));
+        const QString text = c.translate(QStringLiteral("Winsock Error")) + QLatin1Char(':');
+        bar.setText(2, text);
+        paintClosed(text);
         EnableConnect();
     }
     if (ws.State() == Winsock::sckResolvingHost)
-        bar.setText(2, resolving + QStringLiteral("..."));
+        bar.setText(2, c.translate(QStringLiteral("Resolving Host")) + QStringLiteral("..."));
     if (ws.State() == Winsock::sckHostResolved)
-        bar.setText(2, resolved);
+        bar.setText(2, c.translate(QStringLiteral("Host Resolved")));
 }
 
 void Session::EnableConnect()
@@ -163,6 +165,25 @@ void Session::idleDelay(double& seconds, bool keepPointer)
 void Session::yieldEvents()
 {
     QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
+
+void Session::showByteCount(int panel, qint64 bytes)
+{
+    CountPanel& c = m_counts[size_t(panel - 10)];
+    c.bytes = bytes;
+    const qint64 now = m_ctx.clock().steadyMs();
+    if (c.shownAtMs < 0 || now - c.shownAtMs >= kCountRepaintMs || now < c.shownAtMs)
+        paintCount(panel);
+    else if (!c.timer.isActive())
+        c.timer.start(int(kCountRepaintMs - (now - c.shownAtMs)));
+}
+
+void Session::paintCount(int panel)
+{
+    CountPanel& c = m_counts[size_t(panel - 10)];
+    c.timer.stop();
+    c.shownAtMs = m_ctx.clock().steadyMs();
+    m_model.stStatusbar.setText(panel, byteCountText(c.bytes));
 }
 
 QString Session::byteCountText(qint64 bytes)

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QString>
 #include <QTime>
+#include <QTimer>
 #include <array>
 #include <memory>
 
@@ -51,6 +52,11 @@ public:
     void yieldEvents();
     // Panels 10 and 11: bytes up to 1000, kilobytes from 1001.
     static QString byteCountText(qint64 bytes);
+    // Shows a byte count in panel 10 or 11. A transfer changes the counts
+    // with every frame; their texts are made at most every 50 ms, and the
+    // latest count shows at most 50 ms after it came.
+    void showByteCount(int panel, qint64 bytes);
+    static constexpr int kCountRepaintMs = 50;
 
     // --- the running session -----------------------------------------------
     bool RemoteResponded = false;
@@ -83,6 +89,13 @@ private:
     MainModel& m_model;
     Sender& m_sender;
     std::array<std::unique_ptr<Winsock>, 2> m_winsock;
+    struct CountPanel {
+        qint64 bytes = 0;
+        qint64 shownAtMs = -1;
+        QTimer timer;
+    };
+    std::array<CountPanel, 2> m_counts;  // panels 10 and 11
+    void paintCount(int panel);
 };
 
 }  // namespace vonnel

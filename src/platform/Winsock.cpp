@@ -71,8 +71,17 @@ QString dottedAddress(const QHostAddress& a)
 
 QString Winsock::RemoteHostIP() const
 {
-    if (m_socket && !m_socket->peerAddress().isNull())
-        return dottedAddress(m_socket->peerAddress());
+    if (m_socket) {
+        // Asked at every arrival: the text is made once per peer address.
+        const QHostAddress peer = m_socket->peerAddress();
+        if (!peer.isNull()) {
+            if (peer != m_peerShown) {
+                m_peerShown = peer;
+                m_peerText = dottedAddress(peer);
+            }
+            return m_peerText;
+        }
+    }
     return m_remoteIP;
 }
 

@@ -118,6 +118,8 @@ private:
     // The address of the latest caller or peer; kept after the connection
     // is gone, as the session's end still names it.
     QString m_remoteIP;
+    mutable QHostAddress m_peerShown;
+    mutable QString m_peerText;
     int m_lastError = 0;
     QString m_lastErrorText;
     int m_watchFd = -1;

@@ -182,7 +182,7 @@ private:
     bool anyUnderWay() const;
     bool fileUnderWay() const { return m_sending || m_receiving; }
     void goOn(qint64 position = 0);
-    qint64 acknowledgedLength(QFile& target);
+    qint64 acknowledgedLength(QFile& target, qint64 length);
     void strayFrame(qsizetype bytes);
     bool refusedForSize(qint64 length);
     bool readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out);
@@ -197,6 +197,9 @@ private:
     ProgressModel m_progress;
     QFile m_sendFile;
     QFile m_picSendFile;
+    // The lengths of the two send files as read at their open; -1 unknown.
+    qint64 m_sendLength = -1;
+    qint64 m_picSendLength = -1;
     QFile m_recvFile;
     QFile m_picRecvFile;
     // What this session has under way, for each kind: only these let an

@@ -107,6 +107,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     // the pause was pressed: its bytes are where the sender's position
     // already stands, so they are kept and acknowledged like any other (a
     // paused sender takes the count as its position and sends nothing).
+    // The length is asked of the file once a frame, and handed on.
     qint64 n = target->size();
     if (!board && transferPaused && n >= expected) {
         // The whole file is in: the pause has nothing left to hold, and
@@ -127,7 +128,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
             updateProgress(QStringLiteral("Save Error"));
     } else {
         const qint64 before = n;
-        n = acknowledgedLength(*target);
+        n = acknowledgedLength(*target, n);
         if (n < before && n <= m_lastAck) {
             // Frames smaller than the rounding of the count at this length
             // could never move the transfer on.
@@ -146,12 +147,11 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     return rest;
 }
 
-qint64 Transfer::acknowledgedLength(QFile& target)
+qint64 Transfer::acknowledgedLength(QFile& target, qint64 n)
 {
     // The count travels in a form that keeps seven digits: the file is cut
     // back to a length the count carries exactly, and the sender sends the
     // cut bytes again from there.
-    const qint64 n = target.size();
     const qint64 exact = exactAckLength(n);
     if (exact < n && !target.resize(exact))
         return n;

@@ -209,6 +209,7 @@ void Transfer::beginSendFile(QString path)
     const bool picBranch = board && transferMode != QLatin1String("Vonnel");
     QFile& file = picBranch ? m_picSendFile : m_sendFile;
     const qint64 length = (board ? m_picSendFile : m_sendFile).size();
+    m_sendLength = m_picSendLength = -1;
     const qint64 chunk = length >= bytesPerSend ? bytesPerSend : length;
     m_progress.lblProgress.text =
         length >= bytesPerSend ? QString::number(percentOf(chunk, length)) + QLatin1Char('%')
@@ -269,15 +270,22 @@ void Transfer::ContSendFile(qint64 position)
         p = position;  // the receiver's file length is the only authority
 
     // A file that was closed behind the transfer is picked up again.
+    qint64& knownLength = picBranch ? m_picSendLength : m_sendLength;
     if (!file->isOpen()) {
         file->setFileName(path);
         file->open(QIODevice::ReadOnly);
+        knownLength = -1;
     }
+    // The length is asked of the file system once per open, not per frame:
+    // a file that grows meanwhile still goes out at the size offered, one
+    // that shrinks fails its read below.
+    if (file->isOpen() && knownLength < 0)
+        knownLength = file->size();
     m_progress.caption = lookup("Sending File");
     m_progress.txtSendRec = QStringLiteral("Sending File");
 
     const int handle = picBranch ? picSendHandle : sendFileHandle;
-    const qint64 length = file->isOpen() ? file->size() : 0;
+    const qint64 length = file->isOpen() ? knownLength : 0;
     if (!file->isOpen()) {
         m_model.stStatusbar.setText(1, QStringLiteral("File Sending - contSentFile Error (File#") +
                                      QString::number(handle) + QStringLiteral(")\r") +

@@ -123,7 +123,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         m_session.SessionDateStart.isValid() ? m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60 : 0;
     m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
                                  m_ctx.translate(QStringLiteral("Minute"), QStringLiteral("min")));
-    m_model.stStatusbar.setText(10, Session::byteCountText(bytesTotal));
+    m_session.showByteCount(10, bytesTotal);
 
     m_session.RemoteResponded = true;
     m_session.arrivedLength = bytes.size();
