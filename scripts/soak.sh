@@ -51,6 +51,9 @@ command_to() { # DIR TEXT
 }
 
 rss_kb() { awk '/^VmRSS/ {print $2}' "/proc/$1/status" 2>/dev/null || echo 0; }
+# The anonymous part of the resident memory: the heap and stacks, without
+# the pages of libraries and mapped files.
+anon_kb() { awk '/^Anonymous/ {print $2}' "/proc/$1/smaps_rollup" 2>/dev/null || echo 0; }
 size_of() { stat -c %s "$1" 2>/dev/null || echo 0; }
 
 a=$work/a; b=$work/b
@@ -79,11 +82,12 @@ grep -q '> Connection with' "$a/vonnel.log" 2>/dev/null || { echo "no session ca
 
 start=$(date +%s); end=$((start + minutes * 60)); next_report=$start
 lines=0; sent=0; intact=0; broken=0; pending=; next_send=$start
-printf '%6s %10s %10s %7s %6s\n' minute "A RSS KB" "B RSS KB" lines files
+printf '%6s %10s %10s %10s %10s %7s %6s\n' minute "A RSS KB" "A anon KB" "B RSS KB" "B anon KB" lines files
 while [ "$(date +%s)" -lt "$end" ]; do
     now=$(date +%s)
     if [ "$now" -ge "$next_report" ]; then
-        printf '%6d %10s %10s %7d %6d\n' $(( (now - start) / 60 )) "$(rss_kb $pid_a)" "$(rss_kb $pid_b)" "$lines" "$intact"
+        printf '%6d %10s %10s %10s %10s %7d %6d\n' $(( (now - start) / 60 )) "$(rss_kb $pid_a)" "$(anon_kb $pid_a)" \
+            "$(rss_kb $pid_b)" "$(anon_kb $pid_b)" "$lines" "$intact"
         next_report=$((next_report + 60))
     fi
     # A finished file is compared; then B sends the next one.

@@ -157,7 +157,13 @@ void Connection::Winsock_SendComplete(int index)
         m_model.txtServer.setLocked(false);
     if (m_session.SessionDateStart.isValid()) {
         const qint64 mins = m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60;
-        if (mins > iniInt(m_model.stStatusbar.text(4)))
+        // Every send comes here: the panel's number is parsed once per text.
+        const QString shown = m_model.stStatusbar.text(4);
+        if (shown != m_minutesText) {
+            m_minutesText = shown;
+            m_minutesShown = iniInt(shown);
+        }
+        if (mins > m_minutesShown)
             m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
                                          m_ctx.translate(QStringLiteral("min.")));
     }

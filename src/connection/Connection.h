@@ -95,6 +95,9 @@ private:
     CopyContext& m_ctx;
     MainModel& m_model;
     Session& m_session;
+    // Panel 4 as last read by the send event, and its number.
+    QString m_minutesText;
+    qint64 m_minutesShown = 0;
     Sender& m_sender;
     Encryption& m_cipher;
     std::unique_ptr<AddressServices> m_address;

@@ -78,7 +78,14 @@ void CopyContext::writeSetting(const QString& key, const QString& value) const
 
 double CopyContext::settingNumber(const QString& key) const
 {
-    return iniNumber(setting(key));
+    const QString text = setting(key);
+    // Read at every arrival ("Test"): the number is parsed once per text.
+    auto it = m_settingNumbers.constFind(key);
+    if (it != m_settingNumbers.constEnd() && it->first == text)
+        return it->second;
+    const double value = iniNumber(text);
+    m_settingNumbers.insert(key, {text, value});
+    return value;
 }
 
 int CopyContext::settingInt(const QString& key) const

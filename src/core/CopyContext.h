@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QString>
 #include <memory>
+#include <utility>
 
 namespace vonnel {
 
@@ -131,6 +132,7 @@ private:
     std::unique_ptr<IniFileWatch> m_iniWatch;
     mutable QHash<QString, QString> m_settingValues;
     mutable quint64 m_settingsGeneration = 0;
+    mutable QHash<QString, std::pair<QString, double>> m_settingNumbers;
     std::unique_ptr<Logs> m_logs;
     std::unique_ptr<Pinger> m_ownPinger;
     std::unique_ptr<EchoProber> m_prober;  // after the pinger that made it
