@@ -11,6 +11,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 namespace vonnel::test {
@@ -146,6 +147,38 @@ TEST_F(Rings, NothingGoesOutWhenTheRingOnlyStopped)
     pump(300);
     EXPECT_EQ(b.audio().played.size(), 1);
     EXPECT_TRUE(a.frm().model().controls.enabled(RingExchange::ringButton()));
+}
+
+// A ring while a file is on its way: the receiver lacks the sender's ring
+// and would fetch it, but the transfer channel is taken, so its own ring
+// plays, nothing is fetched and the file arrives whole.
+TEST_F(Rings, DuringAFileTransferTheLocalRingPlaysAndTheFileArrivesWhole)
+{
+    b.set("Same Remote Ring", "1");
+    b.set("Ring", "own.wav");
+    const QByteArray data = randomBytes(3'000'000, 41);
+    const QString source = a.file("source.bin");
+    const QString target = b.file("target.bin");
+    ASSERT_TRUE(writeBytes(source, data));
+    a.prompter().addAnswers({"file:" + source});
+    b.prompter().addAnswers({"yes", "file:" + target});
+    a.frm().transfer().mnuSendFile_Click();
+    ASSERT_TRUE(waitUntil([&] { return QFileInfo(target).size() > 0; }));
+    ASSERT_TRUE(b.frm().transfer().fileReceiving());
+
+    a.audio().finish();
+    b.audio().finish();
+    a.audio().played.clear();
+    b.audio().played.clear();
+    ring();
+    ASSERT_TRUE(waitUntil([&] { return !b.audio().played.isEmpty(); }));
+    EXPECT_EQ(b.audio().played.first(), b.file("own.wav"));
+    EXPECT_EQ(b.frm().receiver().ringWanted, "n/a");
+
+    ASSERT_TRUE(waitUntil([&] { return !a.frm().transfer().fileSending() && !b.frm().transfer().fileReceiving(); },
+                          30000));
+    EXPECT_EQ(readFile(target), data);
+    EXPECT_FALSE(QFile::exists(b.file("ring.wav"))) << "the sender's ring was not fetched";
 }
 
 }  // namespace
