@@ -48,7 +48,7 @@ int TypingBinder::keyCode(const QKeyEvent* e)
     if (k >= Qt::Key_A && k <= Qt::Key_Z)
         return k;  // the same codes: 65 to 90
     if (k >= Qt::Key_0 && k <= Qt::Key_9)
-        return k;
+        return (e->modifiers() & Qt::KeypadModifier) ? 96 + (k - Qt::Key_0) : k;
     if (k >= Qt::Key_F1 && k <= Qt::Key_F24)
         return 112 + (k - Qt::Key_F1);
     switch (k) {
@@ -77,7 +77,51 @@ int TypingBinder::keyCode(const QKeyEvent* e)
     case Qt::Key_NumLock: return 144;
     default: break;
     }
-    return k < 256 ? k : 0;
+    // The punctuation keys have key codes of their own, the same shifted or
+    // not; their characters' codes would collide with the navigation keys'
+    // (a point is 46, the code of Delete, and its release would send a
+    // deletion and reset the address scan).
+    const bool keypad = e->modifiers() & Qt::KeypadModifier;
+    switch (k) {
+    case Qt::Key_Asterisk: return keypad ? 106 : 56;
+    case Qt::Key_Plus: return keypad ? 107 : 187;
+    case Qt::Key_Minus: return keypad ? 109 : 189;
+    case Qt::Key_Period: return keypad ? 110 : 190;
+    case Qt::Key_Slash: return keypad ? 111 : 191;
+    case Qt::Key_Semicolon:
+    case Qt::Key_Colon: return 186;
+    case Qt::Key_Equal: return 187;
+    case Qt::Key_Comma:
+    case Qt::Key_Less: return 188;
+    case Qt::Key_Underscore: return 189;
+    case Qt::Key_Greater: return 190;
+    case Qt::Key_Question: return 191;
+    case Qt::Key_QuoteLeft:
+    case Qt::Key_AsciiTilde: return 192;
+    case Qt::Key_BracketLeft:
+    case Qt::Key_BraceLeft: return 219;
+    case Qt::Key_Backslash:
+    case Qt::Key_Bar: return 220;
+    case Qt::Key_BracketRight:
+    case Qt::Key_BraceRight: return 221;
+    case Qt::Key_Apostrophe:
+    case Qt::Key_QuoteDbl: return 222;
+    // Shifted digits: the digit's key.
+    case Qt::Key_ParenRight: return '0';
+    case Qt::Key_Exclam: return '1';
+    case Qt::Key_At: return '2';
+    case Qt::Key_NumberSign: return '3';
+    case Qt::Key_Dollar: return '4';
+    case Qt::Key_Percent: return '5';
+    case Qt::Key_AsciiCircum: return '6';
+    case Qt::Key_Ampersand: return '7';
+    case Qt::Key_ParenLeft: return '9';
+    default: break;
+    }
+    // Other keys (letters of other alphabets, dead keys) have no code of
+    // their own here; below 128 would be taken for a control or navigation
+    // key.
+    return k >= 128 && k < 256 ? k : 0;
 }
 
 int TypingBinder::shiftState(Qt::KeyboardModifiers m)

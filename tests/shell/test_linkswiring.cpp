@@ -3,10 +3,14 @@
 
 #include "links/UrlHistory.h"
 #include "shell/MainWindow.h"
+#include "shell/TypingBinder.h"
 #include "support/Session.h"
 #include "wire/TypingPeer.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QListWidget>
 #include <gtest/gtest.h>
 
@@ -70,6 +74,62 @@ TEST(LinksInASession, HistoryWindowShowsTheListsAndItsCount)
     w->lstURL()->setCurrentRow(0);
     EXPECT_EQ(h.selectedIndex(), 0);
     EXPECT_EQ(w->txtDescript()->text(), "an example");
+}
+
+}  // namespace
+
+namespace {
+
+// Types the text into the pane as a keyboard does: Shift held around the
+// shifted characters, an event-loop turn after each key as between real
+// key strokes.
+void typeAsKeyboard(QWidget* pane, const QString& text)
+{
+    for (QChar ch : text) {
+        int key = ch.toUpper().unicode();
+        bool shifted = false;
+        switch (ch.unicode()) {
+        case ':': key = Qt::Key_Colon; shifted = true; break;
+        case '@': key = Qt::Key_At; shifted = true; break;
+        case '.': key = Qt::Key_Period; break;
+        case '/': key = Qt::Key_Slash; break;
+        case ' ': key = Qt::Key_Space; break;
+        default: break;
+        }
+        const Qt::KeyboardModifiers mods = shifted ? Qt::ShiftModifier : Qt::NoModifier;
+        auto send = [pane](QEvent::Type type, int k, Qt::KeyboardModifiers m, const QString& t) {
+            QKeyEvent e(type, k, m, t);
+            QCoreApplication::sendEvent(pane, &e);
+        };
+        if (shifted)
+            send(QEvent::KeyPress, Qt::Key_Shift, Qt::ShiftModifier, QString());
+        send(QEvent::KeyPress, key, mods, QString(ch));
+        send(QEvent::KeyRelease, key, mods, QString());
+        if (shifted)
+            send(QEvent::KeyRelease, Qt::Key_Shift, Qt::NoModifier, QString());
+        pump(2);
+    }
+}
+
+// A point's key is no Delete: typing on behind an address neither sends a
+// deletion nor scans the address again.
+TEST(LinksInASession, EachTypedAddressReachesTheOtherHistoryOnce)
+{
+    TestCopy callee(0, {{"Auto Accept Connection", "1"}, {"Show URL History", "0"}, {"Web Check", "0"}});
+    TestCopy caller(0, {{"Show URL History", "0"}});
+    ASSERT_TRUE(callee.start() && caller.start());
+    ASSERT_TRUE(connectCopies(caller, callee));
+    QPlainTextEdit pane;
+    new TypingBinder(caller.frm(), &pane);
+    typeAsKeyboard(&pane, "news at www.example.org and https://qt.io/docs then ftp://ftp.debian.org/debian or "
+                          "mailto:ann@example.com end. ");
+    const QStringList sent{"www.example.org", "https://qt.io/docs", "ftp://ftp.debian.org/debian",
+                           "mailto:ann@example.com"};
+    ASSERT_TRUE(waitUntil([&] { return callee.frm().urlHistory().count() >= sent.size(); }, 3000));
+    pump(300);
+    EXPECT_EQ(callee.frm().urlHistory().lstURL(), sent);
+    EXPECT_EQ(caller.frm().urlHistory().lstURL(), sent);
+    EXPECT_EQ(callee.frm().model().txtClient(0).text(), caller.frm().model().txtServer.text());
 }
 
 }  // namespace
