@@ -2,7 +2,7 @@
 # Installs the Debian packages the build, the program and the tests need,
 # only those that are missing.
 set -euo pipefail
-packages=(cmake make g++ pkg-config libgtest-dev
+packages=(cmake make g++ pkg-config python3 libgtest-dev
   qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev libxkbcommon-dev
   qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev)
 missing=()

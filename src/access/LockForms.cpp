@@ -17,26 +17,31 @@ FrmPassLock::FrmPassLock(CopyContext& ctx, PasswordStore& store) : m_ctx(ctx), m
 
 QString FrmPassLock::captionTop()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Enter new password in the following. (Case Sensative)");
 }
 
 QString FrmPassLock::captionBottom()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Or, leave them empty for no password.");
 }
 
 QString FrmPassLock::labelPass()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Choose your password:");
 }
 
 QString FrmPassLock::labelPassword()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Confirm your password:");
 }
 
 QString FrmPassLock::levelName(const QString& level)
 {
+    // Lang.txt key: the text returned
     return level.startsWith(QLatin1Char('2')) ? QStringLiteral("Away password")
                                               : QStringLiteral("Startup password");
 }
@@ -107,11 +112,13 @@ FrmUnlock::FrmUnlock(CopyContext& ctx, PasswordStore& store) : m_ctx(ctx), m_sto
 
 QString FrmUnlock::title()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Vonnel - [Locked]");
 }
 
 QString FrmUnlock::label()
 {
+    // Lang.txt key: the text returned
     return QStringLiteral("Please enter password to unlock it");
 }
 

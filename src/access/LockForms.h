@@ -73,11 +73,15 @@ class FrmSecurity {
 public:
     FrmSecurity(CopyContext& ctx, PasswordStore& store);
 
+    // Lang.txt key: the text returned
     static QString lblStartup() { return QStringLiteral("Startup password protected"); }
+    // Lang.txt key: the text returned
     static QString lblStartupNote() { return QStringLiteral("Prevent unauthorized person from usage"); }
+    // Lang.txt key: the text returned
     static QString lblAway() { return QStringLiteral("Away password protected"); }
     static QString lblAwayNote()
     {
+        // Lang.txt key: the text returned
         return QStringLiteral("Prevent unauthorized person from accessing during chat session");
     }
 
@@ -107,6 +111,7 @@ class FrmEncrypt {
 public:
     FrmEncrypt(CopyContext& ctx, Encryption& cipher);
 
+    // Lang.txt key: the text returned
     static QString title() { return QStringLiteral("128 Bit Encryption"); }
 
     QString txtKey;

@@ -122,6 +122,8 @@ public:
     bool seeThrough = false;
     // The board's caption.
     QString caption() const { return m_caption; }
+    // The copy the board belongs to (its windows translate through it).
+    CopyContext& ctx() const { return m_ctx; }
 
     // lblSending: "True" while a picture of ours is on its way.
     void setSendingPicture(const QString& caption) { m_sendingPicture = caption; }

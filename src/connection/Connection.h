@@ -49,6 +49,7 @@ public:
     // The last call reached the other side, which closed it without a word:
     // it did not take the call.
     bool callRefused() const { return m_callRefused; }
+    // Lang.txt key: the text returned
     static QString refusedText() { return QStringLiteral("The remote user did not accept the connection"); }
 
     // --- the session's events ----------------------------------------------

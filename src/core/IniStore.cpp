@@ -22,8 +22,6 @@ namespace vonnel {
 
 namespace {
 
-constexpr int kReadBuffer = 255;  // one less is the longest value read
-
 bool isBlank(QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); }
 
 QString trimBlanks(QStringView s)
@@ -163,11 +161,11 @@ bool sameName(QByteArrayView bytes, const QString& name)
 
 }  // namespace
 
-QString ReadIni(const QString& section, const QString& key, const QString& file)
+QString ReadIni(const QString& section, const QString& key, const QString& file, int buffer)
 {
     // Read on every call, straight off the bytes: the settings are read at
     // the point of use, keystrokes included, so this has to be cheap.
-    return ReadIniBytes(readWholeFile(file), section, key);
+    return ReadIniBytes(readWholeFile(file), section, key, buffer);
 }
 
 IniFileWatch::~IniFileWatch()
@@ -208,7 +206,7 @@ std::optional<QByteArray> IniFileWatch::bytes()
 #endif
 }
 
-QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key)
+QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key, int buffer)
 {
     const QString wantedKey = trimBlanks(key);
     bool inSection = false;
@@ -239,7 +237,7 @@ QString ReadIniBytes(const QByteArray& data, const QString& section, const QStri
         if (v.size() >= 2 && (v.front() == QLatin1Char('"') || v.front() == QLatin1Char('\'')) &&
             v.back() == v.front())
             v = v.mid(1, v.size() - 2);
-        v = v.left(kReadBuffer - 1);
+        v = v.left(buffer - 1);
         while (!v.isEmpty() && v.back() == QLatin1Char(' '))
             v.chop(1);
         return v;

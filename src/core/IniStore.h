@@ -12,11 +12,17 @@ class Prompter;
 
 inline const QString kSection = QStringLiteral("Vonnel");
 
+// The settings' read buffer: a value comes back cut to one less.
+inline constexpr int kIniReadBuffer = 255;
+
 // Reads one value: blanks round it removed, one pair of enclosing quotes
-// removed, cut to 254 characters. Missing file, section or key read as "".
-QString ReadIni(const QString& section, const QString& key, const QString& file);
+// removed, cut to buffer - 1 characters (254 for the settings). Missing
+// file, section or key read as "".
+QString ReadIni(const QString& section, const QString& key, const QString& file,
+                int buffer = kIniReadBuffer);
 // The same read on bytes already taken off the file.
-QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key);
+QString ReadIniBytes(const QByteArray& data, const QString& section, const QString& key,
+                     int buffer = kIniReadBuffer);
 
 // The bytes of one ini file for one copy, read again only after the file
 // has changed. Change is told by the kernel's file notifications, which are

@@ -16,8 +16,10 @@ void Translator::setLangFile(const QString& langFile)
 
 QString Translator::translate(const QString& key, const QString& fallback) const
 {
+    if (m_recorder)
+        m_recorder(key);
     if (m_on) {
-        const QString v = ReadIni(kSection, key, m_langPath);
+        const QString v = ReadIni(kSection, key, m_langPath, kReadBuffer);
         if (!v.isEmpty())
             return v;
     }

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <utility>
 
 namespace vonnel {
 
@@ -24,9 +25,12 @@ public:
     bool startProgram(const QString& program, const QStringList& args) override
     {
         opened << program + QLatin1Char(' ') + args.join(QLatin1Char(' '));
+        started.append({program, args});
         return true;
     }
     QStringList opened;
+    // Each program started, with its arguments as handed over.
+    QList<std::pair<QString, QStringList>> started;
 };
 
 }  // namespace vonnel

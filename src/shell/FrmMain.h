@@ -103,6 +103,19 @@ public:
     // user's browser. Also run after a version conflict.
     void mnuUpdate_Click();
 
+    // --- menus and language ----------------------------------------------------
+    // Run at form load in this order; SetMsgMnu and miniMenu again after the
+    // options are applied, TransMenu again after a language is applied.
+    void SetMsgMnu();
+    void TransMenu();
+    void miniMenu();
+    // frmPopMsg as the language picker, modal (the options page's language
+    // button opens it).
+    void showLanguagePicker();
+    // A language was applied: the main window's texts are set again, and
+    // languageChanged tells the other windows (frmOptions) to do the same.
+    void languageApplied();
+
     // --- start and end -------------------------------------------------------
     void Form_Load();
     void Init();
@@ -120,6 +133,8 @@ public:
 
 Q_SIGNALS:
     void endRequested(int code);
+    // The language changed: windows that show translated text set it again.
+    void languageChanged();
     // A command line to obey (the start's own, or one handed over through
     // Command.ini), already through the syntax check; "NULL" for none.
     void commandGiven(const QString& command);

@@ -50,6 +50,7 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
     // Each entry of the panes' pop-up is the twin of a menu entry or a
     // toolbar button and runs it. An entry without a key is a separator.
     struct PopEntry { Control c; const char* key; const char* fallback; };
+    // Lang.txt keys: the first text of each line, to the closing "};".
     static const PopEntry kEntries[] = {
         {Control::popCopy, "Copy", "&Copy"},
         {Control::popCopyAll, "Copy All", "Copy &All"},

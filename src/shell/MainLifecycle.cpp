@@ -116,8 +116,9 @@ void FrmMain::Form_Load()
     model().stStatusbar.setText(2, model().stStatusbar.panel(2).tag + QStringLiteral(" = ") +
                                QString::number(ws.LocalPort()));
 
-    presets().SetMsgMnu();
-    Q_EMIT ctx().menusNeedText();
+    SetMsgMnu();
+    TransMenu();
+    miniMenu();
 
     if (ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1 && TrayOnly == 0)
         ctx().views().showModeless(Form::frmTip);
@@ -159,9 +160,6 @@ void FrmMain::Init()
 
     if (!ctx().settingFlag(QStringLiteral("No Network Info Display")))
         connection().ShowLocalInfo();
-
-    model().controls.setVisible(Control::mnuEncryption,
-                        !ctx().settingFlag(QStringLiteral("Encryption Menu Off")));
 
     // Passwords are set up on the first starts; then both levels are read.
     encryption().passwords().initPasswordSetting();

@@ -1,5 +1,6 @@
-// The main window's menu bar, toolbar and tray menu: one action per
-// Control, named by controlName(), each click handed on as triggered().
+// The main window's menu bar, toolbar and tray menu, built from the menu
+// table: one action per Control, named by controlName(), each click handed
+// on as triggered(). Captions, shown and enabled follow the controls.
 
 #include "shell/MainWindow.h"
 
@@ -7,6 +8,7 @@
 #include "core/MainModel.h"
 #include "shell/FrmMain.h"
 #include "shell/Icons.h"
+#include "shell/MenuTable.h"
 #include "media/Speech.h"
 
 #include <QAction>
@@ -36,78 +38,14 @@ QAction* MainWindow::addEntry(QMenu* menu, Control c, const QString& key, const 
 
 void MainWindow::buildMenus()
 {
-    // An entry without a key is a separator.
-    struct Entry { Control c; const char* key; const char* fallback; };
-    struct Head { Control c; const char* key; const char* fallback; QList<Entry> entries; };
-    const Entry separator{Control::mnuFile, nullptr, nullptr};
-    const QList<Head> heads = {
-        {Control::mnuFile, "File", "&File",
-         {{Control::mnuConnect, "Connect", "&Connect..."},
-          {Control::mnuDisconnect, "Disconnect", "&Disconnect"},
-          separator,
-          {Control::mnuSave, "Save", "&Save..."},
-          {Control::mnuFileAutoConnect, "AutoConnect", "&AutoConnect..."},
-          {Control::mnuFileProperties, "Properties", "P&roperties..."},
-          separator,
-          {Control::mnuFileClose, "Close", "C&lose"},
-          {Control::mnuFileExit, "Exit", "E&xit"}}},
-        {Control::mnuEdit, "Edit", "&Edit",
-         {{Control::mnuCopyAll, "Copy All", "Copy &All"},
-          {Control::mnuCopy, "Copy", "&Copy"},
-          {Control::mnuEditPaste, "Paste", "&Paste"},
-          separator,
-          {Control::mnuClrScr, "Clear Screen", "C&lear Screen"},
-          {Control::mnuOverride, "Override", "&Override"},
-          {Control::mnuRefresh, "Refresh", "&Refresh"}}},
-        {Control::mnuMessage, "Messages", "&Messages",
-         {{Control::mnuMsg1, "Message 1", "Message &1"},
-          {Control::mnuMsg2, "Message 2", "Message &2"},
-          {Control::mnuMsg3, "Message 3", "Message &3"},
-          {Control::mnuMsg4, "Message 4", "Message &4"},
-          {Control::mnuMsg5, "Message 5", "Message &5"},
-          {Control::mnuMsg6, "Message 6", "Message &6"},
-          {Control::mnuMessage, nullptr, nullptr},
-          {Control::mnuMsg7, "Please Wait", "&Please Wait"},
-          {Control::mnuMsg8, "I'm Back", "I'm &Back"}}},
-        {Control::mnuVoice, "Voice", "&Voice",
-         {{Control::mnuSpeak, "Speak", "&Speak"},
-          {Control::mnuMute, "Mute", "&Mute"},
-          {Control::mnuVolUp, "Volume Up", "Volume &Up"},
-          {Control::mnuVolDown, "Volume Down", "Volume &Down"}}},
-        {Control::mnuTools, "Tools", "&Tools",
-         {{Control::mnuBeep, "Alert Ring", "&Alert Ring"},
-          {Control::mnuRing, "Ring", "&Ring"},
-          {Control::mnuSendFile, "Send File", "Send &File..."},
-          {Control::mnuDraw, "Scrivet", "S&crivet"},
-          separator,
-          {Control::mnuSecurity, "Security", "S&ecurity..."},
-          {Control::mnuOptions, "Options", "&Options..."}}},
-        {Control::mnuWindow, "Window", "&Window",
-         {{Control::mnuViewontop, "Always on Top", "Always on &Top"},
-          {Control::mnuMin, "Minimize", "&Minimize"}}},
-        {Control::mnuSpecial, "Extras", "E&xtras",
-         {{Control::mnuNetView, "Net View", "&Net View..."},
-          {Control::mnuNetResolve, "Net Resolve", "Net &Resolve..."},
-          {Control::mnuAutoCheck, "AutoNotify", "&AutoNotify..."},
-          {Control::mnuEncryption, "Encryption", "&Encryption..."},
-          {Control::mnuURLHistory, "URL History", "&URL History..."}}},
-        {Control::mnuHelp, "Help", "&Help",
-         {{Control::mnuHelpContents, "Contents", "&Contents"},
-          {Control::mnuHomePage, "Home Page", "&Home Page"},
-          {Control::mnuSupport, "Support", "&Support"},
-          {Control::mnuUpdate, "Update", "&Update"},
-          separator,
-          {Control::mnuAbout, "About", "&About Vonnel"}}},
-    };
-    for (const Head& h : heads) {
+    for (const MenuHead& h : mainMenus()) {
         QMenu* menu = menuBar()->addMenu(m_frm.ctx().translate(QLatin1String(h.key), QLatin1String(h.fallback)));
         menu->setObjectName(controlName(h.c));
-        for (const Entry& e : h.entries) {
-            if (!e.key)
-                menu->addSeparator();
-            else
-                addEntry(menu, e.c, QLatin1String(e.key), QLatin1String(e.fallback));
-        }
+        // The head follows its control (caption, shown, enabled); it has no
+        // click of its own.
+        menu->menuAction()->setObjectName(controlName(h.c));
+        m_actions[size_t(h.c)] = menu->menuAction();
+        addEntries(menu, h.entries);
     }
     for (Control c : {Control::mnuViewontop, Control::mnuMute, Control::mnuSecurity, Control::mnuOverride,
                       Control::mnuAutoCheck})
@@ -115,6 +53,29 @@ void MainWindow::buildMenus()
     // The Voice menu's entries follow the panes and the mute state as it opens.
     if (auto* voice = menuBar()->findChild<QMenu*>(controlName(Control::mnuVoice)))
         connect(voice, &QMenu::aboutToShow, this, [this] { m_frm.speech().mnuVoice_Click(); });
+}
+
+void MainWindow::addEntries(QMenu* menu, std::span<const MenuEntry> entries)
+{
+    MenuSeparators group{entries, {}};
+    for (const MenuEntry& e : entries) {
+        if (e.separator())
+            group.separators << menu->addSeparator();
+        else
+            addEntry(menu, e.c, QLatin1String(e.key), QLatin1String(e.fallback));
+    }
+    m_separators.push_back(group);
+}
+
+void MainWindow::refreshSeparators()
+{
+    const Controls& controls = m_frm.model().controls;
+    for (const MenuSeparators& g : m_separators) {
+        const std::vector<bool> shown =
+            separatorsShown(g.entries, [&controls](Control c) { return controls.visible(c); });
+        for (qsizetype i = 0; i < g.separators.size(); ++i)
+            g.separators[i]->setVisible(shown[size_t(i)]);
+    }
 }
 
 void MainWindow::buildToolbar()
@@ -125,60 +86,54 @@ void MainWindow::buildToolbar()
     bar->setIconSize(QSize(22, 22));
     QStyle* st = style();
     const QColor ink(0x30, 0x30, 0x30);
-    struct Button { const char* tip; QIcon icon; };
-    const QList<Button> buttons = {
-        {"Connect", dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20))},
-        {"Disconnect", dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c))},
-        {"Refresh", st->standardIcon(QStyle::SP_BrowserReload)},
-        {"Clear Screen", st->standardIcon(QStyle::SP_DialogResetButton)},
-        {"Copy", copyIcon(ink)},
-        {"Paste", pasteIcon(ink)},
-        {"Bold", letterIcon(QStringLiteral("B"), ink, true)},
-        {"Italic", letterIcon(QStringLiteral("I"), ink, false, true)},
-        {"Increase Font Size", letterIcon(QStringLiteral("A+"), ink)},
-        {"Decrease Font Size", letterIcon(QStringLiteral("A-"), ink)},
-        {"Font Colour", letterIcon(QStringLiteral("A"), QColor(0xc6, 0x28, 0x28))},
-        {"Background Colour", dotIcon(QColor(0xff, 0xf5, 0x9d), QColor(0x9e, 0x9d, 0x24))},
-        {"Override", st->standardIcon(QStyle::SP_ArrowUp)},
-        {"Alert Ring", letterIcon(QStringLiteral("!"), QColor(0xef, 0x6c, 0x00))},
-        {"Ring", st->standardIcon(QStyle::SP_MediaVolume)},
-        {"Mute", st->standardIcon(QStyle::SP_MediaVolumeMuted)},
-        {"Help", st->standardIcon(QStyle::SP_DialogHelpButton)},
+    // The pictures of buttons 1 to 17 and Send File, in the table's order.
+    const QIcon icons[] = {
+        dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20)),
+        dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c)),
+        st->standardIcon(QStyle::SP_BrowserReload),
+        st->standardIcon(QStyle::SP_DialogResetButton),
+        copyIcon(ink),
+        pasteIcon(ink),
+        letterIcon(QStringLiteral("B"), ink, true),
+        letterIcon(QStringLiteral("I"), ink, false, true),
+        letterIcon(QStringLiteral("A+"), ink),
+        letterIcon(QStringLiteral("A-"), ink),
+        letterIcon(QStringLiteral("A"), QColor(0xc6, 0x28, 0x28)),
+        dotIcon(QColor(0xff, 0xf5, 0x9d), QColor(0x9e, 0x9d, 0x24)),
+        st->standardIcon(QStyle::SP_ArrowUp),
+        letterIcon(QStringLiteral("!"), QColor(0xef, 0x6c, 0x00)),
+        st->standardIcon(QStyle::SP_MediaVolume),
+        st->standardIcon(QStyle::SP_MediaVolumeMuted),
+        st->standardIcon(QStyle::SP_DialogHelpButton),
+        st->standardIcon(QStyle::SP_FileDialogStart),
     };
-    for (int i = 0; i < buttons.size(); ++i) {
-        const QString tip = m_frm.ctx().translate(QLatin1String(buttons[i].tip));
-        QAction* a = bindAction(bar->addAction(buttons[i].icon, tip), toolbarButton(i + 1));
+    const std::span<const ToolbarTip> tips = toolbarTips();
+    for (size_t i = 0; i < tips.size(); ++i) {
+        // Send File sits at the end, apart, and follows mnuSendFile.
+        if (tips[i].c == Control::Toolbar1_SendFile)
+            bar->addSeparator();
+        const QString tip = m_frm.ctx().translate(QLatin1String(tips[i].key));
+        QAction* a = bindAction(bar->addAction(icons[i], tip), tips[i].c);
         a->setToolTip(tip);
-        if (i == 12 || i == 15)
+        if (tips[i].c == Control::Toolbar1_13 || tips[i].c == Control::Toolbar1_16)
             a->setCheckable(true);  // Override and Mute: down while on
         if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
             bar->addSeparator();
     }
-    // Send File sits at the end and follows mnuSendFile.
-    bar->addSeparator();
-    const QString tip = m_frm.ctx().translate(QStringLiteral("Send File"));
-    QAction* send = bindAction(bar->addAction(st->standardIcon(QStyle::SP_FileDialogStart), tip),
-                               Control::Toolbar1_SendFile);
-    send->setToolTip(tip);
 }
 
 void MainWindow::buildTray()
 {
+    // The menu stands even where no tray does, so its entries keep their
+    // state and texts for the day one appears.
+    m_trayMenu = new QMenu(this);
+    m_trayMenu->setObjectName(controlName(Control::mnuTray));
+    addEntries(m_trayMenu, trayMenu());
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_tray = new QSystemTrayIcon(windowIcon(), this);
     m_tray->setToolTip(m_frm.model().trayTip());
     connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
-    m_trayMenu = new QMenu(this);
-    m_trayMenu->setObjectName(controlName(Control::mnuTray));
-    addEntry(m_trayMenu, Control::mnuSysShow, QStringLiteral("Show"), QStringLiteral("&Show"));
-    m_trayMenu->addSeparator();
-    addEntry(m_trayMenu, Control::mnuSysNetResolve, QStringLiteral("Net Resolve"), QStringLiteral("Net &Resolve..."));
-    addEntry(m_trayMenu, Control::mnuSysNetView, QStringLiteral("Net View"), QStringLiteral("&Net View..."));
-    addEntry(m_trayMenu, Control::mnuSysAutoConnect, QStringLiteral("AutoConnect"), QStringLiteral("&AutoConnect..."));
-    addEntry(m_trayMenu, Control::mnuSysProperties, QStringLiteral("Properties"), QStringLiteral("P&roperties..."));
-    m_trayMenu->addSeparator();
-    addEntry(m_trayMenu, Control::mnuSysClose, QStringLiteral("Exit"), QStringLiteral("E&xit"));
     m_tray->setContextMenu(m_trayMenu);
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         if (r == QSystemTrayIcon::DoubleClick || r == QSystemTrayIcon::Trigger) {

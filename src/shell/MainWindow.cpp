@@ -8,6 +8,7 @@
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/BoardWindow.h"
 #include "shell/dialogs/ConnectionDialogs.h"
+#include "shell/dialogs/LanguagePickerDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "board/Scrivet.h"
 #include "transfer/Transfer.h"
@@ -46,6 +47,7 @@ namespace vonnel {
 namespace {
 
 // Tool tips of panels 1 and 3..11; panel 2's is set case by case.
+// Lang.txt keys: the first text of each line, to the closing "};".
 const char* const kPanelTips[11] = {"Click here for help",
                                     nullptr,
                                     "Send and received characters counter",
@@ -75,8 +77,6 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
         pane->setFont(f);
         pane->setFrameShape(QFrame::StyledPanel);
     }
-    m_server->setPlaceholderText(QStringLiteral("You"));
-    m_client->setPlaceholderText(QStringLiteral("Remote"));
     m_split = new QSplitter(Qt::Vertical);
     m_split->addWidget(m_client);
     m_split->addWidget(m_server);
@@ -118,6 +118,7 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     connect(&frm.model().controls, &Controls::changed, this, &MainWindow::refreshControl);
     for (int c = 0; c < kControlCount; ++c)
         refreshControl(Control(c));
+    refreshSeparators();
     // Panels change with every frame of a transfer (the send picture, the
     // byte counts): they are drawn at most every few hundredths of a second.
     m_panelTimer.setSingleShot(true);
@@ -177,10 +178,24 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
     connect(clock, &QTimer::timeout, this, &MainWindow::showClock);
     clock->start(1000);
     showClock();
-    m_panels[4]->setText(QStringLiteral("CAPS"));
-    m_panels[5]->setText(QStringLiteral("NUM"));
     m_panels[4]->setEnabled(false);
     m_panels[5]->setEnabled(false);
+    translateTexts();
+    connect(&frm.ctx(), &CopyContext::menusNeedText, this, &MainWindow::translateTexts);
+}
+
+void MainWindow::translateTexts()
+{
+    CopyContext& c = m_frm.ctx();
+    m_server->setPlaceholderText(c.translate(QStringLiteral("You")));
+    m_client->setPlaceholderText(c.translate(QStringLiteral("Remote")));
+    m_panels[4]->setText(c.translate(QStringLiteral("CAPS")));
+    m_panels[5]->setText(c.translate(QStringLiteral("NUM")));
+    for (int n = 1; n <= StatusBar::kPanels; ++n) {
+        if (kPanelTips[n - 1])
+            m_panels[n - 1]->setToolTip(c.translate(QLatin1String(kPanelTips[n - 1])));
+        refreshPanel(n);
+    }
 }
 
 MainWindow::~MainWindow() = default;
@@ -203,8 +218,6 @@ void MainWindow::buildStatusBar()
         label->setMargin(1);
         label->setAlignment(Qt::AlignCenter);
         label->setTextFormat(Qt::PlainText);
-        if (kPanelTips[n - 1])
-            label->setToolTip(m_frm.ctx().translate(QLatin1String(kPanelTips[n - 1])));
         if (n == 2) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
             label->setMinimumWidth(60);
@@ -322,6 +335,9 @@ void MainWindow::refreshControl(Control c)
         a->setText(s.caption);
     if (!s.toolTip.isEmpty())
         a->setToolTip(s.toolTip);
+    // Entries shown or hidden move the separators between them.
+    if (c >= Control::mnuFile && c <= Control::mnuSysClose)
+        refreshSeparators();
 }
 
 QIcon MainWindow::statePicture(StatePicture p)
@@ -383,6 +399,12 @@ bool MainWindow::runModal(Form form)
 {
     if (auto r = runConnectionDialog(m_frm, form, this))
         return *r;
+    if (form == Form::frmPopMsg) {
+        // Shown modal, frmPopMsg is the language picker; modeless, the splash.
+        LanguagePickerDialog picker(m_frm, QApplication::activeModalWidget() ? QApplication::activeModalWidget()
+                                                                             : static_cast<QWidget*>(this));
+        return picker.exec() == QDialog::Accepted;
+    }
     return false;
 }
 

@@ -5,6 +5,7 @@
 
 #include "core/Control.h"
 #include "core/Views.h"
+#include "shell/MenuTable.h"
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/BoardWindow.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
@@ -16,6 +17,8 @@
 #include <QTimer>
 #include <QPointer>
 #include <array>
+#include <span>
+#include <vector>
 #include <optional>
 
 class QAction;
@@ -104,6 +107,11 @@ private:
     void buildTray();
     QAction* bindAction(QAction* a, Control c);
     QAction* addEntry(QMenu* menu, Control c, const QString& key, const QString& fallback);
+    void addEntries(QMenu* menu, std::span<const MenuEntry> entries);
+    // A separator stands only between shown entries.
+    void refreshSeparators();
+    // The texts that are no control's: panel tips, pane hints.
+    void translateTexts();
     void bindPane(TextPane& pane, QPlainTextEdit* view);
     void refreshControl(Control c);
     void showClock();
@@ -118,6 +126,11 @@ private:
     QSplitter* m_split = nullptr;
     QList<QLabel*> m_panels;
     std::array<QAction*, kControlCount> m_actions{};
+    struct MenuSeparators {
+        std::span<const MenuEntry> entries;
+        QList<QAction*> separators;
+    };
+    std::vector<MenuSeparators> m_separators;
     QSystemTrayIcon* m_tray = nullptr;
     QMenu* m_trayMenu = nullptr;
     QWidget* m_splash = nullptr;

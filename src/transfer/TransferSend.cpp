@@ -23,6 +23,7 @@ namespace vonnel {
 
 namespace {
 
+// Lang.txt key: the text below
 const char* const kFileFilter =
     "All Files (*.*)|*.*|Text Files (*.txt)|*.txt|Documents (*.doc *.pdf)|*.doc;*.pdf|"
     "Picture Files (*.jpg)|*.jpg|MP3 Files (*.mp3)|*.mp3|"

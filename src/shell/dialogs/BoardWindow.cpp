@@ -32,6 +32,19 @@ constexpr BoardTool kToolOrder[] = {BoardTool::Draw,  BoardTool::Line,  BoardToo
                                     BoardTool::Circle, BoardTool::Text, BoardTool::Erase,
                                     BoardTool::Capture, BoardTool::Image};
 
+// The tools' captions, in kToolOrder's order.
+// Lang.txt keys: the first text of each line, to the closing "};".
+constexpr const char* kToolCaptions[] = {
+    "Draw",
+    "Line",
+    "Rectangle",
+    "Circle",
+    "Text",
+    "Erase",
+    "Capture",
+    "Image",
+};
+
 QPushButton* button(const QString& name, const QString& text)
 {
     auto* b = new QPushButton(text);
@@ -46,13 +59,15 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
 {
     setObjectName(QStringLiteral("frmDraw"));
     setWindowTitle(m_board.caption());
+    const auto tr = [this](const char* key) { return m_frm.ctx().translate(QLatin1String(key)); };
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
 
     // Toolbar1: one button per tool, the chosen one framed.
     auto* tools = new QHBoxLayout;
-    for (BoardTool t : kToolOrder) {
+    for (size_t i = 0; i < std::size(kToolOrder); ++i) {
+        const BoardTool t = kToolOrder[i];
         auto* b = new QToolButton;
-        b->setText(BoardTools::key(t));
+        b->setText(tr(kToolCaptions[i]));
         b->setObjectName(QStringLiteral("Toolbar1_") + BoardTools::key(t));
         b->setCheckable(true);
         b->setAutoExclusive(true);
@@ -184,7 +199,7 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
         preview->raise();
         m_preview = preview;
     });
-    connect(&m_board, &Scrivet::popupRequested, this, [this](bool eraseMenu) {
+    connect(&m_board, &Scrivet::popupRequested, this, [this, tr](bool eraseMenu) {
         // mnuPopErase holds Erase All; the board's own menu its save and close.
         QMenu menu(this);
         menu.setObjectName(eraseMenu ? QStringLiteral("mnuPopErase") : QStringLiteral("mnuPopRMenu"));

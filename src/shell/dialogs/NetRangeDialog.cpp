@@ -1,5 +1,6 @@
 #include "shell/dialogs/NetRangeDialog.h"
 
+#include "core/CopyContext.h"
 #include "core/Form.h"
 
 #include <QComboBox>
@@ -13,12 +14,15 @@
 
 namespace vonnel {
 
-NetRangeDialog::NetRangeDialog(const QStringList& networks, QWidget* parent)
+NetRangeDialog::NetRangeDialog(const CopyContext& ctx, const QStringList& networks, QWidget* parent)
     : QDialog(parent), m_network(new QComboBox(this)), m_from(new QLineEdit(QStringLiteral("0"), this)),
       m_to(new QLineEdit(QStringLiteral("255"), this))
 {
+    const auto tr = [&ctx](const char* key, const char* fallback = "") {
+        return ctx.translate(QLatin1String(key), QLatin1String(fallback));
+    };
     setObjectName(formName(Form::frmNetRange));
-    setWindowTitle(QStringLiteral("Specific Range"));
+    setWindowTitle(tr("Specific Range"));
     m_network->setObjectName(QStringLiteral("cobNetwork"));
     m_network->setEditable(true);
     m_network->addItems(networks);
@@ -30,15 +34,15 @@ NetRangeDialog::NetRangeDialog(const QStringList& networks, QWidget* parent)
         connect(box, &QLineEdit::textEdited, this, &NetRangeDialog::correct);
     }
 
-    auto* title = new QLabel(QStringLiteral("Specific Range"), this);
+    auto* title = new QLabel(tr("Specific Range"), this);
     QFont big = title->font();
     big.setBold(true);
     big.setPointSizeF(big.pointSizeF() * 1.3);
     title->setFont(big);
-    auto* view = new QPushButton(QStringLiteral("&View"), this);
+    auto* view = new QPushButton(tr("View", "&View"), this);
     view->setObjectName(QStringLiteral("cmdRangeView"));
     view->setDefault(true);
-    auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
+    auto* cancel = new QPushButton(tr("Cancel", "&Cancel"), this);
     cancel->setObjectName(QStringLiteral("cmdRangeCancel"));
     connect(view, &QPushButton::clicked, this, [this] {
         correct();
@@ -47,10 +51,10 @@ NetRangeDialog::NetRangeDialog(const QStringList& networks, QWidget* parent)
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     auto* range = new QHBoxLayout;
-    range->addWidget(new QLabel(QStringLiteral("From:"), this));
+    range->addWidget(new QLabel(tr("From:"), this));
     range->addWidget(m_from);
     range->addSpacing(12);
-    range->addWidget(new QLabel(QStringLiteral("To:"), this));
+    range->addWidget(new QLabel(tr("To:"), this));
     range->addWidget(m_to);
     range->addStretch();
     auto* buttons = new QHBoxLayout;
@@ -59,9 +63,9 @@ NetRangeDialog::NetRangeDialog(const QStringList& networks, QWidget* parent)
     buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(title);
-    layout->addWidget(new QLabel(QStringLiteral("Network Name: (Select one or type an address)"), this));
+    layout->addWidget(new QLabel(tr("Network Name: (Select one or type an address)"), this));
     layout->addWidget(m_network);
-    layout->addWidget(new QLabel(QStringLiteral("Stations Range:"), this));
+    layout->addWidget(new QLabel(tr("Stations Range:"), this));
     layout->addLayout(range);
     layout->addLayout(buttons);
 }

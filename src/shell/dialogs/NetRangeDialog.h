@@ -11,11 +11,14 @@ class QLineEdit;
 
 namespace vonnel {
 
+class CopyContext;
+
 class NetRangeDialog : public QDialog {
     Q_OBJECT
 public:
-    // networks: the own addresses that are in use.
-    explicit NetRangeDialog(const QStringList& networks, QWidget* parent = nullptr);
+    // networks: the own addresses that are in use; texts through the copy's
+    // lookup.
+    NetRangeDialog(const CopyContext& ctx, const QStringList& networks, QWidget* parent = nullptr);
 
     QComboBox* cobNetwork() const { return m_network; }
     QLineEdit* txtRangeFrom() const { return m_from; }

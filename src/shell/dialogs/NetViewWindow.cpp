@@ -120,12 +120,13 @@ void NetViewWindow::buildMenus()
     view->setObjectName(QStringLiteral("mnuView"));
     auto* views = new QActionGroup(this);
     const struct {
-        const char *name, *key, *fallback;
+        const char *key, *fallback, *name;
         NetViewModel::View v;
+    // Lang.txt keys: the first text of each line, to the closing "};".
     } viewEntries[] = {
-        {"mnuIPAdr", "IP Address", "&IP Address", NetViewModel::View::IPAdr},
-        {"mnuIPHost", "IP Address and Host", "IP Address and &Host", NetViewModel::View::IPHost},
-        {"mnuHostOnly", "Host Only", "Host &Only", NetViewModel::View::HostOnly},
+        {"IP Address", "&IP Address", "mnuIPAdr", NetViewModel::View::IPAdr},
+        {"IP Address and Host", "IP Address and &Host", "mnuIPHost", NetViewModel::View::IPHost},
+        {"Host Only", "Host &Only", "mnuHostOnly", NetViewModel::View::HostOnly},
     };
     for (const auto& e : viewEntries) {
         QAction* a = named(view->addAction(tr(e.key, e.fallback)), e.name);
@@ -237,7 +238,7 @@ void NetViewWindow::showHint(int row)
 
 void NetViewWindow::mnuSpecific_Click()
 {
-    NetRangeDialog range(m_model.networkChoices(), this);
+    NetRangeDialog range(m_frm.ctx(), m_model.networkChoices(), this);
     if (range.exec() != QDialog::Accepted)
         return;
     const NetRangeChoice choice = range.choice();

@@ -1,6 +1,7 @@
 #include "shell/dialogs/PreviewWindow.h"
 
 #include "board/Scrivet.h"
+#include "core/CopyContext.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -19,20 +20,23 @@ PreviewWindow::PreviewWindow(Scrivet& board, QWidget* parent) : QDialog(parent),
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setWindowTitle(board.preview() ? board.preview()->title : QString());
 
+    const auto tr = [&board](const char* key, const char* fallback = "") {
+        return board.ctx().translate(QLatin1String(key), QLatin1String(fallback));
+    };
     auto* menus = new QMenuBar;
-    QMenu* fileMenu = menus->addMenu(tr("&File"));
+    QMenu* fileMenu = menus->addMenu(tr("File", "&File"));
     fileMenu->setObjectName(QStringLiteral("mnuFile"));
-    QAction* open = fileMenu->addAction(tr("&Open..."), this, [this] { m_board.openPreviewFile(); });
+    QAction* open = fileMenu->addAction(tr("Open", "&Open..."), this, [this] { m_board.openPreviewFile(); });
     open->setObjectName(QStringLiteral("mnuOpen"));
-    QAction* saveAs = fileMenu->addAction(tr("Save &As..."), this, [this] { m_board.savePreviewAs(); });
+    QAction* saveAs = fileMenu->addAction(tr("Save As", "Save &As..."), this, [this] { m_board.savePreviewAs(); });
     saveAs->setObjectName(QStringLiteral("mnuSaveAs"));
-    QAction* exit = fileMenu->addAction(tr("E&xit"), this, &QWidget::close);
+    QAction* exit = fileMenu->addAction(tr("Exit", "E&xit"), this, &QWidget::close);
     exit->setObjectName(QStringLiteral("mnuExit"));
     connect(&board, &Scrivet::previewRequested, this, [this] {
         setWindowTitle(m_board.preview()->title);
         setZoom(m_zoom);
     });
-    QMenu* zoomMenu = menus->addMenu(tr("&Zoom"));
+    QMenu* zoomMenu = menus->addMenu(tr("Zoom", "&Zoom"));
     zoomMenu->setObjectName(QStringLiteral("mnuZoom"));
     for (int percent : {25, 50, 75, 100, 150, 200, 400}) {
         QAction* a = zoomMenu->addAction(percent == 100 ? tr("Actual Size") : QString::number(percent) + u'%');

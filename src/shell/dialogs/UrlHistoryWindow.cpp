@@ -101,22 +101,23 @@ void UrlHistoryWindow::buildMenus()
     m_pop = new QMenu(this);
     m_pop->setObjectName(QStringLiteral("popURL"));
     struct Entry {
-        const char* name;
-        const char* pop;
         const char* key;
         const char* fallback;
+        const char* name;
+        const char* pop;
         std::function<void()> run;
     };
+    // Lang.txt keys: the first text of each line, to the closing "};".
     const QList<Entry> entries = {
-        {"mnuAdd", "popAdd", "Add", "&Add...", [this] { editEntry(true); }},
-        {"mnuRemove", "popRemove", "Remove", "&Remove", [&h] { h.mnuRemove_Click(); }},
-        {"mnuRemoveDup", nullptr, "Remove Duplicates", "Remove &Duplicates",
+        {"Add", "&Add...", "mnuAdd", "popAdd", [this] { editEntry(true); }},
+        {"Remove", "&Remove", "mnuRemove", "popRemove", [&h] { h.mnuRemove_Click(); }},
+        {"Remove Duplicates", "Remove &Duplicates", "mnuRemoveDup", nullptr,
          [&h] { h.mnuRemoveDup_Click(); }},
-        {"mnuRemoveAll", nullptr, "Remove All", "Remove A&ll", [&h] { h.mnuRemoveAll_Click(); }},
-        {"mnuVisit", "popVisit", "Visit", "&Visit", [&c] { c.mnuVisit_Click(); }},
-        {"mnuCopy", "popCopy", "Copy", "&Copy", [&c] { c.mnuCopy_Click(); }},
-        {"mnuEdit", "popEdit", "Edit", "&Edit...", [this] { editEntry(false); }},
-        {"mnuRefresh", "popRefresh", "Refresh", "Re&fresh", [this] { refreshLists(); }},
+        {"Remove All", "Remove A&ll", "mnuRemoveAll", nullptr, [&h] { h.mnuRemoveAll_Click(); }},
+        {"Visit", "&Visit", "mnuVisit", "popVisit", [&c] { c.mnuVisit_Click(); }},
+        {"Copy", "&Copy", "mnuCopy", "popCopy", [&c] { c.mnuCopy_Click(); }},
+        {"Edit", "&Edit...", "mnuEdit", "popEdit", [this] { editEntry(false); }},
+        {"Refresh", "Re&fresh", "mnuRefresh", "popRefresh", [this] { refreshLists(); }},
     };
     for (const Entry& e : entries) {
         url->addAction(tr(e.key, e.fallback), this, e.run)->setObjectName(QLatin1String(e.name));
