@@ -11,8 +11,7 @@ file(GLOB VONNEL_INSTALL_SOUNDS ${CMAKE_SOURCE_DIR}/dist/*.wav)
 install(FILES ${CMAKE_SOURCE_DIR}/dist/vonnel.ini.preset ${CMAKE_SOURCE_DIR}/dist/TIPS.TXT
   ${VONNEL_INSTALL_SOUNDS} DESTINATION ${VONNEL_DATA})
 # Whatever pages dist/help holds when the install runs.
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/dist/ DESTINATION ${VONNEL_DATA}
-  FILES_MATCHING REGEX "/help/.+")
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/dist/help DESTINATION ${VONNEL_DATA} OPTIONAL)
 # Made by the build (target lang_txt); an install without it still works.
 install(FILES ${CMAKE_BINARY_DIR}/Lang.txt DESTINATION ${VONNEL_DATA} OPTIONAL)
 
