@@ -28,6 +28,7 @@ mounted=()
 cleanup() { for m in "${mounted[@]}"; do umount "$m" 2>/dev/null || true; done; }
 trap cleanup EXIT
 mount -t proc proc "$chroot_dir/proc"; mounted+=("$chroot_dir/proc")
+mount --bind /dev/pts "$chroot_dir/dev/pts"; mounted=("$chroot_dir/dev/pts" "${mounted[@]}")
 if [ -n "${DISPLAY:-}" ] && [ -d /tmp/.X11-unix ]; then
   mkdir -p "$chroot_dir/tmp/.X11-unix"
   mount --bind /tmp/.X11-unix "$chroot_dir/tmp/.X11-unix"; mounted=("$chroot_dir/tmp/.X11-unix" "${mounted[@]}")
