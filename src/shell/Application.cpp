@@ -2,6 +2,7 @@
 
 #include "core/FatalHandler.h"
 #include "shell/Startup.h"
+#include "platform/AppFolder.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Companions.h"
@@ -109,14 +110,20 @@ int runProgram(int argc, char** argv)
     app.setApplicationName(QStringLiteral("Vonnel"));
     app.setQuitOnLastWindowClosed(false);
 
-    QString appPath = args.appPath;
-    if (appPath.isEmpty())
-        appPath = qEnvironmentVariable("VONNEL_HOME");
-    if (appPath.isEmpty())
-        appPath = QCoreApplication::applicationDirPath();
-    appPath = QDir(appPath).absolutePath();
-    if (!appPath.endsWith(QLatin1Char('/')))
-        appPath += QLatin1Char('/');
+    app.setDesktopFileName(QStringLiteral("vonnel"));
+
+    AppFolderInputs where;
+    where.appPathArgument = args.appPath;
+    where.vonnelHome = qEnvironmentVariable("VONNEL_HOME");
+    where.xdgDataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    where.home = QDir::homePath();
+    where.programDir = QCoreApplication::applicationDirPath();
+    where.installedData =
+        installedDataFolder(where.programDir, QStringLiteral(VONNEL_DATA_FROM_PROGRAM));
+    const AppFolderChoice folder = chooseAppFolder(where);
+    // Before the settings are looked for: a first start finds them in place.
+    seedAppFolder(folder.appPath, folder.seedFrom);
+    const QString appPath = folder.appPath;
 
     Clock clock;
     SystemClipboard clipboard;
