@@ -108,6 +108,13 @@ public:
     void Init();
     // Reloads the values kept from the settings and sends the format again.
     void aftOptSet();
+    // The options were applied: the preset entries, the menu switches
+    // (menuSwitchesChanged, where miniMenu listens) and aftOptSet, in
+    // this order.
+    void afterOptionsApplied();
+    // cmdLang of the options: the language picker (frmPopMsg) opens here.
+    // Nothing is connected to it yet; the picker is built apart.
+    void languagePickerRequested();
     bool Form_QueryUnload(bool fromUser);
     void Form_Unload();
     // Shuts the copy down in order: the query (unless forced), the unload.
@@ -123,6 +130,10 @@ Q_SIGNALS:
     // A command line to obey (the start's own, or one handed over through
     // Command.ini), already through the syntax check; "NULL" for none.
     void commandGiven(const QString& command);
+    // The menu switches ("... Menu Off") may have changed: miniMenu runs.
+    void menuSwitchesChanged();
+    // cmdLang was pressed in the options.
+    void languagePickerWanted();
 
 private:
     void wireLinks();

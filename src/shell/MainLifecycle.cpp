@@ -197,6 +197,18 @@ void FrmMain::aftOptSet()
     speech().SendSpeakerSetting();
 }
 
+void FrmMain::afterOptionsApplied()
+{
+    presets().SetMsgMnu();
+    Q_EMIT menuSwitchesChanged();
+    aftOptSet();
+}
+
+void FrmMain::languagePickerRequested()
+{
+    Q_EMIT languagePickerWanted();
+}
+
 bool FrmMain::Form_QueryUnload(bool fromUser)
 {
     const bool confirm = ctx().settingNumber(ctx().translate(QStringLiteral("Confirm Exit"))) != 0;
