@@ -237,6 +237,8 @@ TEST(OptionsApply, KeptMismatchesOfLoadAndApply)
     EXPECT_TRUE(model.checked(Opt::chkDisableLocalTTS));
     EXPECT_FALSE(model.checked(Opt::chkDisableRemoteTTS));
     EXPECT_EQ(model.value(Opt::txtSndFileSize), "45");
+    // An absent transparency is a solid window.
+    EXPECT_EQ(model.value(Opt::slidTrans), "255");
     // Desktop notifications are on unless switched off.
     EXPECT_TRUE(model.checked(Opt::chkDesktopNotify));
     model.cmdApply_Click();

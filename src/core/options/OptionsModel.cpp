@@ -113,6 +113,10 @@ QString OptionsModel::loadValue(const OptRow& row) const
     case OptKind::Thousands:
         return QString::number(integerPart(raw) / 1000);
     case OptKind::Slider:
+        // The windows read a transparency below 50 as solid; so does the slider.
+        if (row.control == Opt::slidTrans && integerPart(raw) < 50)
+            return QStringLiteral("255");
+        return QString::number(integerPart(raw));
     case OptKind::Choice:
         return QString::number(integerPart(raw));
     case OptKind::FontStyle: {

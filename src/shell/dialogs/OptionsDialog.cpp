@@ -46,6 +46,7 @@ OptionsDialog::OptionsDialog(FrmMain& frm, QWidget* parent, const QString& autos
 
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("stbOptions"));
+    m_tabs->setUsesScrollButtons(false);  // all eleven tabs in view
     m_tabs->addTab(buildGeneral(), ctx.translate(QStringLiteral("General"), QStringLiteral("&General")));
     m_tabs->addTab(buildFont(), ctx.translate(QStringLiteral("Font"), QStringLiteral("&Font")));
     m_tabs->addTab(buildSound(), ctx.translate(QStringLiteral("Sound"), QStringLiteral("&Sound")));
