@@ -121,6 +121,9 @@ public:
     void Init();
     // Reloads the values kept from the settings and sends the format again.
     void aftOptSet();
+    // The options were applied: the preset entries, the menu switches and
+    // aftOptSet, in this order.
+    void afterOptionsApplied();
     bool Form_QueryUnload(bool fromUser);
     void Form_Unload();
     // Shuts the copy down in order: the query (unless forced), the unload.

@@ -22,6 +22,7 @@
 #include "shell/SessionRecords.h"
 #include "shell/TypingBinder.h"
 #include "shell/dialogs/AccessDialogs.h"
+#include "shell/dialogs/OptionsDialog.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
 #include "transfer/Transfer.h"
 #include "wire/AwayNotice.h"
@@ -375,6 +376,9 @@ void MainWindow::onTriggered(Control c)
     case Control::mnuMin:
         showMinimized();
         break;
+    case Control::mnuOptions:
+        mnuOptions_Click();
+        break;
     case Control::mnuSendFile:
     case Control::Toolbar1_SendFile:
         m_frm.transfer().mnuSendFile_Click();
@@ -382,6 +386,13 @@ void MainWindow::onTriggered(Control c)
     default:
         break;
     }
+}
+
+void MainWindow::mnuOptions_Click()
+{
+    OptionsDialog dialog(m_frm, this);
+    connect(&dialog, &OptionsDialog::languageRequested, &m_frm, &FrmMain::showLanguagePicker);
+    dialog.exec();
 }
 
 void MainWindow::showUrlHistory()

@@ -195,6 +195,13 @@ void FrmMain::aftOptSet()
     speech().SendSpeakerSetting();
 }
 
+void FrmMain::afterOptionsApplied()
+{
+    SetMsgMnu();
+    miniMenu();
+    aftOptSet();
+}
+
 bool FrmMain::Form_QueryUnload(bool fromUser)
 {
     const bool confirm = ctx().settingNumber(ctx().translate(QStringLiteral("Confirm Exit"))) != 0;

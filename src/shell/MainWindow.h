@@ -75,6 +75,8 @@ public:
     void mnuCopyAll_Click();
     void mnuSecurity_Click();
     void mnuEncrypt_Click();
+    // Tools > Options...: frmOptions, modal.
+    void mnuOptions_Click();
 
 Q_SIGNALS:
     // A user action on a control (menu entry, toolbar button, pop-up entry

@@ -13,6 +13,7 @@
 #include "shell/dialogs/LockDialogs.h"
 #include "shell/dialogs/NetRangeDialog.h"
 #include "shell/dialogs/PreviewWindow.h"
+#include "shell/dialogs/OptionsDialog.h"
 #include "support/TestCopy.h"
 
 #include <QAction>
@@ -21,6 +22,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QSet>
+#include <QTabWidget>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -144,6 +146,12 @@ TEST(LangTxt, HoldsEveryKeyTheWindowsAskFor)
         PassLockDialog passLockDialog(frm, passLock);
     }
     NetRangeDialog range(frm.ctx(), {"127.0.0.1"});
+    {
+        // Every tab shown, so the texts of the late-filled ones are asked too.
+        OptionsDialog options(frm, &w);
+        for (int i = 0; i < options.tabs()->count(); ++i)
+            options.tabs()->setCurrentIndex(i);
+    }
     PreviewWindow preview(frm.scrivet());
     for (Form f : {Form::frmDraw, Form::frmURLHistory, Form::frmNetView, Form::frmNetResolve,
                    Form::frmAutoConnect, Form::frmAutoIP})
