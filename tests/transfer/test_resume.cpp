@@ -9,7 +9,9 @@
 #include "connection/Session.h"
 #include "platform/Winsock.h"
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
+#include <cstdio>
 #include <QTemporaryDir>
 #include <list>
 
@@ -120,8 +122,11 @@ TEST_P(ResumeAfterKill, TheFileIsWholeAndOnlyTheRestIsSentOrTheChangeIsSaid)
 
     a = newSender();
     b.prompter().clearRecords();
+    QElapsedTimer second;
+    second.start();
     offer(*a, {"yes", "yes"});
     ASSERT_TRUE(finished(*a, waitMs)) << received();
+    const qint64 secondMs = second.elapsed();
     EXPECT_EQ(readFile(target), data);
     EXPECT_TRUE(b.prompter().asked("Resume source.bin from " + groupedNumber(kept) + " bytes?"));
     EXPECT_FALSE(b.prompter().asked("Save File As"));
@@ -130,6 +135,9 @@ TEST_P(ResumeAfterKill, TheFileIsWholeAndOnlyTheRestIsSentOrTheChangeIsSaid)
     const Transfer::ResumeReport& r = tb().lastResume();
     const qint64 sent = a->frm().transfer().payloadSent();
     EXPECT_EQ(r.keptLength, kept);
+    // The figures of the run, for a run by hand at another size.
+    std::printf("resume: size %lld, kept %lld, asked from %lld, payload sent after the new offer %lld, %lld ms\n",
+                qint64(size), kept, r.askedFrom, sent, secondMs);
     if (GetParam() == Source::Unchanged) {
         // The first frame and the half frame before the part's end are
         // compared; everything after that is new.
