@@ -45,7 +45,8 @@ start_a() { # LOGNAME
     pid_a=$!
     local t
     for t in $(seq 150); do
-        [ "$(grep -c '> Connection with' "$work/a/vonnel.log" 2>/dev/null)" -ge "$2" ] && return 0
+        n=$(grep -c '> Connection with' "$work/a/vonnel.log" 2>/dev/null)
+        [ "${n:-0}" -ge "$2" ] && return 0
         sleep 0.1
     done
     echo "no session came up"; return 1
@@ -86,7 +87,8 @@ for t in $(seq 6000); do [ "$(size_of "$received")" -ge "$size" ] && break; slee
 sleep 1
 t3=$(ms)
 sent=$(acked_from_a)
-echo "second run: $(( t3 - t2 )) ms; A's connection carried ${sent:-?} bytes (the rest is $(( size - kept )))"
+echo "second run: $(( t3 - t2 )) ms (with 1 s of settling); A's connection carried ${sent:-?} bytes;" \
+     "the rest is $(( size - kept )) bytes, a fresh send would carry $size and more"
 grep -a 'Resume' "$work/b/stderr" | cut -f1-4 | sed 's/^/  B asked: /'
 grep -a 'not the one' "$work/b/stderr" | sed 's/^/  B said: /'
 if cmp "$payload" "$received"; then
