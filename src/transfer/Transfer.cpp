@@ -88,6 +88,11 @@ void Transfer::endSession()
     const bool wasSending = m_sending;
     const bool onHold = m_session.TransferOnHold;
     const bool anything = anyUnderWay() || onHold;
+    // A part received is remembered, so that the peer's next offer of the
+    // same file can go on from its end.
+    keepPartial();
+    m_resumeStep = ResumeStep::None;
+    m_resumeHead.clear();
     closeAllFiles();
     clearHeldFrame();
     m_offered = m_picOffered = false;

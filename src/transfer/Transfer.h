@@ -13,6 +13,7 @@
 // belongs to is the receiver's own state (the board window's visibility).
 
 #include "transfer/FrameJoiner.h"
+#include "transfer/PartialFiles.h"
 #include "transfer/ProgressModel.h"
 
 #include <QByteArray>
@@ -78,6 +79,23 @@ public:
     // this): the name must be bare; it is received into the application
     // folder with no question. Returns false when the name is refused.
     bool receiveRingFile(const QString& name, qint64 size);
+
+    // --- resuming a broken receive -------------------------------------------
+    // The parts broken receives left, remembered until the program ends.
+    PartialFiles& partialFiles() { return m_partials; }
+    // What the last resumed receive found. The wire carries no checksum:
+    // what can be compared is the first frame (always the head of the
+    // peer's file) with the head of the part, and the bytes the peer sends
+    // again just before the end of the part with those the part holds.
+    struct ResumeReport {
+        qint64 keptLength = 0;    // the part's length at the resume
+        qint64 askedFrom = 0;     // the first count sent: where the peer went on
+        qint64 headCompared = 0;  // bytes of the part's head found equal
+        qint64 tailCompared = 0;  // bytes before the part's end found equal
+        bool peerChanged = false; // a difference: received again from the start
+    };
+    const ResumeReport& lastResume() const { return m_lastResume; }
+    bool resuming() const { return m_resumeStep != ResumeStep::None; }
 
     // --- pause, hold, cancel ---------------------------------------------------
     void pauseSendFile(bool state) { transferPaused = state; }
@@ -152,6 +170,8 @@ public:
     // Whether the files of the transfer are open now (for tests and views).
     bool sendFileOpen() const { return m_sendFile.isOpen(); }
     bool recvFileOpen() const { return m_recvFile.isOpen(); }
+    // Payload bytes the current (or last) send has put on the wire.
+    qint64 payloadSent() const { return m_payloadSent; }
 
 Q_SIGNALS:
     // One beep of the system bell.
@@ -175,6 +195,16 @@ private:
     void setPauseButton(const char* tag);
     void windowBack();
     QString receiveFrame(QByteArray frame, const QByteArray& rest);
+    QString acknowledgeFrame(QFile& target, qint64 expected, bool board, const QString& rest);
+    void sendCount(qint64 n);
+    enum class ResumeAnswer { Fresh, Resume, Refuse };
+    ResumeAnswer askResume(const QString& name, const QString& offeredPath, qint64 size);
+    bool chooseSavePath(const QString& name);
+    void startResume();
+    QString resumeFrame(QFile& target, const QByteArray& payload, qint64 expected,
+                        const QString& rest);
+    QString peerFileChanged(QFile& target, qint64 expected, const QString& rest);
+    void keepPartial();
     QString acknowledgement(QString& data);
     QString acceptOffer(QString& data, qsizetype headLength, const QString& head, QString& text);
     QString protocolFault(const QString& description, const QString& message, const QString& data);
@@ -216,6 +246,20 @@ private:
     bool m_frameOut = false;
     quint64 m_framesSent = 0;
     static constexpr int kUnansweredFrameMs = 2000;
+    // Payload bytes of the current send so far.
+    qint64 m_payloadSent = 0;
+    // Who offered the file being received, and its path in the offer.
+    QString m_recvPeer;
+    QString m_recvOffer;
+    PartialFiles m_partials;
+    // A resumed receive: the first frame (the head of the peer's file) is
+    // compared with the part and not written; then, while the overlap
+    // step lasts, frames that start inside the part are compared too.
+    enum class ResumeStep { None, FirstFrame, Overlap };
+    ResumeStep m_resumeStep = ResumeStep::None;
+    qint64 m_resumeFrom = 0;  // where the next frame starts, in the overlap step
+    QByteArray m_resumeHead;  // the first frame's payload, for a restart
+    ResumeReport m_lastResume;
     // The count of the last acknowledgement this side sent for a file.
     qint64 m_lastAck = 0;
     // The file the Open button of a finished receive opens.

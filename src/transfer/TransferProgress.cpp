@@ -109,7 +109,13 @@ void Transfer::updateProgress(const QString& what)
     } else if (what == QLatin1String("Continue Receive")) {
         windowBack();
         w.cmdPause.enabled = true;
-        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)));
+        // While a resume compares the bytes before the part's end, the next
+        // frame must start where the last count put it, not where a sender
+        // that dropped that count while paused would go on from.
+        if (m_resumeStep == ResumeStep::Overlap)
+            sendCount(m_resumeFrom);
+        else
+            m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)));
     }
 }
 

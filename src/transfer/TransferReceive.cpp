@@ -96,19 +96,26 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     if (m_ctx.ProgramExiting || m_ctx.unloading)
         return QString();
 
+    if (!board && m_resumeStep != ResumeStep::None)
+        return resumeFrame(*target, frame.mid(4, payloadLength), expected, rest);
+
     const qint64 written =
         target->isOpen() ? target->write(frame.constData() + 4, payloadLength) : -1;
     if (written != payloadLength) {
         saveError(*target);
         return rest;
     }
+    return acknowledgeFrame(*target, expected, board, rest);
+}
 
+QString Transfer::acknowledgeFrame(QFile& target, qint64 expected, bool board, const QString& rest)
+{
     // A frame that comes while this transfer is paused was on its way when
     // the pause was pressed: its bytes are where the sender's position
     // already stands, so they are kept and acknowledged like any other (a
     // paused sender takes the count as its position and sends nothing).
     // The length is asked of the file once a frame, and handed on.
-    qint64 n = target->size();
+    qint64 n = target.size();
     if (!board && transferPaused && n >= expected) {
         // The whole file is in: the pause has nothing left to hold, and
         // the sender must hear that before its last count.
@@ -128,7 +135,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
             updateProgress(QStringLiteral("Save Error"));
     } else {
         const qint64 before = n;
-        n = acknowledgedLength(*target, n);
+        n = acknowledgedLength(target, n);
         if (n < before && n <= m_lastAck) {
             // Frames smaller than the rounding of the count at this length
             // could never move the transfer on.
@@ -138,13 +145,18 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
                 lookup("The sending side's frames are too small for a file of this size");
             return rest;
         }
-        m_lastAck = n;
         const int pct = percentOf(n, expected);
         m_progress.lblProgress.text = QString::number(pct) + QLatin1Char('%');
         m_progress.prbProgress = pct;
-        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + singleText(n) + QStringLiteral("%%"));
+        sendCount(n);
     }
     return rest;
+}
+
+void Transfer::sendCount(qint64 n)
+{
+    m_lastAck = n;
+    m_sender.xSendData(wire::text(wire::word(wire::FileMessage::DataReceived)) + singleText(n) + QStringLiteral("%%"));
 }
 
 qint64 Transfer::acknowledgedLength(QFile& target, qint64 n)
@@ -176,6 +188,27 @@ void Transfer::saveError(const QFile& target)
                                 text + QStringLiteral(" (") + name + QLatin1Char(')'));
 }
 
+bool Transfer::chooseSavePath(const QString& name)
+{
+    FileRequest req;
+    req.save = true;
+    req.title = QStringLiteral("Save File As");
+    // The peer's name is only a proposal, and only its last part.
+    req.proposedName = proposedSaveName(name);
+    const QString chosen = m_ctx.prompter().file(req);
+    if (chosen.isEmpty()) {
+        m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
+        return false;
+    }
+    recvFilePath = chosen;
+    m_partials.forget(chosen);  // deleted below: nothing is left to go on with
+    if (QFileInfo::exists(chosen)) {
+        QFile::setPermissions(chosen, QFile::permissions(chosen) | QFileDevice::WriteOwner);
+        QFile::remove(chosen);
+    }
+    return true;
+}
+
 void Transfer::getSaveFileName(QString offer)
 {
     bool picture = false;
@@ -184,6 +217,7 @@ void Transfer::getSaveFileName(QString offer)
         picture = true;
     }
     const OfferName o = deriveOfferName(offer);
+    bool resume = false;
     if (!o.size) {
         m_ctx.prompter().msgBox(QStringLiteral("File Receiving - getSaveFileName Error (Filename") +
                                 o.name + QStringLiteral(")\rType mismatch"),
@@ -210,25 +244,22 @@ void Transfer::getSaveFileName(QString offer)
             m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
             return;
         }
-        FileRequest req;
-        req.save = true;
-        req.title = QStringLiteral("Save File As");
-        // The peer's name is only a proposal, and only its last part.
-        req.proposedName = proposedSaveName(o.name);
-        const QString chosen = m_ctx.prompter().file(req);
-        if (chosen.isEmpty()) {
+        m_recvPeer = m_session.winsock(0).RemoteHostIP();
+        m_recvOffer = offer.left(offer.lastIndexOf(QLatin1Char('>')));
+        const ResumeAnswer r = askResume(o.name, m_recvOffer, *o.size);
+        if (r == ResumeAnswer::Refuse) {
             m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
             return;
         }
-        recvFilePath = chosen;
-        if (QFileInfo::exists(chosen)) {
-            QFile::setPermissions(chosen, QFile::permissions(chosen) | QFileDevice::WriteOwner);
-            QFile::remove(chosen);
-        }
+        resume = r == ResumeAnswer::Resume;
+        if (!resume && !chooseSavePath(o.name))
+            return;
     }
     m_model.controls.setEnabled(Control::mnuSendFile, false);
     m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestOk)) + o.okPath + wire::text(wire::kRequestEnd));
     beginGetFile();
+    if (resume)
+        startResume();
 }
 
 bool Transfer::receiveRingFile(const QString& name, qint64 size)
@@ -237,6 +268,9 @@ bool Transfer::receiveRingFile(const QString& name, qint64 size)
         return false;
     recvFilePath = m_ctx.appFile(name);
     recvFileSize = size;
+    // A ring is never gone on with: it is small, and its name is ours.
+    m_recvPeer.clear();
+    m_recvOffer.clear();
     beginGetFile();
     return true;
 }
@@ -278,6 +312,7 @@ void Transfer::beginGetFile()
     }
     (board ? m_picReceiving : m_receiving) = true;
     m_lastAck = 0;
+    m_resumeStep = ResumeStep::None;
     loadProgress();
     m_progress.lblFilename = shortenedPath(path);
     m_progress.lblFilesize = labelSizeText(size);

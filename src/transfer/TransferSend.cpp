@@ -150,6 +150,7 @@ void Transfer::sendFrame(const QByteArray& payload)
     m_sender.sendRawBytes(frame);
     m_frameOut = true;
     ++m_framesSent;
+    m_payloadSent += payload.size();
 }
 
 bool Transfer::readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out)
@@ -167,6 +168,7 @@ void Transfer::beginSendFile(QString path)
     transferCancelled = false;
     picCancelled = false;
     holdPosition = 0;
+    m_payloadSent = 0;
     fileHandleCounter = nextHandle(fileHandleCounter, recvFileHandle, picRecvHandle);
     const int counter = fileHandleCounter;
     const bool board = drawVisible();

@@ -2,6 +2,8 @@
 #include "connection/Session.h"
 #include "platform/Winsock.h"
 
+#include <sys/socket.h>
+
 namespace vonnel::test {
 
 namespace {
@@ -49,6 +51,12 @@ bool connectCopies(TestCopy& caller, TestCopy& callee, int timeoutMs)
     }, timeoutMs);
     pump(150);  // version frames and their answers settle
     return up;
+}
+
+void resetOnClose(qintptr descriptor)
+{
+    const linger l{1, 0};
+    ::setsockopt(int(descriptor), SOL_SOCKET, SO_LINGER, &l, sizeof l);
 }
 
 QByteArray readAtLeast(QTcpSocket& peer, int n, int timeoutMs)

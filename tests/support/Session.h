@@ -18,6 +18,10 @@ QByteArray acceptRawPeer(TestCopy& copy, QTcpSocket& peer, int timeoutMs = 5000)
 // from its own socket. True when both sockets are connected.
 bool connectCopies(TestCopy& caller, TestCopy& callee, int timeoutMs = 8000);
 
+// Makes the socket's close a reset (RST) rather than an orderly end, as the
+// kernel does for a process that was killed with data in flight.
+void resetOnClose(qintptr descriptor);
+
 // Reads from the raw peer until at least n bytes came or time is up.
 QByteArray readAtLeast(QTcpSocket& peer, int n, int timeoutMs = 3000);
 // Reads whatever arrives within the given time.

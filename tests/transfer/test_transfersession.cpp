@@ -16,8 +16,6 @@
 #include <QRandomGenerator>
 #include <QTimer>
 
-#include <sys/socket.h>
-
 using namespace vonnel;
 using namespace vonnel::test;
 
@@ -37,14 +35,6 @@ const char* endName(End e)
     return "";
 }
 
-// A reset instead of a close: the peer's socket is dropped with nothing
-// lingering, which makes the kernel answer with RST.
-void resetConnection(qintptr descriptor)
-{
-    const linger l{1, 0};
-    ::setsockopt(int(descriptor), SOL_SOCKET, SO_LINGER, &l, sizeof l);
-}
-
 class SessionEnd : public RawPeer, public ::testing::WithParamInterface<End> {
 protected:
     void endSession()
@@ -54,7 +44,7 @@ protected:
             peer.disconnectFromHost();
             break;
         case End::PeerResets:
-            resetConnection(peer.socketDescriptor());
+            resetOnClose(peer.socketDescriptor());
             peer.abort();
             break;
         case End::PeerShutsDown:
@@ -161,7 +151,7 @@ TEST_P(TwoCopiesEnd, NoLaterCallerReadsOrWritesTheFilesOfTheSession)
         break;
     case CopiesEnd::Reset:
         // a's socket is dropped with a RST; b learns of it from the wire.
-        resetConnection(a.frm().session().winsock(0).connectionDescriptor());
+        resetOnClose(a.frm().session().winsock(0).connectionDescriptor());
         a.frm().session().winsock(0).Close();
         a.frm().connection().ListenOnLocalPort();
         break;
