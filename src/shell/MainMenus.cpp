@@ -8,6 +8,9 @@
 #include "shell/FrmMain.h"
 #include "shell/Icons.h"
 #include "media/Speech.h"
+#include "platform/Notifier.h"
+
+#include <QCursor>
 
 #include <QAction>
 #include <QMenu>
@@ -164,11 +167,8 @@ void MainWindow::buildToolbar()
 
 void MainWindow::buildTray()
 {
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
-        return;
-    m_tray = new QSystemTrayIcon(windowIcon(), this);
-    m_tray->setToolTip(m_frm.model().trayTip());
-    connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
+    // The tray menu exists with or without a tray: the lock rules and the
+    // menu customisation set its entries either way.
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(controlName(Control::mnuTray));
     addEntry(m_trayMenu, Control::mnuSysShow, QStringLiteral("Show"), QStringLiteral("&Show"));
@@ -179,15 +179,29 @@ void MainWindow::buildTray()
     addEntry(m_trayMenu, Control::mnuSysProperties, QStringLiteral("Properties"), QStringLiteral("P&roperties..."));
     m_trayMenu->addSeparator();
     addEntry(m_trayMenu, Control::mnuSysClose, QStringLiteral("Exit"), QStringLiteral("E&xit"));
-    m_tray->setContextMenu(m_trayMenu);
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        return;  // see putAwayInTray
+    m_tray = new QSystemTrayIcon(windowIcon(), this);
+    m_tray->setToolTip(m_frm.model().trayTip());
+    connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
+    // No context menu of Qt's own: the lock rules run before the menu may open.
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
-        if (r == QSystemTrayIcon::DoubleClick || r == QSystemTrayIcon::Trigger) {
-            showNormal();
-            raise();
-            activateWindow();
-        }
+        if (r == QSystemTrayIcon::DoubleClick)
+            m_frm.ShowMain();
+        else if (r == QSystemTrayIcon::Context)
+            trayMenuAt(QCursor::pos());
     });
     m_tray->show();
+    if (auto* system = dynamic_cast<SystemNotifier*>(&m_frm.ctx().notifier()))
+        system->setTray(m_tray);
+}
+
+bool MainWindow::trayMenuAt(const QPoint& globalPos)
+{
+    if (!m_frm.trayRightButtonUp())
+        return false;
+    m_trayMenu->popup(globalPos);
+    return true;
 }
 
 }  // namespace vonnel
