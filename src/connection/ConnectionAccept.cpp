@@ -104,6 +104,8 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     }
 
     Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring3);
+    // A window away from sight: the desktop says who is calling.
+    Q_EMIT m_ctx.noticeWanted(NoticeKind::Call, m_ctx.translate(QStringLiteral("From: ")) + m_session.PeerIP);
 
     if (!acceptDirectly) {
         int wait = m_ctx.settingInt(QStringLiteral("Incomming Connection Timeout"));

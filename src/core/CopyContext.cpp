@@ -6,6 +6,7 @@
 #include "platform/AudioPlayer.h"
 #include "platform/Cursor.h"
 #include "platform/EchoProber.h"
+#include "platform/Notifier.h"
 #include "platform/OwnAddresses.h"
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
@@ -43,6 +44,13 @@ CopyContext::CopyContext(const CopyEnvironment& env, QObject* parent)
     if (!m_env.screenSaver) {
         m_ownScreenSaver = std::make_unique<SystemScreenSaver>();
         m_env.screenSaver = m_ownScreenSaver.get();
+    }
+    if (!m_env.notifier) {
+        if (m_env.headless)
+            m_ownNotifier = std::make_unique<RecordingNotifier>();
+        else
+            m_ownNotifier = std::make_unique<SystemNotifier>();
+        m_env.notifier = m_ownNotifier.get();
     }
 }
 

@@ -4,6 +4,7 @@
 // the few copy-wide events. Two copies in one process have two contexts
 // and share nothing.
 
+#include "core/DesktopNotice.h"
 #include "core/StatusBar.h"
 
 #include <QHash>
@@ -29,6 +30,7 @@ class AudioPlayer;
 class SpeechEngine;
 class ScreenSaver;
 class IniFileWatch;
+class Notifier;
 
 struct CopyEnvironment {
     QString appPath;  // ends in '/'
@@ -47,6 +49,8 @@ struct CopyEnvironment {
     // None given: the system's engines with windows, a recorder without.
     SpeechEngine* speech = nullptr;
     ScreenSaver* screenSaver = nullptr;  // none given: the desktop's
+    // None given: the desktop's notifications with windows, a recorder without.
+    Notifier* notifier = nullptr;
 };
 
 // Sound files named by the settings: Ring for the bell, Ring1 at a
@@ -87,6 +91,8 @@ public:
     SpeechEngine& speech() const { return *m_env.speech; }
     // Whether the user's screen saver runs (the away notice asks).
     ScreenSaver& screenSaver() const { return *m_env.screenSaver; }
+    // Notices on the desktop while the window is away.
+    Notifier& notifier() const { return *m_env.notifier; }
     Translator& translator() const { return *m_translator; }
     Logs& logs() const { return *m_logs; }
 
@@ -124,6 +130,9 @@ Q_SIGNALS:
     void initialized();
     // Menu and toolbar captions are to be set (again) from the lookup.
     void menusNeedText();
+    // Something wants the user (a caller, a file offer, a ring): a notice
+    // on the desktop may be due while the window is away (core/DesktopNotice).
+    void noticeWanted(vonnel::NoticeKind kind, const QString& detail);
 
 private:
     CopyEnvironment m_env;
@@ -141,6 +150,7 @@ private:
     std::unique_ptr<AudioPlayer> m_ownAudio;
     std::unique_ptr<SpeechEngine> m_ownSpeech;
     std::unique_ptr<ScreenSaver> m_ownScreenSaver;
+    std::unique_ptr<Notifier> m_ownNotifier;
 };
 
 }  // namespace vonnel

@@ -36,8 +36,12 @@ void MainModel::setWindowState(int s)
 
 void MainModel::setTrayTip(const QString& tip)
 {
-    m_trayTip = tip;
-    Q_EMIT trayTipChanged(tip);
+    // The tray's record holds 64 characters with the closing NUL.
+    const QString cut = tip.left(kTrayTipSize - 1);
+    if (cut == m_trayTip)
+        return;
+    m_trayTip = cut;
+    Q_EMIT trayTipChanged(cut);
 }
 
 void MainModel::setLblStealth(const QString& text)

@@ -39,8 +39,9 @@ public:
     enum WindowState { vbNormal = 0, vbMinimized = 1, vbMaximized = 2 };
     int windowState() const { return m_windowState; }
     void setWindowState(int s);
-    // The tray icon's tip: the title, or who is calling while the window
-    // is hidden.
+    // The tray icon's tip: the session's state, or who is calling while the
+    // window is hidden; cut to what the tray's record holds.
+    static constexpr int kTrayTipSize = 64;
     QString trayTip() const { return m_trayTip; }
     void setTrayTip(const QString& tip);
     // The word beside the panes while the away notice stands ("Away").

@@ -6,6 +6,7 @@
 #include "connection/Session.h"
 #include "board/Scrivet.h"
 #include "core/CopyLock.h"
+#include "core/DesktopNotice.h"
 #include "core/Cp1252.h"
 #include "core/Sender.h"
 #include "core/Views.h"
@@ -50,7 +51,8 @@ struct FrmMain::Parts {
           rings(ctx, model, session, sender, receiver, transfer, sound),
           speech(ctx, model, session, sender),
           presets(ctx, model.controls, typing),
-          away(ctx, model, session, sender, typing)
+          away(ctx, model, session, sender, typing),
+          notice(ctx, model)
     {
     }
     CopyContext ctx;
@@ -68,6 +70,7 @@ struct FrmMain::Parts {
     Speech speech;
     PresetMessages presets;
     AwayNotice away;
+    DesktopNotice notice;
     std::unique_ptr<SessionRecords> records;
     std::unique_ptr<CommandControl> commands;
     std::unique_ptr<UrlHistory> urlHistory;
@@ -128,6 +131,12 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&p.receiver, &Receiver::ringReceived, &p.rings, &RingExchange::ringReceived);
     connect(&p.receiver, &Receiver::ringFileRequested, &p.rings, &RingExchange::ringFileRequested);
     connect(&p.receiver, &Receiver::ringFileAnnounced, &p.rings, &RingExchange::ringFileAnnounced);
+    connect(&p.receiver, &Receiver::ringReceived, &p.notice, [&p] {
+        p.notice.raise(NoticeKind::Ring, p.ctx.translate(QStringLiteral("From: ")) + p.session.PeerIP);
+    });
+    // The tray's tip follows the session socket (see trayMouseMove).
+    connect(&p.session.winsock(0), &Winsock::stateChanged, this, [this] { trayMouseMove(); });
+    connect(&p.session, &Session::sessionOpened, this, [this] { trayMouseMove(); });
     // The away notice: tTimer2's work after Command.ini, the window's state,
     // the session's end.
     connect(&m_tTimer2, &QTimer::timeout, &p.away, &AwayNotice::tTimer2_Timer);
@@ -196,6 +205,7 @@ UrlHistoryCommands& FrmMain::urlHistoryCommands() const { return *m_parts->urlCo
 PresetMessages& FrmMain::presets() const { return m_parts->presets; }
 AwayNotice& FrmMain::away() const { return m_parts->away; }
 NetTools& FrmMain::netTools() const { return *m_parts->netTools; }
+DesktopNotice& FrmMain::notice() const { return m_parts->notice; }
 
 void FrmMain::mnuUpdate_Click()
 {

@@ -9,6 +9,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 namespace vonnel {
@@ -33,6 +34,7 @@ class Speech;
 class PresetMessages;
 class AwayNotice;
 class NetTools;
+class DesktopNotice;
 
 class FrmMain : public QObject {
     Q_OBJECT
@@ -98,6 +100,21 @@ public:
     // The away lock: true when the window is in front, when no second-level
     // password applies, or when the user has just given it.
     bool awayLockPassed();
+    // --- the tray icon's callback ----------------------------------------------
+    // What the tray's messages come to: a move over the icon (512) makes the
+    // tip from the session socket's state; a double click (515) is ShowMain;
+    // the right button let go (517) runs trayRightButtonUp and, when that
+    // allows it, pops up mnuTray. Qt tells of no move over a tray icon, so
+    // the tip is made again whenever the socket's state changes instead.
+    static QString trayStateTip(int state, const QString& remoteHostIP, const QString& peerHostName,
+                                const std::function<QString(const QString&)>& translate);
+    void trayMouseMove();
+    // Sets mnuSysAutoConnect and mnuSysProperties from the lock flags; false
+    // while frmUnlock or frmPassLock is up, when no menu may open.
+    bool trayRightButtonUp();
+    // The desktop notices of callers, offers and rings.
+    DesktopNotice& notice() const;
+
     // Help > Update: the update tool (UpdateExe with UpdateParam and the
     // Update address) when one is set, else the Update address in the
     // user's browser. Also run after a version conflict.

@@ -21,6 +21,7 @@
 #include "shell/FrmMain.h"
 #include "shell/SessionRecords.h"
 #include "shell/TypingBinder.h"
+#include "shell/WindowLook.h"
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/OptionsDialog.h"
 #include "shell/dialogs/UrlHistoryWindow.h"
@@ -238,8 +239,7 @@ void MainWindow::onTriggered(Control c)
         close();
         break;
     case Control::mnuSysShow:
-        showNormal();
-        raise();
+        m_frm.ShowMain();
         break;
     case Control::mnuConnect:
     case Control::Toolbar1_1:
@@ -357,20 +357,12 @@ void MainWindow::onTriggered(Control c)
         break;
     }
     case Control::mnuAbout:
-        m_frm.ctx().prompter().msgBox(m_frm.ctx().VersionString + QStringLiteral("\r\r") +
-                                    m_frm.ctx().translate(QStringLiteral("Usage")) + QStringLiteral(": ") +
-                                    m_frm.ctx().setting(QStringLiteral("Usage")) + QStringLiteral("\r") +
-                                    m_frm.ctx().translate(QStringLiteral("Connection Count")) +
-                                    QStringLiteral(": ") + m_frm.ctx().setting(QStringLiteral("Connection Count")),
-                                MsgStyle::Information,
-                                m_frm.ctx().translate(QStringLiteral("About")) + QStringLiteral(" ") +
-                                    MainModel::kTitle);
+        showAbout();
         break;
     case Control::mnuViewontop: {
         const bool on = !m_frm.model().controls.checked(c);
         m_frm.model().controls.setChecked(c, on);
-        setWindowFlag(Qt::WindowStaysOnTopHint, on);
-        show();
+        StayOnTop(this, m_frm);
         break;
     }
     case Control::mnuMin:

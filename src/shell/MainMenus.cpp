@@ -10,6 +10,9 @@
 #include "shell/Icons.h"
 #include "shell/MenuTable.h"
 #include "media/Speech.h"
+#include "platform/Notifier.h"
+
+#include <QCursor>
 
 #include <QAction>
 #include <QMenu>
@@ -130,19 +133,28 @@ void MainWindow::buildTray()
     m_trayMenu->setObjectName(controlName(Control::mnuTray));
     addEntries(m_trayMenu, trayMenu());
     if (!QSystemTrayIcon::isSystemTrayAvailable())
-        return;
+        return;  // see putAwayInTray
     m_tray = new QSystemTrayIcon(windowIcon(), this);
     m_tray->setToolTip(m_frm.model().trayTip());
     connect(&m_frm.model(), &MainModel::trayTipChanged, m_tray, [this](const QString& tip) { m_tray->setToolTip(tip); });
-    m_tray->setContextMenu(m_trayMenu);
+    // No context menu of Qt's own: the lock rules run before the menu may open.
     connect(m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
-        if (r == QSystemTrayIcon::DoubleClick || r == QSystemTrayIcon::Trigger) {
-            showNormal();
-            raise();
-            activateWindow();
-        }
+        if (r == QSystemTrayIcon::DoubleClick)
+            m_frm.ShowMain();
+        else if (r == QSystemTrayIcon::Context)
+            trayMenuAt(QCursor::pos());
     });
     m_tray->show();
+    if (auto* system = dynamic_cast<SystemNotifier*>(&m_frm.ctx().notifier()))
+        system->setTray(m_tray);
+}
+
+bool MainWindow::trayMenuAt(const QPoint& globalPos)
+{
+    if (!m_frm.trayRightButtonUp())
+        return false;
+    m_trayMenu->popup(globalPos);
+    return true;
 }
 
 }  // namespace vonnel

@@ -34,6 +34,10 @@
 #include <QVBoxLayout>
 #include "shell/Icons.h"
 #include "shell/Tips.h"
+#include "shell/WindowLook.h"
+#include "shell/dialogs/AboutWindow.h"
+#include "shell/dialogs/TipWindow.h"
+#include "platform/Prompter.h"
 #include "shell/TypingBinder.h"
 #include "wire/LiveTyping.h"
 #include "wire/PaneFormat.h"
@@ -138,6 +142,12 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
         if (v) {
             setGeometry(m_frm.placement.left / kTwipsPerPixel, m_frm.placement.top / kTwipsPerPixel,
                         m_frm.placement.width / kTwipsPerPixel, m_frm.placement.height / kTwipsPerPixel);
+            if (!m_loaded) {
+                // Form_Load's look: the settings stand by now.
+                m_loaded = true;
+                applyTransparency(this, m_frm.ctx());
+                StayOnTop(this, m_frm);
+            }
             show();
         } else {
             hide();
@@ -149,6 +159,12 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
                                                    : Qt::WindowNoState);
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
+    // F1 anywhere in the window is Help - Contents (Form_KeyUp).
+    if (QAction* help = action(Control::mnuHelpContents)) {
+        help->setShortcut(QKeySequence(Qt::Key_F1));
+        help->setShortcutContext(Qt::WindowShortcut);
+    }
+    watchDialogLoads(this, m_frm);
     m_progress = installProgressDialog(frm, this);
     connect(&frm.transfer().progress(), &ProgressModel::changed, this, &MainWindow::refreshHold);
     connect(&frm.transfer().progress(), &ProgressModel::loadedChanged, this, [this](bool loaded) {
@@ -445,36 +461,20 @@ void MainWindow::showModeless(Form form)
 
 void MainWindow::showTips()
 {
-    auto tips = std::make_shared<Tips>(m_frm.ctx().appFile(QStringLiteral("TIPS.TXT")),
-                                       int(QRandomGenerator::global()->bounded(1 << 16)));
-    if (tips->isEmpty())
+    auto* tips = new TipWindow(m_frm, QStringLiteral("TIPS.TXT"),
+                               int(QRandomGenerator::global()->bounded(1 << 16)), this);
+    tips->setAttribute(Qt::WA_DeleteOnClose);
+    if (!tips->hasTips()) {
+        tips->close();
         return;
-    auto* dlg = new QDialog(this);
-    dlg->setAttribute(Qt::WA_DeleteOnClose);
-    dlg->setWindowTitle(m_frm.ctx().translate(QStringLiteral("Tips of the day"), QStringLiteral("Tips")));
-    auto* text = new QLabel(tips->current());
-    text->setWordWrap(true);
-    text->setMinimumSize(360, 80);
-    auto* load = new QCheckBox(m_frm.ctx().translate(QStringLiteral("Show Tips at Startup")));
-    load->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
-    load->setChecked(m_frm.ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1);
-    auto* next = new QPushButton(m_frm.ctx().translate(QStringLiteral("Next Tip"), QStringLiteral("&Next Tip")));
-    next->setObjectName(QStringLiteral("cmdNextTip"));
-    auto* ok = new QPushButton(m_frm.ctx().translate(QStringLiteral("OK"), QStringLiteral("&OK")));
-    connect(next, &QPushButton::clicked, text, [tips, text] { text->setText(tips->next()); });
-    connect(ok, &QPushButton::clicked, dlg, &QDialog::close);
-    connect(load, &QCheckBox::toggled, this, [this](bool on) {
-        m_frm.ctx().writeSetting(QStringLiteral("Show Tips at Startup"), on ? QStringLiteral("1") : QStringLiteral("0"));
-    });
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(load);
-    buttons->addStretch();
-    buttons->addWidget(next);
-    buttons->addWidget(ok);
-    auto* layout = new QVBoxLayout(dlg);
-    layout->addWidget(text);
-    layout->addLayout(buttons);
-    dlg->show();
+    }
+    tips->show();
+}
+
+void MainWindow::showAbout()
+{
+    AboutWindow about(m_frm, this);
+    about.exec();
 }
 
 void MainWindow::unload(Form form)
@@ -543,11 +543,42 @@ void MainWindow::resizeEvent(QResizeEvent* e)
     rememberPlacement();
 }
 
+void MainWindow::Form_Activate()
+{
+    // The board holds the file channel while it is up.
+    if (m_boardWindow && m_boardWindow->isVisible())
+        m_frm.model().controls.setEnabled(Control::mnuSendFile, false);
+}
+
+void MainWindow::putAwayInTray()
+{
+    if (m_tray) {
+        // Minimised first, then out of the task bar: only the icon stays.
+        QTimer::singleShot(0, this, [this] {
+            if (windowState() & Qt::WindowMinimized)
+                hide();
+        });
+        return;
+    }
+    // No tray to go to: the window stays minimised, where the user can find
+    // it, and the user hears why once.
+    if (m_noTrayTold)
+        return;
+    m_noTrayTold = true;
+    m_frm.ctx().prompter().msgBox(
+        m_frm.ctx().translate(QStringLiteral("There is no system tray on this desktop: the window is minimised instead.")),
+        MsgStyle::Information, MainModel::kTitle);
+}
+
 void MainWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        Form_Activate();
     if (event->type() != QEvent::WindowStateChange)
         return;
+    if ((windowState() & Qt::WindowMinimized) && m_frm.TrayOnly == 1)
+        putAwayInTray();
     // The user minimised or restored the window: the model follows.
     const Qt::WindowStates s = windowState();
     m_frm.model().setWindowState(s & Qt::WindowMinimized   ? MainModel::vbMinimized

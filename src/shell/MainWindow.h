@@ -62,6 +62,17 @@ public:
     // frmAutoIP): made on first use, kept while open; null when closed.
     QDialog* netToolWindow(Form form) const;
 
+    // The tray icon; null where the desktop has no tray.
+    QSystemTrayIcon* trayIcon() const { return m_tray; }
+    QMenu* trayMenu() const { return m_trayMenu; }
+    // The right button let go over the tray icon: the lock rules, then the
+    // menu at the place unless a password window is up. True when it opened.
+    bool trayMenuAt(const QPoint& globalPos);
+    // The window goes to the tray while the copy is tray-only; with no tray
+    // it stays minimised, and the user is told so once.
+    void putAwayInTray();
+    bool noTrayTold() const { return m_noTrayTold; }
+
     // Right button on a pane: the pop-up popsFormat.
     void showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos);
 
@@ -99,6 +110,9 @@ private:
     std::optional<qint64> chooseColour(qint64 current, const QString& title);
     bool paneEvent(QPlainTextEdit* pane, QEvent* event);
     void showTips();
+    void showAbout();
+    // The main window came to the front (Form_Activate).
+    void Form_Activate();
     // frmURLHistory, made on first use and kept while it is open.
     void showUrlHistory();
     void showNetTool(Form form);
@@ -149,6 +163,8 @@ private:
     QPoint m_dragFrom{-1, -1};  // where a press in a selection began
     QString m_notice;  // the end of the last transfer, while it is shown
     QString m_holdShown;  // the text beside the panels now
+    bool m_noTrayTold = false;
+    bool m_loaded = false;  // Form_Load's look was given at the first show
 };
 
 }  // namespace vonnel

@@ -22,7 +22,7 @@ void FrmMain::ShowMain()
     model().setVisible(true);
     model().txtServer.caretToEnd();
     TrayOnly = 0;
-    model().setTrayTip(MainModel::kTitle);  // the caller it named is in sight now
+    trayMouseMove();  // the caller it named is in sight now; the tip says the state again
     model().controls.setEnabled(Control::mnuTray, true);
     ctx().views().raiseMain();
 }

@@ -152,8 +152,11 @@ bool TestCopy::start(const QString& commandLine)
     env.audio = &m_audio;
     env.speech = m_speechInUse;
     env.screenSaver = &m_screenSaver;
+    env.notifier = &m_notifier;
     env.views = &m_views;
     m_frm = std::make_unique<FrmMain>(env);
+    if (beforeStart)
+        beforeStart(*m_frm);
     return startCopy(*m_frm);
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Cursor.h"
 #include "platform/Desktop.h"
 #include "platform/EchoProber.h"
+#include "platform/Notifier.h"
 #include "platform/OwnAddresses.h"
 #include "platform/Pinger.h"
 #include "platform/ScreenSaver.h"
@@ -72,6 +73,8 @@ public:
     explicit TestCopy(quint16 port = 0, const QList<QPair<QString, QString>>& settings = {});
     ~TestCopy();
 
+    // Runs on the new copy before its start: a test may put up the windows.
+    std::function<void(FrmMain&)> beforeStart;
     // The start of the program, as a process entry would run it.
     bool start(const QString& commandLine = QString());
 
@@ -96,6 +99,8 @@ public:
     void useSpeech(SpeechEngine* engine) { m_speechInUse = engine; }
     // Off until a test switches it on.
     FixedScreenSaver& screenSaver() { return m_screenSaver; }
+    // The desktop notices the copy raised.
+    RecordingNotifier& notifier() { return m_notifier; }
 
 private:
     QTemporaryDir m_dir;
@@ -112,6 +117,7 @@ private:
     RecordingSpeechEngine m_speech;
     SpeechEngine* m_speechInUse = &m_speech;
     FixedScreenSaver m_screenSaver;
+    RecordingNotifier m_notifier;
     Views m_views;
     std::unique_ptr<FrmMain> m_frm;
 };

@@ -5,6 +5,7 @@
 #include "connection/LoginDialog.h"
 #include "connection/PropertyDialog.h"
 #include "shell/FrmMain.h"
+#include "shell/WindowLook.h"
 #include "connection/Session.h"
 #include "core/CopyContext.h"
 #include "core/MainModel.h"
@@ -261,7 +262,7 @@ class IpListWindow : public QDialog {
 public:
     IpListWindow(FrmMain& frm, IpListDialog& d, QWidget* parent) : QDialog(parent), m_d(d)
     {
-        setWindowFlag(Qt::WindowStaysOnTopHint);
+        StayOnTop(this, frm);
         m_check = new QCheckBox(this);
         m_list = new QListWidget(this);
         m_text = new QLineEdit(this);
