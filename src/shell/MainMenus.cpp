@@ -131,7 +131,7 @@ void MainWindow::buildTray()
     // state and texts for the day one appears.
     m_trayMenu = new QMenu(this);
     m_trayMenu->setObjectName(controlName(Control::mnuTray));
-    addEntries(m_trayMenu, trayMenu());
+    addEntries(m_trayMenu, vonnel::trayMenu());
     if (!QSystemTrayIcon::isSystemTrayAvailable())
         return;  // see putAwayInTray
     m_tray = new QSystemTrayIcon(windowIcon(), this);
