@@ -48,6 +48,11 @@ protected:
         ASSERT_TRUE(b.start());
         ASSERT_TRUE(connectCopies(a, b));
         // The sounds of the session's start have ended.
+        quiet();
+    }
+    // Every sound has ended and none is on record.
+    void quiet()
+    {
         for (TestCopy* c : {&a, &b}) {
             c->audio().finish();
             c->audio().played.clear();
@@ -93,10 +98,7 @@ TEST_F(Rings, MissingFileIsFetchedAndPlayed)
     EXPECT_FALSE(b.frm().transfer().progress().cmdPause.visible);
 
     // The next ring finds the file there and plays it at once.
-    a.audio().finish();
-    b.audio().finish();
-    b.audio().played.clear();
-    a.audio().played.clear();
+    quiet();
     ring();
     ASSERT_TRUE(waitUntil([&] { return !b.audio().played.isEmpty(); }));
     EXPECT_FALSE(b.frm().rings().ringFetchPending);
@@ -116,10 +118,7 @@ TEST_F(Rings, LocalRingWhenNotFetched)
         SCOPED_TRACE(c.name);
         b.set("Same Remote Ring", c.same);
         b.frm().model().controls.setEnabled(Control::mnuSendFile, !c.sendFileOff);
-        a.audio().finish();
-        b.audio().finish();
-        a.audio().played.clear();
-        b.audio().played.clear();
+        quiet();
         ring();
         ASSERT_TRUE(waitUntil([&] { return !b.audio().played.isEmpty(); }));
         EXPECT_EQ(b.audio().played, QStringList{b.file("own.wav")});
@@ -166,10 +165,7 @@ TEST_F(Rings, DuringAFileTransferTheLocalRingPlaysAndTheFileArrivesWhole)
     ASSERT_TRUE(waitUntil([&] { return QFileInfo(target).size() > 0; }));
     ASSERT_TRUE(b.frm().transfer().fileReceiving());
 
-    a.audio().finish();
-    b.audio().finish();
-    a.audio().played.clear();
-    b.audio().played.clear();
+    quiet();
     ring();
     ASSERT_TRUE(waitUntil([&] { return !b.audio().played.isEmpty(); }));
     EXPECT_EQ(b.audio().played.first(), b.file("own.wav"));
