@@ -2,6 +2,7 @@
 
 #include "core/FatalHandler.h"
 #include "shell/Startup.h"
+#include "shell/StartupTrace.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Companions.h"
@@ -83,6 +84,8 @@ bool Application::notify(QObject* receiver, QEvent* event)
 
 int runProgram(int argc, char** argv)
 {
+    StartupTrace trace;
+    trace.mark("main");
     FatalHandler::install();
     QStringList raw;
     for (int i = 0; i < argc; ++i)
@@ -108,6 +111,7 @@ int runProgram(int argc, char** argv)
     Application app(argc, argv);
     app.setApplicationName(QStringLiteral("Vonnel"));
     app.setQuitOnLastWindowClosed(false);
+    trace.mark("application made");
 
     QString appPath = args.appPath;
     if (appPath.isEmpty())
@@ -153,8 +157,11 @@ int runProgram(int argc, char** argv)
     std::unique_ptr<FrmMain> frm;
     std::unique_ptr<MainWindow> window;
     frm = std::make_unique<FrmMain>(env);
+    trace.mark("copy made");
     if (!args.headless) {
         window = std::make_unique<MainWindow>(*frm);
+        trace.mark("window made");
+        trace.watchFirstPaint(window.get());
         frm->ctx().setViews(window.get());
         static_cast<WidgetPrompter*>(prompter.get())->setParent(window.get());
         installLockDialogs(*frm);
@@ -177,10 +184,11 @@ int runProgram(int argc, char** argv)
         std::signal(SIGINT, onTerm);
     }
 
-    if (!startCopy(*frm))
+    if (!startCopy(*frm, &trace))
         return frm->exitCode();
     if (frm->ended())
         return frm->exitCode();
+    trace.mark("event loop");
     return app.exec();
 }
 
