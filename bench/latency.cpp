@@ -11,7 +11,11 @@
 // keys to the side that types them; a new send starts when one ends, so
 // every key meets a transfer under way).
 //
-// Usage: bench_latency [N] [MB]     (default 2000 keys, 200 MB)
+// Between two keys the event loop runs for a gap (as a typist leaves one),
+// so each key meets the transfer in full flight; the idle run keeps the
+// same gaps.
+//
+// Usage: bench_latency [N] [MB] [GAP_US]    (default 2000 keys, 200 MB, 2000 us)
 
 #include "support/Session.h"
 #include "support/TestCopy.h"
@@ -87,8 +91,9 @@ std::vector<double> rawOneWay(int n, int frameSize)
 // limit is near or a character does not arrive. Before each key, between()
 // runs (it keeps a transfer going).
 std::vector<double> typeKeys(FrmMain& fa, FrmMain& fb, int n, bool paneMeasured, qint64& arrivals,
-                             int* frameSize, const std::function<void()>& between = {})
+                             int* frameSize, int gapUs, const std::function<void()>& between = {})
 {
+    QElapsedTimer gap;
     Winsock& inB = fb.session().winsock(0);
     TextPane& remote = fb.model().txtClient(0);
     std::vector<double> typed;
@@ -98,6 +103,9 @@ std::vector<double> typeKeys(FrmMain& fa, FrmMain& fb, int n, bool paneMeasured,
     for (int i = 0; i < n; ++i) {
         if (fa.model().txtServer.length() > 60000)
             break;
+        gap.start();
+        while (gap.nsecsElapsed() < qint64(gapUs) * 1000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents);
         if (between)
             between();
         const QString c = letters.mid(i % letters.size(), 1);
@@ -126,6 +134,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     const int n = argc > 1 ? std::max(10, atoi(argv[1])) : 2000;
     const qint64 megabytes = argc > 2 ? std::max(1, atoi(argv[2])) : 200;
+    const int gapUs = argc > 3 ? std::max(0, atoi(argv[3])) : 2000;
 
     // The file the reading side sends back while the keys are typed.
     QTemporaryDir dir;
@@ -166,7 +175,7 @@ int main(int argc, char** argv)
     inB.GetData();
 
     int frameSize = 0;
-    const std::vector<double> typed = typeKeys(fa, fb, n, paneMeasured, arrivals, &frameSize);
+    const std::vector<double> typed = typeKeys(fa, fb, n, paneMeasured, arrivals, &frameSize, gapUs);
     if (paneMeasured)
         frameSize = int(QByteArray("<KEY> a <:KEY>").size() +
                         QByteArray::number(fa.model().txtServer.length()).size() + 6);
@@ -189,7 +198,7 @@ int main(int argc, char** argv)
     QElapsedTimer loadClock;
     startSend();
     loadClock.start();
-    const std::vector<double> loaded = typeKeys(fa, fb, n, paneMeasured, arrivals, &frameSize,
+    const std::vector<double> loaded = typeKeys(fa, fb, n, paneMeasured, arrivals, &frameSize, gapUs,
                                                 [&] {
                                                     if (!ta.fileReceiving() || !tb.fileSending()) {
                                                         carried += megabytes * 1024 * 1024;
@@ -202,8 +211,8 @@ int main(int argc, char** argv)
 
     const std::vector<double> raw = rawOneWay(int(typed.size()), frameSize);
     const Figures t = figures(typed), l = figures(loaded), r = figures(raw);
-    std::printf("keystrokes: %zu idle, %zu under load; frame size: %d bytes\n", typed.size(),
-                loaded.size(), frameSize);
+    std::printf("keystrokes: %zu idle, %zu under load, %d us apart; frame size: %d bytes\n",
+                typed.size(), loaded.size(), gapUs, frameSize);
     std::printf("measured until: %s\n",
                 paneMeasured ? "the remote pane shows the character"
                              : "the frame's bytes arrive at the peer socket (the peer's pane does not take them up)");
