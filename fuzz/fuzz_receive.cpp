@@ -7,6 +7,7 @@
 
 #include "core/IniStore.h"
 #include "support/TestCopy.h"
+#include "NoWaitClock.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
 #include "platform/Prompter.h"
@@ -31,6 +32,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     app = new QApplication(*argc, *argv);
     copy = new test::TestCopy(0, {{"No SmartSave", "1"}, {"Connect Idle", "0"}, {"Test", "0"}});
+    copy->useClock(new fuzz::NoWaitClock);
     if (!copy->start())
         std::abort();
     return 0;

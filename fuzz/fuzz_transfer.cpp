@@ -11,6 +11,7 @@
 
 #include "core/IniStore.h"
 #include "support/TestCopy.h"
+#include "NoWaitClock.h"
 #include "transfer/Transfer.h"
 #include "wire/Receiver.h"
 #include "platform/Prompter.h"
@@ -66,6 +67,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
     app = new QApplication(*argc, *argv);
     copy = new test::TestCopy(0, {{"No SmartSave", "1"}, {"Connect Idle", "0"},
                                   {"Byte Per Send", "2000"}});
+    copy->useClock(new fuzz::NoWaitClock);
     if (!copy->start())
         std::abort();
     target = copy->file("in/in.bin");

@@ -3,6 +3,7 @@
 #include "core/FatalHandler.h"
 #include "shell/Startup.h"
 #include "platform/AppFolder.h"
+#include "shell/StartupTrace.h"
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Companions.h"
@@ -84,6 +85,8 @@ bool Application::notify(QObject* receiver, QEvent* event)
 
 int runProgram(int argc, char** argv)
 {
+    StartupTrace trace;
+    trace.mark("main");
     FatalHandler::install();
     QStringList raw;
     for (int i = 0; i < argc; ++i)
@@ -109,6 +112,7 @@ int runProgram(int argc, char** argv)
     Application app(argc, argv);
     app.setApplicationName(QStringLiteral("Vonnel"));
     app.setQuitOnLastWindowClosed(false);
+    trace.mark("application made");
 
     app.setDesktopFileName(QStringLiteral("vonnel"));
 
@@ -160,8 +164,11 @@ int runProgram(int argc, char** argv)
     std::unique_ptr<FrmMain> frm;
     std::unique_ptr<MainWindow> window;
     frm = std::make_unique<FrmMain>(env);
+    trace.mark("copy made");
     if (!args.headless) {
         window = std::make_unique<MainWindow>(*frm);
+        trace.mark("window made");
+        trace.watchFirstPaint(window.get());
         frm->ctx().setViews(window.get());
         static_cast<WidgetPrompter*>(prompter.get())->setParent(window.get());
         installLockDialogs(*frm);
@@ -184,10 +191,11 @@ int runProgram(int argc, char** argv)
         std::signal(SIGINT, onTerm);
     }
 
-    if (!startCopy(*frm))
+    if (!startCopy(*frm, &trace))
         return frm->exitCode();
     if (frm->ended())
         return frm->exitCode();
+    trace.mark("event loop");
     return app.exec();
 }
 

@@ -10,6 +10,7 @@
 #include "shell/CommandControl.h"
 #include "shell/FrmMain.h"
 #include "shell/NetTools.h"
+#include "shell/StartupTrace.h"
 #include "core/Views.h"
 #include "core/MainModel.h"
 #include "core/CopyContext.h"
@@ -50,8 +51,12 @@ bool repairIni(const QString& appPath, Prompter& prompter, Desktop& desktop)
     return false;
 }
 
-bool startCopy(FrmMain& f)
+bool startCopy(FrmMain& f, StartupTrace* trace)
 {
+    const auto mark = [trace](const char* name) {
+        if (trace)
+            trace->mark(name);
+    };
     const QString appPath = f.ctx().AppPath();
     FatalHandler::setErrorLog(appPath + QStringLiteral("error.log"));
 
@@ -106,10 +111,13 @@ bool startCopy(FrmMain& f)
     if (QFileInfo::exists(helpIndex))
         f.ctx().writeSetting(QStringLiteral("Help Path"), QFileInfo(helpIndex).absolutePath());
 
+    mark("settings read");
     f.Form_Load();
+    mark("Form_Load done");
     if (f.ended())
         return false;
     f.Init();
+    mark("Init done");
     if (!f.encryption().passwords().startupLock()) {
         // Not satisfied at the first level: the main form unloads itself.
         f.Form_Unload();
@@ -117,6 +125,7 @@ bool startCopy(FrmMain& f)
     }
 
     f.model().setVisible(true);
+    mark("shown");
     f.fullyLoaded = true;
     if (f.TrayOnly == 1)
         f.model().setWindowState(MainModel::vbMinimized);
@@ -141,6 +150,7 @@ bool startCopy(FrmMain& f)
     if (f.ended())
         return false;
     f.netTools().startAutoConnect();
+    mark("command line obeyed");
     return !f.ended();
 }
 

@@ -10,6 +10,7 @@ namespace vonnel {
 class FrmMain;
 class Prompter;
 class Desktop;
+class StartupTrace;
 
 // Rebuilds a missing vonnel.ini from vonnel.bak, else vonnel.ini.preset,
 // else by running repair.sh (the repair script of this platform). Returns
@@ -18,7 +19,8 @@ class Desktop;
 bool repairIni(const QString& appPath, Prompter& prompter, Desktop& desktop);
 
 // Runs the start of one copy on a constructed FrmMain. Returns false when
-// the copy ended during start (see FrmMain::exitCode()).
-bool startCopy(FrmMain& frm);
+// the copy ended during start (see FrmMain::exitCode()). The trace, when
+// given, is marked at each stage.
+bool startCopy(FrmMain& frm, StartupTrace* trace = nullptr);
 
 }  // namespace vonnel

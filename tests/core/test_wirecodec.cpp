@@ -51,7 +51,9 @@ TEST(WireCodec, KeyStrokeGivesCharacterPositionAndLength)
 {
     const QByteArray frame = keyStroke("a", 12);
     EXPECT_EQ(frame, "<KEY> a <:KEY>12</KEY>");
-    const KeyStroke k = cutKeyStroke(frame + "^SPC13#SPC");
+    // The stroke's parts are views into the input: it must outlive them.
+    const QByteArray input = frame + "^SPC13#SPC";
+    const KeyStroke k = cutKeyStroke(input);
     EXPECT_EQ(k.character.toByteArray(), "a");
     EXPECT_EQ(k.position.toByteArray(), "12");
     EXPECT_EQ(k.consumed, frame.size());

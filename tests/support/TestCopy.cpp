@@ -143,7 +143,7 @@ bool TestCopy::start(const QString& commandLine)
     env.commandLine = commandLine;
     env.headless = true;
     env.prompter = &m_prompter;
-    env.clock = &m_clock;
+    env.clock = m_clockInUse;
     env.clipboard = &m_clipboard;
     env.desktop = &m_desktop;
     env.cursor = &m_cursor;

@@ -97,6 +97,8 @@ public:
     RecordingSpeechEngine& speech() { return m_speech; }
     // Another engine in place of the recorder; before start.
     void useSpeech(SpeechEngine* engine) { m_speechInUse = engine; }
+    // Another clock in place of the real one; before start.
+    void useClock(Clock* clock) { m_clockInUse = clock; }
     // Off until a test switches it on.
     FixedScreenSaver& screenSaver() { return m_screenSaver; }
     // The desktop notices the copy raised.
@@ -107,6 +109,7 @@ private:
     QString m_appPath;
     quint16 m_port;
     Clock m_clock;
+    Clock* m_clockInUse = &m_clock;
     ScriptedPrompter m_prompter;
     MemoryClipboard m_clipboard;
     RecordingDesktop m_desktop;

@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# The test suite under AddressSanitizer and UndefinedBehaviorSanitizer:
+# builds into build-asan/ (cmake -DVONNEL_SANITIZE=ON, the same compiler
+# as build/) and runs the tests there; then, with --fuzz SECONDS, every
+# fuzz target for that long on its corpus (scripts/fuzz.sh, clang).
+#
+#   bash scripts/sanitize.sh [--quick] [--tests REGEX] [--exclude REGEX] [--fuzz SECONDS]
+#
+# --quick builds and runs only the test programs that link one library
+# (links, nettools): a few minutes where the whole suite takes far longer.
+# --tests/--exclude pick the CTest tests by name (default: all of them).
+# Any sanitizer report fails the test that met it: undefined behaviour ends
+# the process, and so does a leak at exit (suppressions for the libraries
+# below the program in scripts/lsan.supp).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+include=""; exclude=""; fuzz=0; targets=()
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --tests) include="$2"; shift 2 ;;
+    --exclude) exclude="$2"; shift 2 ;;
+    --fuzz) fuzz="$2"; shift 2 ;;
+    --quick) targets=(vonnel_links_tests vonnel_nettools_tests); shift ;;
+    *) echo "sanitize.sh: unknown argument $1" >&2; exit 2 ;;
+  esac
+done
+bash scripts/deps.sh
+launcher=()
+command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVONNEL_SANITIZE=ON \
+  -DVONNEL_BUILD_BENCH=OFF "${launcher[@]}" >/dev/null
+cmake --build build-asan -j"$(nproc)" ${targets[@]+--target "${targets[@]}"}
+
+export ASAN_OPTIONS="detect_leaks=1:abort_on_error=0:detect_stack_use_after_return=0:strict_string_checks=1"
+export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
+export LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp:print_suppressions=0"
+args=(--output-on-failure -j"$(nproc)" --timeout 600)
+[ -n "$include" ] && args+=(-R "$include")
+# A test program left unbuilt (--quick) stands in the list as one
+# placeholder test; the scripts' tests run the plain build's program.
+if [ ${#targets[@]} -gt 0 ]; then
+  args+=(-E "_NOT_BUILT\$|^cli\\.|^layers\$${exclude:+|$exclude}")
+elif [ -n "$exclude" ]; then
+  args+=(-E "$exclude")
+fi
+(cd build-asan && ctest "${args[@]}")
+
+if [ "$fuzz" -gt 0 ]; then
+  bash scripts/fuzz.sh "$fuzz"
+fi
