@@ -14,6 +14,7 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace vonnel {
 
@@ -111,13 +112,17 @@ int Winsock::Listen()
         return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
     // Callers left undecided from an earlier round are refused now, with an
     // orderly close the caller can tell from a failure.
-    for (auto& p : m_pending)
-        if (p) {
-            p->disconnect(this);
-            closeOrderly(p);
+    // Taken out of the table first: the signals of a close may reach code
+    // that changes it, and a socket may be gone once its close has run.
+    const auto pending = std::exchange(m_pending, {});
+    for (QPointer<QTcpSocket> p : pending) {
+        if (!p)
+            continue;
+        p->disconnect(this);
+        closeOrderly(p);
+        if (p)
             p->deleteLater();
-        }
-    m_pending.clear();
+    }
     auto* server = new QTcpServer(this);
     if (!server->listen(QHostAddress::Any, m_localPort)) {
         const int n = server->serverError() == QAbstractSocket::AddressInUseError

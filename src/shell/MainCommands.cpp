@@ -34,6 +34,8 @@
 #include "core/CopyContext.h"
 
 #include <QAction>
+#include <QTabWidget>
+#include <QTimer>
 #include <QColorDialog>
 #include <QApplication>
 #include <QCoreApplication>
@@ -44,6 +46,9 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
+
+#include <array>
+#include <optional>
 
 namespace vonnel {
 
@@ -382,9 +387,33 @@ void MainWindow::onTriggered(Control c)
 
 void MainWindow::mnuOptions_Click()
 {
-    OptionsDialog dialog(m_frm, this);
-    connect(&dialog, &OptionsDialog::languageRequested, &m_frm, &FrmMain::showLanguagePicker);
-    dialog.exec();
+    // A language applied through the dialog's own button sets its texts
+    // again: the dialog is made anew in that language, on the same tab,
+    // with the values its boxes held.
+    int tab = 0;
+    std::optional<std::array<QString, kOptCount>> held;
+    for (;;) {
+        OptionsDialog dialog(m_frm, this);
+        if (held)
+            for (int c = 0; c < kOptCount; ++c)
+                if (dialog.model().value(Opt(c)) != (*held)[size_t(c)])
+                    dialog.model().setValue(Opt(c), (*held)[size_t(c)]);
+        dialog.tabs()->setCurrentIndex(tab);
+        bool remade = false;
+        connect(&dialog, &OptionsDialog::languageRequested, &m_frm, &FrmMain::showLanguagePicker);
+        connect(&m_frm, &FrmMain::languageChanged, &dialog, [&dialog, &remade] {
+            remade = true;
+            // Once the picker is closed.
+            QTimer::singleShot(0, &dialog, &QDialog::reject);
+        });
+        dialog.exec();
+        if (!remade)
+            return;
+        tab = dialog.tabs()->currentIndex();
+        held.emplace();
+        for (int c = 0; c < kOptCount; ++c)
+            (*held)[size_t(c)] = dialog.model().value(Opt(c));
+    }
 }
 
 void MainWindow::showUrlHistory()

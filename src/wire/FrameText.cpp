@@ -67,4 +67,11 @@ bool readPosition(const QString& text, int& value)
     return true;
 }
 
+void keepCleared(QString& history, const QString& cleared)
+{
+    history += cleared;
+    if (history.size() > kClearedKept)
+        history.remove(0, history.size() - kClearedKept);
+}
+
 }  // namespace vonnel

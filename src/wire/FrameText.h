@@ -29,4 +29,10 @@ QString leftOf(const QString& text, const QString& token);
 // anything else, including numbers beyond 32 bits.
 bool readPosition(const QString& text, int& value);
 
+// The text cleared from a pane in this session, kept for the record. Every
+// repair clears and sends the whole pane again, so a long session would
+// keep its text over and over: only the newest kClearedKept characters stay.
+inline constexpr qsizetype kClearedKept = 256 * 1024;
+void keepCleared(QString& history, const QString& cleared);
+
 }  // namespace vonnel

@@ -12,6 +12,7 @@
 #include "connection/Session.h"
 #include "core/CopyContext.h"
 #include "core/Sender.h"
+#include "wire/FrameText.h"
 #include "core/MainModel.h"
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
@@ -191,7 +192,7 @@ void LiveTyping::mnuOverride_Click()
 
 void LiveTyping::mnuClrScr_Click()
 {
-    localHistory += m_model.txtServer.text() + kCrLf;
+    keepCleared(localHistory, m_model.txtServer.text() + kCrLf);
     applyEdit(QString(), 0, true);  // "^Clr" below tells it
     urlScanned = 0;
     lineMark = 0;

@@ -44,7 +44,10 @@ Receiver::Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender&
       m_faults(ctx.prompter(), ctx.logs())
 {
     connect(&session, &Session::sessionOpened, m_pane, &RemotePane::beginSession);
-    connect(&session, &Session::sessionOpened, this, [this] { m_faults.beginSession(); });
+    connect(&session, &Session::sessionOpened, this, [this] {
+        m_faults.beginSession();
+        remoteHistory.clear();
+    });
     cSendFileCheck = [](QString& data, QByteArray&) { return consumeFileMessage(data); };
     // With no board to read them, board messages and what follows them in
     // the read go as the board's error tail would let them go.
@@ -194,7 +197,7 @@ QString Receiver::cControlCheck(QString& data)
         data = data.mid(8);
     }
     if (data.startsWith(wire::text(wire::kClear))) {
-        remoteHistory += kCrLf + pane.text();
+        keepCleared(remoteHistory, kCrLf + pane.text());
         pane.clear();
         m_pane->cleared();
         data = data.mid(4);

@@ -117,12 +117,12 @@ void RemotePane::typedCharacter(const QString& c, int n)
     if (c == QString(QChar(0)))
         return;
     const int L = pane().length();
-    if (L == n - 1) {
+    if (L == qint64(n) - 1) {
         add(c);
         m_inStep = true;
         return;
     }
-    if (m_inStep && L < n - 1 && n - L <= kHeldCeiling && !c.isEmpty()) {
+    if (m_inStep && L < qint64(n) - 1 && qint64(n) - L <= kHeldCeiling && !c.isEmpty()) {
         add(c.repeated(n - L));
         return;
     }
@@ -133,12 +133,12 @@ void RemotePane::typedCharacter(const QString& c, int n)
 void RemotePane::space(int n)
 {
     const int L = pane().length();
-    if (L == n - 1) {
+    if (L == qint64(n) - 1) {
         add(QStringLiteral(" "));
         m_inStep = true;
         return;
     }
-    if (L < n - 1) {
+    if (L < qint64(n) - 1) {
         if (!m_inStep)
             differs();
         const int target = qMin(n, kFillCeiling);
@@ -171,7 +171,7 @@ void RemotePane::lineBreak(int n, bool counted)
     }
     if (L == n && counted)
         add(kCrLf);
-    m_inStep = pane().length() == n + 2;
+    m_inStep = pane().length() == qint64(n) + 2;
 }
 
 void RemotePane::deletion(int n, bool blockFollows)

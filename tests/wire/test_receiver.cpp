@@ -9,6 +9,7 @@
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "wire/RemotePane.h"
+#include "wire/FrameText.h"
 #include "connection/Session.h"
 #include "platform/Prompter.h"
 #include "access/Encryption.h"
@@ -17,6 +18,8 @@
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
+#include "wire/FrameText.h"
+
 #include <gtest/gtest.h>
 
 using namespace vonnel;
@@ -147,6 +150,19 @@ TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
     arrive("^Clr");
     EXPECT_EQ(pane(), "");
     EXPECT_EQ(r().remoteHistory, "\r\nfirst\r\nsecond");
+}
+
+// Each repair clears the pane and sends it whole again: the cleared text
+// kept for the record stays bounded however long the session runs.
+TEST_F(Receive, ClearedTextKeptIsBoundedToTheNewest)
+{
+    const QString page(100'000, QLatin1Char('x'));
+    for (int i = 0; i < 20; ++i) {
+        f().model().txtClient(0).setText(page + QString::number(i));
+        arrive("^Clr");
+    }
+    EXPECT_EQ(r().remoteHistory.size(), kClearedKept);
+    EXPECT_TRUE(r().remoteHistory.endsWith(page + "19"));
 }
 
 TEST_F(Receive, AKnownDifferenceAsksOnceForTheWholeText)
