@@ -27,49 +27,50 @@ QString absoluteUpTo(const QString& text, qint64 ceiling)
     return QString::number(n);
 }
 
+// The number boxes checked when left: absolute value then a ceiling (0:
+// none), or the ceiling alone.
+struct BoxRule {
+    Opt control;
+    bool absolute;
+    qint64 ceiling;
+};
+constexpr BoxRule kBoxRules[] = {
+    {Opt::txtBytePerSend, true, 8000},
+    {Opt::txtEncryptTextLimit, true, 32000},
+    {Opt::txtOverallTextLimit, true, 64000},
+    // Only a ceiling: a negative value stays negative.
+    {Opt::txtMemLimit, false, 99},
+    {Opt::txtCaptTime, true, 0},
+    {Opt::txtCmlInterval, true, 0},
+    {Opt::txtOverflow, true, 0},
+    {Opt::txtPasteTextLimit, true, 0},
+    {Opt::txtSelfRepairCount, true, 0},
+    {Opt::txtTimeout, true, 0},
+};
+
+const BoxRule* ruleOf(Opt control)
+{
+    for (const BoxRule& r : kBoxRules)
+        if (r.control == control)
+            return &r;
+    return nullptr;
+}
+
 }  // namespace
 
 bool hasValidation(Opt control)
 {
-    switch (control) {
-    case Opt::txtBytePerSend:
-    case Opt::txtEncryptTextLimit:
-    case Opt::txtOverallTextLimit:
-    case Opt::txtMemLimit:
-    case Opt::txtCaptTime:
-    case Opt::txtCmlInterval:
-    case Opt::txtOverflow:
-    case Opt::txtPasteTextLimit:
-    case Opt::txtSelfRepairCount:
-    case Opt::txtTimeout:
-        return true;
-    default:
-        return false;
-    }
+    return ruleOf(control) != nullptr;
 }
 
 QString validateBox(Opt control, const QString& text)
 {
-    switch (control) {
-    case Opt::txtBytePerSend:
-        return absoluteUpTo(text, 8000);
-    case Opt::txtEncryptTextLimit:
-        return absoluteUpTo(text, 32000);
-    case Opt::txtOverallTextLimit:
-        return absoluteUpTo(text, 64000);
-    case Opt::txtMemLimit:
-        // Only a ceiling: a negative value stays negative.
-        return QString::number(std::min<qint64>(integerPart(text), 99));
-    case Opt::txtCaptTime:
-    case Opt::txtCmlInterval:
-    case Opt::txtOverflow:
-    case Opt::txtPasteTextLimit:
-    case Opt::txtSelfRepairCount:
-    case Opt::txtTimeout:
-        return absoluteUpTo(text, 0);
-    default:
+    const BoxRule* rule = ruleOf(control);
+    if (!rule)
         return text;
-    }
+    if (rule->absolute)
+        return absoluteUpTo(text, rule->ceiling);
+    return QString::number(std::min<qint64>(integerPart(text), rule->ceiling));
 }
 
 const std::vector<std::pair<Opt, QString>>& advancedDefaults()
