@@ -204,6 +204,10 @@ private:
     QString resumeFrame(QFile& target, const QByteArray& payload, qint64 expected,
                         const QString& rest);
     QString peerFileChanged(QFile& target, qint64 expected, const QString& rest);
+    // The part is gone past: what lies beyond it is written and counted as
+    // any frame is.
+    QString resumeDone(QFile& target, const QByteArray& beyond, qint64 expected,
+                       const QString& rest);
     void keepPartial();
     QString acknowledgement(QString& data);
     QString acceptOffer(QString& data, qsizetype headLength, const QString& head, QString& text);

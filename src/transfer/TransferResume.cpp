@@ -103,14 +103,8 @@ QString Transfer::resumeFrame(QFile& target, const QByteArray& payload, qint64 e
         m_lastResume.headCompared = k;
         if (payload.size() >= kept) {
             // The frame covers the whole part: only what lies beyond it is new.
-            m_resumeStep = ResumeStep::None;
             m_lastResume.askedFrom = payload.size();
-            const QByteArray beyond = payload.mid(kept);
-            if (target.write(beyond) != beyond.size()) {
-                saveError(target);
-                return rest;
-            }
-            return acknowledgeFrame(target, expected, false, rest);
+            return resumeDone(target, payload.mid(kept), expected, rest);
         }
         // The peer is asked to go on half a frame before the part's end, so
         // that the bytes on both sides of the break are compared as well.
@@ -130,15 +124,8 @@ QString Transfer::resumeFrame(QFile& target, const QByteArray& payload, qint64 e
     if (!holds(path, from, payload.left(k)))
         return peerFileChanged(target, expected, rest);
     m_lastResume.tailCompared += k;
-    if (payload.size() > kept - from) {
-        m_resumeStep = ResumeStep::None;
-        const QByteArray beyond = payload.mid(kept - from);
-        if (target.write(beyond) != beyond.size()) {
-            saveError(target);
-            return rest;
-        }
-        return acknowledgeFrame(target, expected, false, rest);
-    }
+    if (payload.size() > kept - from)
+        return resumeDone(target, payload.mid(kept - from), expected, rest);
     // The frame ended inside the part (the peer's frames are small): on
     // from its end, or from the part's end when the count cannot say it.
     qint64 next = exactAckLength(from + k);
@@ -149,6 +136,17 @@ QString Transfer::resumeFrame(QFile& target, const QByteArray& payload, qint64 e
         m_resumeStep = ResumeStep::None;
     sendCount(next);
     return rest;
+}
+
+QString Transfer::resumeDone(QFile& target, const QByteArray& beyond, qint64 expected,
+                             const QString& rest)
+{
+    m_resumeStep = ResumeStep::None;
+    if (target.write(beyond) != beyond.size()) {
+        saveError(target);
+        return rest;
+    }
+    return acknowledgeFrame(target, expected, false, rest);
 }
 
 QString Transfer::peerFileChanged(QFile& target, qint64 expected, const QString& rest)
