@@ -8,22 +8,7 @@ work=$(mktemp -d "$build/install-test.XXXXXX"); pid=
 trap '[ -n "$pid" ] && kill $pid 2>/dev/null; rm -rf "$work"' EXIT
 fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
-free_port() {
-  local p=$(( 10000 + RANDOM % 20000 ))
-  while (exec 3<>/dev/tcp/127.0.0.1/$p) 2>/dev/null; do p=$(( 10000 + RANDOM % 20000 )); done
-  echo $p
-}
-# Read from the kernel's socket table: a probe connection would be a caller,
-# and its question a box.
-listening() {
-  local hex; hex=$(printf ':%04X' "$1")
-  awk -v h="$hex" '$4 == "0A" && substr($2, length($2) - 4) == h { found = 1 } END { exit !found }' \
-    /proc/net/tcp /proc/net/tcp6 2>/dev/null
-}
-wait_listen() {
-  for _ in $(seq 1 200); do listening "$1" && return 0; sleep 0.05; done
-  return 1
-}
+. "$(dirname "$0")/lib.sh"
 
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >"$work/install.log" 2>&1
@@ -38,7 +23,7 @@ check "desktop entry starts the program by name" "grep -qx 'Exec=vonnel' '$prefi
 check "nothing but the program in bin" "[ \"\$(ls '$prefix/bin')\" = vonnel ]"
 
 # The scratch install is this test's own: its preset listens where no one is.
-port=$(free_port)
+port=$(free_port 24000)
 sed -i "s/^LocalPort=.*/LocalPort=$port/" "$data/vonnel.ini.preset"
 
 # First start: the per-user folder is made and filled, and no box asks anything.

@@ -9,8 +9,8 @@ fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
 # A port below the range the system hands out to other sockets (where
 # the tests' own copies listen) that nothing answers on now.
-port=$(( 10000 + RANDOM % 20000 ))
-while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 10000 + RANDOM % 20000 )); done
+. "$(dirname "$0")/lib.sh"
+port=$(free_port 17000)
 
 mkdir "$work/app"
 sed "s/^LocalPort=.*/LocalPort=$port/; s/^Usage=.*/Usage=10/; s/^Override Password=.*/Override Password=0/" \
@@ -22,13 +22,13 @@ timeout 10 "$vonnel" --app-path "$work/app" --headless --answers "$work/wrong" 2
 check "wrong password ends the copy" "[ $rc -ne 124 ]"
 check "asked for the password" "grep -q \$'^input\tVonnel - \\\\[Locked\\\\]\tPlease enter password to unlock it\ttext:wrong\$' '$work/err1'"
 check "refused" "grep -q \$'^box\t.*\tNot a valid Password!!!\t' '$work/err1'"
-check "not listening after" "! (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
+check "not listening after" "! listening $port"
 
 # The marker word of a level without a record opens it.
 printf 'text:qzyrtnEdiov\n' > "$work/right"
 "$vonnel" --app-path "$work/app" --headless --answers "$work/right" 2>"$work/err2" & pid=$!
-for i in $(seq 1 200); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
-check "right password: the copy listens" "(exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
+wait_listen $port
+check "right password: the copy listens" "listening $port"
 kill -TERM $pid; wait $pid; pid=
 
 [ $fail -eq 0 ] || sed 's/^/  stderr: /' "$work/err1" "$work/err2"

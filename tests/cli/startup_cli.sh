@@ -8,8 +8,8 @@ fail=0; pass=0
 check() { if eval "$2"; then pass=$((pass+1)); else echo "FAILED: $1"; fail=$((fail+1)); fi; }
 # A port below the range the system hands out to other sockets (where
 # the tests' own copies listen) that nothing answers on now.
-port=$(( 10000 + RANDOM % 20000 ))
-while (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null; do port=$(( 10000 + RANDOM % 20000 )); done
+. "$(dirname "$0")/lib.sh"
+port=$(free_port 10000)
 
 # No vonnel.ini and nothing to repair it from: the Critical Error box, then the end.
 mkdir "$work/empty"
@@ -23,8 +23,8 @@ mkdir "$work/app"
 sed "s/^LocalPort=.*/LocalPort=$port/; s/^Usage=.*/Usage=10/" "$preset" > "$work/app/Vonnel.BAK"
 echo "Error 1=stale" > "$work/app/error.log"
 "$vonnel" --app-path "$work/app" --headless 2>"$work/err2" & pid=$!
-for i in $(seq 1 200); do (exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null && break; sleep 0.1; done
-check "listens on LocalPort" "(exec 3<>/dev/tcp/127.0.0.1/$port) 2>/dev/null"
+wait_listen $port
+check "listens on LocalPort" "listening $port"
 check "vonnel.ini rebuilt" "grep -q '^LocalPort=$port' '$work/app/vonnel.ini'"
 check "usage counted" "grep -q '^Usage=11' '$work/app/vonnel.ini'"
 check "stale error.log gone" "[ ! -e '$work/app/error.log' ]"
