@@ -90,9 +90,6 @@ OptionsDialog::OptionsDialog(FrmMain& frm, QWidget* parent, const QString& autos
     connect(&m_model, &OptionsModel::valueChanged, this, &OptionsDialog::refresh);
     connect(&m_model, &OptionsModel::applied, &frm, &FrmMain::afterOptionsApplied);
     connect(m_tabs, &QTabWidget::currentChanged, this, &OptionsDialog::stbOptions_Click);
-    // The picker opened from here wrote the language: the page names it.
-    connect(&frm, &FrmMain::languageChanged, this,
-            [this] { m_language->setText(m_model.languageName()); });
 
     m_model.GetINISetting();
     for (int c = 0; c < kOptCount; ++c)
