@@ -3,9 +3,49 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <cmath>
-#include <cstdio>
 
 namespace vonnel {
+
+namespace {
+
+// A float's value at or above ten million is a whole number; its text keeps
+// seven significant digits. The digits and the power of ten of the first
+// one, rounded as printf rounds ("%.6E": to nearest, a tie to even).
+struct SevenDigits {
+    quint64 digits;  // 1,000,000 .. 9,999,999
+    int exponent;    // 7 and up
+};
+
+SevenDigits sevenDigits(quint64 v)
+{
+    int exponent = 0;
+    quint64 p = 1;
+    while (v / p >= 10) {
+        p *= 10;
+        ++exponent;
+    }
+    const quint64 drop = p / 1000000;  // 10^(exponent - 6)
+    quint64 q = v / drop;
+    const quint64 r = v % drop;
+    const quint64 half = drop / 2;
+    if (r > half || (r == half && (q & 1)))
+        ++q;
+    if (q == 10000000) {
+        q = 1000000;
+        ++exponent;
+    }
+    return {q, exponent};
+}
+
+quint64 powerOfTen(int n)
+{
+    quint64 p = 1;
+    while (n-- > 0)
+        p *= 10;
+    return p;
+}
+
+}  // namespace
 
 QString singleText(qint64 count)
 {
@@ -13,35 +53,118 @@ QString singleText(qint64 count)
     if (std::fabs(f) < 1e7f)
         return QString::number(qint64(f));
     // Seven significant digits, trailing zeros of the mantissa dropped,
-    // "E+" and at least two exponent digits.
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.6E", double(f));
-    QString s = QString::fromLatin1(buf);
-    const qsizetype e = s.indexOf(QLatin1Char('E'));
-    QString mantissa = s.left(e);
-    const QString exponent = s.mid(e);
-    while (mantissa.endsWith(QLatin1Char('0')))
-        mantissa.chop(1);
-    if (mantissa.endsWith(QLatin1Char('.')))
-        mantissa.chop(1);
-    return mantissa + exponent;
+    // "E+" and at least two exponent digits. Worked out on integers: this
+    // runs for every acknowledgement of a large file.
+    const SevenDigits s = sevenDigits(quint64(std::fabs(double(f))));
+    char mantissa[10];
+    quint64 d = s.digits;
+    for (int i = 7; i >= 0; --i) {
+        if (i == 1)
+            continue;
+        mantissa[i] = char('0' + d % 10);
+        d /= 10;
+    }
+    mantissa[1] = '.';
+    int len = 8;
+    while (mantissa[len - 1] == '0')
+        --len;
+    if (mantissa[len - 1] == '.')
+        --len;
+    QString out;
+    out.reserve(len + 6);
+    if (f < 0)
+        out += QLatin1Char('-');
+    out += QLatin1String(mantissa, len);
+    out += QLatin1String(s.exponent < 10 ? "E+0" : "E+");
+    out += QString::number(s.exponent);
+    return out;
 }
 
 namespace {
+
+// The plain forms a peer's count comes in, digits with at most one point
+// and an exponent, read without the locale's parser when they stand for a
+// whole number of at most fifteen digits. Anything else goes the long way.
+std::optional<double> plainWholeNumber(QStringView t)
+{
+    qsizetype i = 0;
+    quint64 mantissa = 0;
+    int digits = 0, fraction = 0;
+    bool point = false;
+    // A leading zero is left to the locale's reading, as is a bare point.
+    if (t.size() > 1 && t[0] == QLatin1Char('0') && t[1] != QLatin1Char('.'))
+        return std::nullopt;
+    for (; i < t.size(); ++i) {
+        const QChar c = t[i];
+        if (c >= QLatin1Char('0') && c <= QLatin1Char('9')) {
+            if (++digits > 15)
+                return std::nullopt;
+            mantissa = mantissa * 10 + (c.unicode() - '0');
+            fraction += point;
+        } else if (c == QLatin1Char('.') && !point && digits > 0) {
+            point = true;
+        } else {
+            break;
+        }
+    }
+    if (digits == 0 || (point && t[i - 1] == QLatin1Char('.')))
+        return std::nullopt;
+    int exponent = 0;
+    if (i < t.size()) {
+        if (t[i] != QLatin1Char('E') && t[i] != QLatin1Char('e'))
+            return std::nullopt;
+        ++i;
+        bool negative = false;
+        if (i < t.size() && (t[i] == QLatin1Char('+') || t[i] == QLatin1Char('-')))
+            negative = t[i++] == QLatin1Char('-');
+        if (i >= t.size())
+            return std::nullopt;
+        for (; i < t.size(); ++i) {
+            const QChar c = t[i];
+            if (c < QLatin1Char('0') || c > QLatin1Char('9') || exponent > 99)
+                return std::nullopt;
+            exponent = exponent * 10 + (c.unicode() - '0');
+        }
+        if (negative)
+            exponent = -exponent;
+    }
+    const int shift = exponent - fraction;
+    if (shift < 0 || digits + shift > 15)
+        return std::nullopt;  // a fraction, or past a double's exact integers
+    return double(mantissa * powerOfTen(shift));
+}
+
 std::optional<qint64> readCount(const QString& text, double limit)
 {
-    const QString t = text.trimmed();
+    const QStringView t = QStringView(text).trimmed();
     if (t.isEmpty())
         return std::nullopt;
-    bool ok = false;
-    const double v = QLocale::c().toDouble(t, &ok);
-    if (!ok || !std::isfinite(v))
-        return std::nullopt;
+    double v;
+    if (const std::optional<double> plain = plainWholeNumber(t)) {
+        v = *plain;
+    } else {
+        bool ok = false;
+        v = QLocale::c().toDouble(t, &ok);
+        if (!ok || !std::isfinite(v))
+            return std::nullopt;
+    }
     const double r = std::round(v);
     if (r < -limit - 1 || r > limit)
         return std::nullopt;
     return qint64(r);
 }
+
+// The count an acknowledgement's text carries for n: n itself below ten
+// million, else its seven significant digits.
+qint64 countCarried(qint64 n)
+{
+    const float f = float(n);
+    if (f < 1e7f)
+        return qint64(f);
+    const SevenDigits s = sevenDigits(quint64(double(f)));
+    return qint64(s.digits * powerOfTen(s.exponent - 6));
+}
+
 }  // namespace
 
 std::optional<qint64> parseAckCount(const QString& text)
@@ -69,7 +192,7 @@ qint64 exactAckLength(qint64 n)
     // at the very most.
     qint64 m = n - n % step;
     for (int tries = 0; m > 0 && tries < 16; ++tries, m -= step)
-        if (readCount(singleText(m), 9007199254740992.0) == m)
+        if (countCarried(m) == m)
             return m;
     return m > 0 ? m : 0;
 }

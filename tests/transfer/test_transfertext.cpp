@@ -4,7 +4,10 @@
 #include "transfer/Transfer.h"
 #include "transfer/TransferText.h"
 
+#include <QLocale>
 #include <QRandomGenerator>
+#include <cmath>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 using namespace vonnel;
@@ -55,6 +58,72 @@ TEST(AckCount, ParserTakesBothFormsAndRounds)
     };
     for (const auto& c : cases)
         EXPECT_EQ(parseAckCount(QLatin1String(c.text)), c.count) << c.text;
+}
+
+// The texts as printf and the locale's parser make them: the integer
+// forms above must agree with them everywhere.
+QString printfSingleText(qint64 count)
+{
+    const float f = float(count);
+    if (std::fabs(f) < 1e7f)
+        return QString::number(qint64(f));
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.6E", double(f));
+    QString s = QString::fromLatin1(buf);
+    const qsizetype e = s.indexOf(QLatin1Char('E'));
+    QString mantissa = s.left(e);
+    while (mantissa.endsWith(QLatin1Char('0')))
+        mantissa.chop(1);
+    if (mantissa.endsWith(QLatin1Char('.')))
+        mantissa.chop(1);
+    return mantissa + s.mid(e);
+}
+
+std::optional<qint64> localeCount(const QString& text)
+{
+    bool ok = false;
+    const double v = QLocale::c().toDouble(text.trimmed(), &ok);
+    if (!ok || !std::isfinite(v))
+        return std::nullopt;
+    const double r = std::round(v);
+    if (r < -2147483648.0 || r > 2147483647.0)
+        return std::nullopt;
+    return qint64(r);
+}
+
+TEST(AckCount, TextAndReadingAgreeWithPrintfAndTheLocaleEverywhere)
+{
+    QRandomGenerator rng(11);
+    QList<qint64> counts = {-123456789, -10000000, 16777216, 16777217, 33554431, 99999995,
+                            999999950, 1000000000000LL, (1LL << 53), (1LL << 62)};
+    for (qint64 p = 10; p <= 1000000000000000LL; p *= 10)
+        for (qint64 d : {-3, -2, -1, 0, 1, 2, 3})
+            counts << p + d << p / 2 + d;  // decade edges and ties at the seventh digit
+    for (int i = 0; i < 20000; ++i)
+        counts << (qint64(rng.bounded(9007199254740992.0)) >> rng.bounded(40));
+    for (qint64 n : counts) {
+        const QString text = singleText(n);
+        ASSERT_EQ(text, printfSingleText(n)) << n;
+        ASSERT_EQ(parseAckCount(text), localeCount(text)) << text.toStdString();
+    }
+
+    // What a peer may send besides: other spellings of the same forms,
+    // fractions, leading zeros, signs, blanks and broken exponents.
+    QStringList texts = {"0", "00", "007", "0.5", "1.5", "2.5", "-4", "+4", "1e7", "1E7",
+                         "1.5e+07", "1.000038E+07", "1.000038E+007", "1.0000385E+07",
+                         "1.E+07", ".5E+07", "1E-2", "1E+", "1E", "1.2.3", "12 34",
+                         " 99 ", "\t5", "9999999999999999", "123456789012345",
+                         "2147483647", "2147483648", "2.147483647E+09", "1E+99", "1E+999",
+                         "5E+0", "E+07", ""};
+    for (int i = 0; i < 5000; ++i) {
+        const char* alphabet = "0123456789.E+-e";
+        QString t;
+        for (int k = int(rng.bounded(1, 14)); k > 0; --k)
+            t += QLatin1Char(alphabet[rng.bounded(15)]);
+        texts << t;
+    }
+    for (const QString& t : texts)
+        ASSERT_EQ(parseAckCount(t), localeCount(t)) << t.toStdString();
 }
 
 TEST(AckCount, MultiplesOfAThousandSurviveTheTripButFramesOf1024DoNot)
