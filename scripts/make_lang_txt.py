@@ -5,8 +5,9 @@ each once, in cp1252 with CR LF line ends.
 
 Keys are taken from the sources:
   - calls translate(...), m_translate(...), the local tr(...) helpers, the
-    transfer's lookup(...), setPauseButton(...) and setCancelButton(...),
-    and the network tools' notice(...) (shown through the lookup) whose
+    transfer's lookup(...), frameCaption(...), setPauseButton(...) and
+    setCancelButton(...), and the network tools' notice(...) (shown
+    through the lookup) whose
     first argument is a text literal, or a choice between two;
   - tables marked with a comment holding "Lang.txt keys:": from the line
     after it to the line that closes the table ("};"), the first text
@@ -23,7 +24,8 @@ import os
 import re
 import sys
 
-CALLS = {"translate", "m_translate", "tr", "lookup", "notice", "setPauseButton", "setCancelButton"}
+CALLS = {"translate", "m_translate", "tr", "lookup", "notice", "setPauseButton", "setCancelButton",
+         "frameCaption"}
 TEXT_WRAPPERS = {"QStringLiteral", "QLatin1String", "QString", "fromLatin1", "QLatin1StringView"}
 MARKER = "Lang.txt keys:"
 STATEMENT_MARKER = "Lang.txt key"

@@ -98,7 +98,12 @@ public:
     bool resuming() const { return m_resumeStep != ResumeStep::None; }
 
     // --- pause, hold, cancel ---------------------------------------------------
-    void pauseSendFile(bool state) { transferPaused = state; }
+    void pauseSendFile(bool state)
+    {
+        transferPaused = state;
+        if (state)
+            m_recvFile.flush();  // a paused part is whole on disk
+    }
     void cancelSendFiles();
     void savePauseSetting(const QString& progressText, const QString& direction, int percent,
                           const QString& fileName, const QString& fileSize);
@@ -273,6 +278,13 @@ private:
     // Time since the copy of a frame last yielded to the event loop.
     qint64 m_lastYieldMs = -1;  // on the clock's steady time; -1: none yet
     static constexpr int kYieldEveryMs = 20;
+    // The window's caption while frames pass, looked up again at most this
+    // often: a language file saved meanwhile still shows, and a frame costs
+    // no lookup.
+    void frameCaption(const char* direction);
+    QString m_frameCaption;
+    qint64 m_frameCaptionAtMs = -1;
+    static constexpr int kFrameCaptionEveryMs = 50;
 };
 
 }  // namespace vonnel

@@ -6,6 +6,7 @@
 #include "platform/Prompter.h"
 #include "connection/Session.h"
 #include "core/CopyContext.h"
+#include "platform/Clock.h"
 #include "core/Sender.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
@@ -17,6 +18,21 @@
 // continue, hold, cancel.
 
 namespace vonnel {
+
+void Transfer::frameCaption(const char* direction)
+{
+    // Put back as every frame would put it back, unless this very caption
+    // was put there a moment ago and nothing has changed it since.
+    const qint64 now = m_ctx.clock().steadyMs();
+    if (m_frameCaptionAtMs >= 0 && now >= m_frameCaptionAtMs &&
+        now - m_frameCaptionAtMs < kFrameCaptionEveryMs && m_progress.caption == m_frameCaption &&
+        m_progress.txtSendRec == QLatin1String(direction))
+        return;
+    m_frameCaptionAtMs = now;
+    m_frameCaption = lookup(direction);
+    m_progress.caption = m_frameCaption;
+    m_progress.txtSendRec = QString::fromLatin1(direction);
+}
 
 void Transfer::updateProgress(const QString& what)
 {

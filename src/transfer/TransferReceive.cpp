@@ -8,6 +8,7 @@
 #include "connection/Session.h"
 #include "core/CopyContext.h"
 #include "platform/Clock.h"
+#include "platform/FileLength.h"
 #include "core/Sender.h"
 #include "core/MainModel.h"
 #include "core/Views.h"
@@ -81,8 +82,7 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
         target = &m_recvFile;
         expected = recvFileSize;
     }
-    m_progress.caption = lookup("Receiving File");
-    m_progress.txtSendRec = QStringLiteral("Receiving File");
+    frameCaption("Receiving File");
 
     // The copy is where the window's buttons may act in the middle of a
     // frame. It yields to the event loop (socket events wait) at most every
@@ -114,8 +114,13 @@ QString Transfer::acknowledgeFrame(QFile& target, qint64 expected, bool board, c
     // the pause was pressed: its bytes are where the sender's position
     // already stands, so they are kept and acknowledged like any other (a
     // paused sender takes the count as its position and sends nothing).
-    // The length is asked of the file once a frame, and handed on.
-    qint64 n = target.size();
+    if (transferPaused)
+        target.flush();  // a paused part is whole on disk
+    // The length is asked of the file once a frame, and handed on: what
+    // the file system holds and what waits in the write buffer.
+    qint64 n = bufferedFileLength(target);
+    if (n < 0)
+        n = target.size();
     if (!board && transferPaused && n >= expected) {
         // The whole file is in: the pause has nothing left to hold, and
         // the sender must hear that before its last count.
@@ -124,6 +129,7 @@ QString Transfer::acknowledgeFrame(QFile& target, qint64 expected, bool board, c
         windowBack();
     }
     if (n >= expected) {
+        target.flush();  // on disk before the last count goes out
         m_progress.lblProgress.text = QStringLiteral("100%");
         m_progress.prbProgress = 100;
         m_progress.lblFinished = QLatin1Char('<') + QString::number(n) + QLatin1Char('>');
@@ -303,9 +309,11 @@ void Transfer::beginGetFile()
     clearHeldFrame();
     target->close();
     target->setFileName(path);
-    // Appended to, never truncated here; one write per frame goes straight
-    // to the disk, so the file's length is always the true count.
-    if (!target->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+    // Appended to, never truncated here. Frames go through the file's write
+    // buffer, a write to the disk every few frames rather than one each;
+    // whatever reads the file on disk (the end, a pause, a part kept)
+    // flushes or closes it first.
+    if (!target->open(QIODevice::WriteOnly | QIODevice::Append)) {
         m_ctx.prompter().msgBox(QStringLiteral("File Receiving - beginGetFile Error (Filename") + path +
                                 QStringLiteral(")\r") + target->errorString(),
                             MsgStyle::Exclamation);

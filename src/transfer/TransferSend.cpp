@@ -284,8 +284,7 @@ void Transfer::ContSendFile(qint64 position)
     // that shrinks fails its read below.
     if (file->isOpen() && knownLength < 0)
         knownLength = file->size();
-    m_progress.caption = lookup("Sending File");
-    m_progress.txtSendRec = QStringLiteral("Sending File");
+    frameCaption("Sending File");
 
     const int handle = picBranch ? picSendHandle : sendFileHandle;
     const qint64 length = file->isOpen() ? knownLength : 0;

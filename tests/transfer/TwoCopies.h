@@ -45,6 +45,9 @@ protected:
         ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         ASSERT_EQ(f.write(data), data.size());
         f.close();
+        // A file left by an earlier transfer would satisfy the waits on
+        // the new one's first bytes.
+        QFile::remove(target);
         a.prompter().addAnswers({"file:" + source});
         b.prompter().addAnswers({"yes", "file:" + target});
         ta().mnuSendFile_Click();
