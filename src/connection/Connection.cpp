@@ -156,7 +156,7 @@ void Connection::Winsock_SendComplete(int index)
     if (m_model.txtServer.locked())
         m_model.txtServer.setLocked(false);
     if (m_session.SessionDateStart.isValid()) {
-        const qint64 mins = m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60;
+        const qint64 mins = m_session.minutesSinceStart();
         // Every send comes here: the panel's number is parsed once per text.
         const QString shown = m_model.stStatusbar.text(4);
         if (shown != m_minutesText) {

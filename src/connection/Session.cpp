@@ -69,14 +69,10 @@ void Session::checkStatus()
         }
     };
     if (ws.State() == Winsock::sckConnected) {
-        bar.setText(2, c.translate(QStringLiteral("Connected:")) + QLatin1Char(' ') +
-                           ws.RemoteHostIP());
+        bar.setText(2, m_connectedText.of(c.translate(QStringLiteral("Connected:")),
+                                          ws.RemoteHostIP()));
         m_model.txtServer.setEnabled(true);
-        const qint64 mins = SessionDateStart.isValid()
-                                ? SessionDateStart.secsTo(c.clock().now()) / 60
-                                : 0;
-        bar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                           c.translate(QStringLiteral("Minute"), QStringLiteral("min")));
+        bar.setText(4, minutesText());
         EnableDisconnect();
     }
     if (ws.State() == Winsock::sckConnecting)
@@ -106,6 +102,19 @@ void Session::checkStatus()
         bar.setText(2, c.translate(QStringLiteral("Resolving Host")) + QStringLiteral("..."));
     if (ws.State() == Winsock::sckHostResolved)
         bar.setText(2, c.translate(QStringLiteral("Host Resolved")));
+}
+
+qint64 Session::minutesSinceStart() const
+{
+    if (!SessionDateStart.isValid())
+        return 0;
+    return (m_ctx.clock().nowMs() - SessionDateStart.toMSecsSinceEpoch()) / 1000 / 60;
+}
+
+const QString& Session::minutesText()
+{
+    return m_minutesText.of(minutesSinceStart(),
+                            m_ctx.translate(QStringLiteral("Minute"), QStringLiteral("min")));
 }
 
 void Session::EnableConnect()

@@ -3,6 +3,7 @@
 // session, who the peer is, when the session began and ended, and the
 // waiting and status routines every part of the session uses.
 
+#include "core/JoinedText.h"
 #include "platform/Winsock.h"
 
 #include <QDateTime>
@@ -34,6 +35,10 @@ public:
     bool IsConnected() const;
     // Panel 2 and the connect/disconnect entries from the socket's state.
     void checkStatus();
+    // Whole minutes since the session began (0 without a session), and
+    // panel 4's text of them.
+    qint64 minutesSinceStart() const;
+    const QString& minutesText();
     void EnableConnect();
     void EnableDisconnect();
     // The hidden Ready/Not ready buttons: the peer learns whether this
@@ -96,6 +101,8 @@ private:
     };
     std::array<CountPanel, 2> m_counts;  // panels 10 and 11
     void paintCount(int panel);
+    JoinedText m_connectedText{QLatin1StringView(" ")};
+    JoinedText m_minutesText{QLatin1StringView(" ")};
 };
 
 }  // namespace vonnel

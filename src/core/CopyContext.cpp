@@ -87,7 +87,7 @@ void CopyContext::writeSetting(const QString& key, const QString& value) const
 double CopyContext::settingNumber(const QString& key) const
 {
     const QString text = setting(key);
-    // Read at every arrival ("Test"): the number is parsed once per text.
+    // Read wherever a number is wanted: the number is parsed once per text.
     auto it = m_settingNumbers.constFind(key);
     if (it != m_settingNumbers.constEnd() && it->first == text)
         return it->second;

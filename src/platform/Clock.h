@@ -23,6 +23,9 @@ public:
         }
         return QDateTime::fromMSecsSinceEpoch(ms, Qt::OffsetFromUTC, m_offset);
     }
+    // Milliseconds since the epoch: now() without its date and zone, for
+    // the differences the receive path takes on every read.
+    virtual qint64 nowMs() const { return QDateTime::currentMSecsSinceEpoch(); }
     QTime timeOfDay() const { return now().time(); }
     QDate today() const { return now().date(); }
     // Seconds since midnight, with fractions, as the delay routine spins on.
@@ -55,6 +58,7 @@ class ManualClock : public Clock {
 public:
     explicit ManualClock(QDateTime start) : m_now(std::move(start)) {}
     QDateTime now() const override { return m_now; }
+    qint64 nowMs() const override { return m_now.toMSecsSinceEpoch(); }
     void set(const QDateTime& t) { m_now = t; }
     void advanceMs(qint64 ms) { m_now = m_now.addMSecs(ms); }
 

@@ -71,6 +71,10 @@ void Receiver::readLimits(bool atStart)
     acceptIncompatible = m_ctx.settingFlag(QStringLiteral("Accept Incompatible Character"));
     selfRepair = m_ctx.settingFlag(QStringLiteral("Character Self Repair"));
     repairCountLimit = m_ctx.settingInt(QStringLiteral("Repair Count Limit"));
+    // The test delay is read with the limits (at each session and each
+    // change of the options), not on every read: a settings read costs a
+    // system call, and a transfer reads twice a frame.
+    testDelay = m_ctx.settingNumber(QStringLiteral("Test"));
     // At the start a missing value is written back; later it only stands in.
     if (overflowLimit == 0) {
         overflowLimit = 50;
@@ -114,7 +118,6 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
         return;
     m_model.controls.setEnabled(toolbarButton(kRefreshButton), true);
     m_model.controls.setEnabled(Control::mnuRefresh, true);
-    double testDelay = m_ctx.settingNumber(QStringLiteral("Test"));
     if (testDelay != 0)
         m_session.idleDelay(testDelay);
 
@@ -122,10 +125,7 @@ void Receiver::dispatchArrival(int index, QByteArray bytes, qint64 bytesTotal)
     m_ctx.cursor().setNormal();
     m_model.stStatusbar.setPicture(1, StatePicture::picRec);
     m_model.stStatusbar.setText(2, QString());
-    const qint64 mins =
-        m_session.SessionDateStart.isValid() ? m_session.SessionDateStart.secsTo(m_ctx.clock().now()) / 60 : 0;
-    m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                 m_ctx.translate(QStringLiteral("Minute"), QStringLiteral("min")));
+    m_model.stStatusbar.setText(4, m_session.minutesText());
     m_session.showByteCount(10, bytesTotal);
 
     m_session.RemoteResponded = true;
@@ -272,9 +272,8 @@ void Receiver::cFinishCheck(const QString& text)
 
 void Receiver::refreshLengths()
 {
-    m_model.stStatusbar.setText(3, QString::number(m_model.txtServer.length()) +
-                                     QStringLiteral(" - ") +
-                                     QString::number(m_model.txtClient(m_session.sIdx).length()));
+    m_model.stStatusbar.setText(
+        3, m_lengthsText.of(m_model.txtServer.length(), m_model.txtClient(m_session.sIdx).length()));
 }
 
 // --- repair and its answer ------------------------------------------------------

@@ -7,6 +7,7 @@
 // signals below; where nobody listens their messages are still consumed
 // exactly as the full handler would consume them.
 
+#include "core/JoinedText.h"
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -38,6 +39,7 @@ public:
     bool acceptIncompatible = false;
     bool selfRepair = false;
     int repairCountLimit = 50;
+    double testDelay = 0;  // seconds each read waits ("Test"), for tests of slow receivers
     // Reads them: at the start the text limit is clamped and the defaults
     // written back; later only the repair values are read again.
     void readLimits(bool atStart);
@@ -169,6 +171,7 @@ private:
     Session& m_session;
     Sender& m_sender;
     Encryption& m_cipher;
+    JoinedText m_lengthsText{QLatin1StringView(" - ")};  // panel 3
     Connection& m_connection;
     RemotePane* m_pane;
     ArrivalFaults m_faults;
