@@ -1,4 +1,5 @@
 #include "connection/Connection.h"
+#include "core/Cp1252.h"
 
 
 #include "connection/AddressServices.h"
@@ -17,10 +18,6 @@
 #include <QNetworkInterface>
 
 namespace vonnel {
-
-namespace {
-const QString kCrLf = QStringLiteral("\r\n");
-}
 
 Connection::Connection(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
                        Encryption& cipher, QObject* parent)

@@ -21,10 +21,6 @@
 
 namespace vonnel {
 
-namespace {
-const QString kCrLf = QStringLiteral("\r\n");
-}
-
 // --- the callee's decision --------------------------------------------------------
 
 void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)

@@ -1,4 +1,5 @@
 #include "connection/Connection.h"
+#include "core/Cp1252.h"
 
 
 #include "connection/LoginDialog.h"
@@ -18,10 +19,6 @@
 // user's disconnect.
 
 namespace vonnel {
-
-namespace {
-const QString kCrLf = QStringLiteral("\r\n");
-}
 
 // --- ends -------------------------------------------------------------------------
 

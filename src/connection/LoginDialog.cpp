@@ -1,4 +1,5 @@
 #include "connection/LoginDialog.h"
+#include "core/Cp1252.h"
 
 #include "connection/AddressServices.h"
 #include "connection/Connection.h"
@@ -16,7 +17,6 @@ namespace vonnel {
 
 namespace {
 const QString kHistoryStem = QStringLiteral("Previous IP Address ");
-const QString kCrLf = QStringLiteral("\r\n");
 constexpr int kMaxHistory = 100;
 }  // namespace
 

@@ -15,4 +15,7 @@ QString fromCp1252(QByteArrayView bytes);
 inline QString fromCp1252(const QByteArray& bytes) { return fromCp1252(QByteArrayView(bytes)); }
 QByteArray toCp1252(const QString& text);
 
+// The line break of every text the program writes, shows or sends.
+inline const QString kCrLf = QStringLiteral("\r\n");
+
 }  // namespace vonnel

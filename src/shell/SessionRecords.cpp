@@ -17,7 +17,6 @@ namespace vonnel {
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
 const QString kStars = QStringLiteral("*") + QString(15, QLatin1Char('=')) + QStringLiteral("*");
 
 QString timeText(const QTime& t)

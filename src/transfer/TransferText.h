@@ -3,6 +3,7 @@
 // and reply derived from an offer, the size and path labels of the
 // progress window, and the wire form of a local path.
 
+#include "core/Cp1252.h"
 #include <QString>
 #include <optional>
 
@@ -54,8 +55,6 @@ bool likeAnywhere(const QString& path, const QString& name);
 
 // Int(a / b * 100) in single precision, as the window shows progress.
 int percentOf(qint64 a, qint64 b);
-
-inline const QString kCrLf = QStringLiteral("\r\n");
 
 // The next handle number of one direction: its counter plus the other
 // direction's two handles plus one, so a send and a receive in flight never

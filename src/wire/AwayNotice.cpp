@@ -1,4 +1,5 @@
 #include "wire/AwayNotice.h"
+#include "core/Cp1252.h"
 
 #include "connection/Session.h"
 #include "core/CopyContext.h"
@@ -17,7 +18,6 @@ const QString kAwayOn = QStringLiteral("Away Message On");
 const QString kAwayText = QStringLiteral("Away Message");
 const QString kWhenMinimized = QStringLiteral("Away Message When Minimized");
 const QString kAutoMinimize = QStringLiteral("Automatic Minimize (Screen Saver)");
-const QString kCrLf = QStringLiteral("\r\n");
 
 QString bracketed(const QString& text)
 {

@@ -22,7 +22,6 @@
 namespace vonnel {
 
 namespace {
-const QString kCrLf = QStringLiteral("\r\n");
 
 // Characters below 33 off both ends.
 QString trim33(const QString& s)

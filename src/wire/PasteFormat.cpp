@@ -3,6 +3,7 @@
 // this side's font and colours.
 
 #include "core/Views.h"
+#include "core/Cp1252.h"
 #include "access/Encryption.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
@@ -20,10 +21,6 @@
 #include "core/WireCodec.h"
 
 namespace vonnel {
-
-namespace {
-const QString kCrLf = QStringLiteral("\r\n");
-}
 
 // --- text helpers -------------------------------------------------------------
 

@@ -24,7 +24,6 @@ namespace vonnel {
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
 
 // Toolbar1 button 3 is Refresh.
 constexpr int kRefreshButton = 3;

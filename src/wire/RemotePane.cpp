@@ -64,6 +64,7 @@
 // answer to the first is still awaited.
 
 #include "wire/RemotePane.h"
+#include "core/Cp1252.h"
 
 #include "connection/Session.h"
 #include "core/CopyContext.h"
@@ -77,7 +78,6 @@ namespace vonnel {
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
 
 // A fill-up never takes the pane beyond this length: a position is only
 // the peer's word, and one frame must not grow the pane without bound.
