@@ -198,9 +198,9 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
 
 TEST(Sessions, CallToItselfIsRefusedBeforeAnySocketOperation)
 {
+    int changes = 0;  // outlives the copy, whose closing still changes the state
     Caller a;
     ASSERT_TRUE(a.started);
-    int changes = 0;
     QObject::connect(&a.copy.frm().session().winsock(0), &Winsock::stateChanged, [&] { ++changes; });
     for (const QString& self : {QStringLiteral("127.0.0.1"), QStringLiteral("localhost")}) {
         LoginDialog* d = a.call(self, a.copy.port());
