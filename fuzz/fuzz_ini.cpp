@@ -91,7 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Translator translator(folder->path() + QLatin1Char('/'));
     translator.setLangFile(QStringLiteral("fuzz.lng"));
     translator.setTranslationOn(true);
-    const QString entry = ReadIniBytes(bytes, kSection, key);
+    // The lookup's buffer is one longer than the settings' (255 characters).
+    const QString entry = ReadIniBytes(bytes, kSection, key, Translator::kReadBuffer);
     check(translator.translate(key) == (entry.isEmpty() ? key : entry));
 
     // A write changes that key alone.

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build, the program and the tests need,
-# only those that are missing.
+# only those that are missing; or, given package names, those.
+#   bash scripts/deps.sh [PACKAGE...]
 set -euo pipefail
 packages=(cmake make g++ pkg-config python3 libgtest-dev
   qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev libxkbcommon-dev
   qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev)
+[ $# -gt 0 ] && packages=("$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

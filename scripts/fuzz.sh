@@ -15,7 +15,8 @@ shift || true
 if [ -z "$build" ]; then
   build=build-fuzz
   bash scripts/deps.sh
-  bash scripts/clang.sh
+  # clang with its sanitizer and libFuzzer runtimes
+  bash scripts/deps.sh clang libclang-rt-dev
   launcher=()
   command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
   CC=clang CXX=clang++ cmake -S . -B "$build" -DVONNEL_BUILD_FUZZ=ON \

@@ -24,7 +24,8 @@ while [ $# -gt 0 ]; do
   esac
 done
 bash scripts/deps.sh
-bash scripts/clang.sh
+# clang with its sanitizer and libFuzzer runtimes
+bash scripts/deps.sh clang libclang-rt-dev
 launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 CC=clang CXX=clang++ cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo \
