@@ -20,6 +20,8 @@ cases=${*:-loss down90 down150 kill}
 [ "$(id -u)" -eq 0 ] || { echo "faults.sh: needs root (network namespaces)"; exit 2; }
 command -v ip >/dev/null && ip netns list >/dev/null 2>&1 || { echo "faults.sh: needs ip netns"; exit 2; }
 [ -x "$vonnel" ] && [ -f "$preset" ] || { echo "faults.sh: build $vonnel first"; exit 2; }
+# nft drops the packets where the kernel has no netem.
+command -v nft >/dev/null || bash "$here/scripts/deps.sh" nftables
 
 # Names carry our process id, so two runs (or a stale one) never meet.
 nsa=vonnel-fa-$$; nsb=vonnel-fb-$$
@@ -218,9 +220,10 @@ add_loss() { # drops 5% of what each end sends into the veth
     local ns dev
     for e in "$nsa $veth_a" "$nsb $veth_b"; do
         set -- $e; ns=$1; dev=$2
-        ip netns exec "$ns" nft add table inet vonnelfaults
-        ip netns exec "$ns" nft add chain inet vonnelfaults out '{ type filter hook output priority 0; }'
-        ip netns exec "$ns" nft add rule inet vonnelfaults out oifname "$dev" numgen random mod 100 lt 5 drop
+        ip netns exec "$ns" nft add table inet vonnelfaults &&
+        ip netns exec "$ns" nft add chain inet vonnelfaults out '{ type filter hook output priority 0; }' &&
+        ip netns exec "$ns" nft add rule inet vonnelfaults out oifname "$dev" numgen random mod 100 lt 5 drop ||
+            return 1
     done
 }
 
@@ -242,7 +245,7 @@ case_loss() { # MB DELAY(0|1)
             ip netns exec "$1" tc qdisc add dev "$2" root netem delay 25ms loss 5%; done
         echo "  netem: 25 ms delay and 5% loss on each end"
     else
-        add_loss
+        add_loss || { echo "  loss: nftables could not be set up; case not run"; teardown_net; return; }
         echo "  loss: nftables drops 5% of the packets each end sends into the veth"
         if [ "$delay" = 1 ]; then
             # No netem in this kernel ("Specified qdisc kind is unknown"):
