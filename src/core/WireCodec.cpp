@@ -129,6 +129,14 @@ std::optional<FileMessage> fileMessageAt(QByteArrayView data)
     return std::nullopt;
 }
 
+std::optional<FileMessage> fileMessageAt(QStringView text)
+{
+    for (const FileWord& w : kFileWords)
+        if (text.startsWith(QLatin1StringView(w.word)))
+            return w.message;
+    return std::nullopt;
+}
+
 std::optional<qsizetype> fileMessageLength(QByteArrayView data)
 {
     const std::optional<FileMessage> m = fileMessageAt(data);

@@ -160,6 +160,9 @@ enum class FileMessage {
 QByteArrayView word(FileMessage message);
 // Which of the twelve stands at the start of data.
 std::optional<FileMessage> fileMessageAt(QByteArrayView data);
+// The same on text: the words are ASCII without '?', so a text starts with
+// one exactly when its cp1252 bytes do, and nothing need be converted.
+std::optional<FileMessage> fileMessageAt(QStringView text);
 // How many bytes of data one message takes when only consumed, message by
 // message (a request up to its "*fs*", an acknowledgement up to its closing
 // "%%", a data frame or a cancel the whole rest). nullopt for none of the

@@ -1,5 +1,5 @@
 #pragma once
-// The length of a file being written through a buffered QFile.
+// The length of a file being appended to through a buffered QFile.
 
 #include <QFile>
 

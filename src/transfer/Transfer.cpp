@@ -18,11 +18,6 @@
 
 namespace vonnel {
 
-namespace {
-// Enough of a text to tell every file message by its word.
-constexpr qsizetype kLongestFileWord = 32;
-}  // namespace
-
 Transfer::Transfer(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
                    Receiver& receiver, QObject* parent)
     : QObject(parent),
@@ -181,11 +176,10 @@ QString Transfer::cSendFileCheck(QString& data, QByteArray& bytes)
 {
     using wire::FileMessage;
     // The longest file word decides; what follows it plays no part.
-    const std::optional<FileMessage> message =
-        wire::fileMessageAt(toCp1252(data.left(kLongestFileWord)));
+    const std::optional<FileMessage> message = wire::fileMessageAt(QStringView(data));
     if (!message)
         return data;
-    const QString word = wire::text(wire::word(*message));
+    const QLatin1StringView word = wire::text(wire::word(*message));
     switch (*message) {
     case FileMessage::SendingRequest: {
         QString offer;
@@ -301,7 +295,7 @@ QString Transfer::acknowledgement(QString& data)
     // Only a send of this session takes acknowledgements.
     if (!(drawVisible() ? m_picSending : m_sending))
         return p > 16 ? rest : data.mid(16);
-    const QString number = p < 0 ? QString() : data.mid(16, p - 16);
+    const QStringView number = p < 0 ? QStringView() : QStringView(data).mid(16, p - 16);
     if (number.isEmpty()) {
         // The bare form: go on from the stored position. A closing "%%"
         // right behind it is the next message's opening.

@@ -134,9 +134,9 @@ std::optional<double> plainWholeNumber(QStringView t)
     return double(mantissa * powerOfTen(shift));
 }
 
-std::optional<qint64> readCount(const QString& text, double limit)
+std::optional<qint64> readCount(QStringView text, double limit)
 {
-    const QStringView t = QStringView(text).trimmed();
+    const QStringView t = text.trimmed();
     if (t.isEmpty())
         return std::nullopt;
     double v;
@@ -167,7 +167,7 @@ qint64 countCarried(qint64 n)
 
 }  // namespace
 
-std::optional<qint64> parseAckCount(const QString& text)
+std::optional<qint64> parseAckCount(QStringView text)
 {
     return readCount(text, 2147483647.0);
 }

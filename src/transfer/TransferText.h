@@ -17,7 +17,7 @@ QString singleText(qint64 count);
 
 // The count of an acknowledgement in either form, rounded to an integer.
 // Nothing for a text that is not a number or does not fit 32 bits.
-std::optional<qint64> parseAckCount(const QString& text);
+std::optional<qint64> parseAckCount(QStringView text);
 
 // The largest length not above n whose acknowledgement text reads back as
 // exactly that length. The receiver cuts its file back to it before it

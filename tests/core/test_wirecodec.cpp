@@ -1,5 +1,6 @@
 // The wire codec: bytes in, frame out, and the builders' exact bytes.
 
+#include "core/Cp1252.h"
 #include "core/WireCodec.h"
 
 #include <gtest/gtest.h>
@@ -111,6 +112,23 @@ TEST_P(FileMessages, AreKnownAndConsumedMessageByMessage)
     const FileCase& c = GetParam();
     EXPECT_EQ(fileMessageAt(c.data), c.message);
     EXPECT_EQ(fileMessageLength(c.data), c.length);
+    // Read off the text, without the bytes, the same message is known.
+    EXPECT_EQ(fileMessageAt(QStringView(vonnel::fromCp1252(c.data))), c.message);
+}
+
+TEST(WireCodec, AFileWordIsKnownOnTextOnlyWhereItsBytesAre)
+{
+    // A character the code page lacks goes out as '?': in place of any
+    // character of a word, neither the text nor its bytes make that word.
+    const QString word = QStringLiteral("%%Data Received-");
+    for (qsizetype i = 0; i < word.size(); ++i) {
+        QString text = word + QStringLiteral("12%%");
+        text[i] = QChar(0x4E2D);
+        EXPECT_EQ(fileMessageAt(QStringView(text)), fileMessageAt(vonnel::toCp1252(text))) << i;
+        EXPECT_NE(fileMessageAt(QStringView(text)), FileMessage::DataReceived) << i;
+    }
+    // The code page's own characters above 127 are not ASCII either.
+    EXPECT_EQ(fileMessageAt(QStringView(QStringLiteral("\u20AC%Error%%"))), std::nullopt);
 }
 
 INSTANTIATE_TEST_SUITE_P(

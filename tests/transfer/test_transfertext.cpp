@@ -57,7 +57,7 @@ TEST(AckCount, ParserTakesBothFormsAndRounds)
         {"E+07", std::nullopt},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(parseAckCount(QLatin1String(c.text)), c.count) << c.text;
+        EXPECT_EQ(parseAckCount(QString::fromLatin1(c.text)), c.count) << c.text;
 }
 
 // The texts as printf and the locale's parser make them: the integer
