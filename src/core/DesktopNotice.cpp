@@ -16,9 +16,8 @@ DesktopNotice::DesktopNotice(CopyContext& ctx, MainModel& model, QObject* parent
 
 bool DesktopNotice::due(bool windowVisible, int windowState, const QString& keyText)
 {
-    const bool away = !windowVisible || windowState == MainModel::vbMinimized;
     const bool on = keyText.trimmed().isEmpty() || iniNumber(keyText) != 0;
-    return away && on;
+    return MainModel::isAway(windowVisible, windowState) && on;
 }
 
 QString DesktopNotice::title(NoticeKind kind) const

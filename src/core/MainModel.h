@@ -39,6 +39,10 @@ public:
     enum WindowState { vbNormal = 0, vbMinimized = 1, vbMaximized = 2 };
     int windowState() const { return m_windowState; }
     void setWindowState(int s);
+    // Away: put in the tray (hidden) or minimised. Notices go out and the
+    // second-level lock applies only then.
+    static bool isAway(bool visible, int windowState) { return !visible || windowState == vbMinimized; }
+    bool isAway() const { return isAway(m_visible, m_windowState); }
     // The tray icon's tip: the session's state, or who is calling while the
     // window is hidden; cut to what the tray's record holds.
     static constexpr int kTrayTipSize = 64;

@@ -31,8 +31,7 @@ bool FrmMain::awayLockPassed()
 {
     // A window put away in the tray or minimised is locked while a
     // second-level password applies.
-    const bool away = !model().isVisible() || model().windowState() == MainModel::vbMinimized;
-    return !away || encryption().passwords().secondLevelUnlocked();
+    return !model().isAway() || encryption().passwords().secondLevelUnlocked();
 }
 
 }  // namespace vonnel
