@@ -101,8 +101,8 @@ private:
     };
     std::array<CountPanel, 2> m_counts;  // panels 10 and 11
     void paintCount(int panel);
-    JoinedText m_connectedText{QLatin1StringView(" ")};
-    JoinedText m_minutesText{QLatin1StringView(" ")};
+    JoinedText<QString, QString> m_connectedText{QLatin1StringView(" ")};
+    JoinedText<qint64, QString> m_minutesText{QLatin1StringView(" ")};
 };
 
 }  // namespace vonnel

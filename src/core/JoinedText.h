@@ -4,54 +4,33 @@
 // panels on every read, and the parts seldom change between two reads.
 
 #include <QString>
+#include <optional>
+#include <utility>
 
 namespace vonnel {
 
+// Left and Right are QString or a whole number (shown in decimal).
+template <typename Left, typename Right>
 class JoinedText {
 public:
     explicit JoinedText(QLatin1StringView between) : m_between(between) {}
 
-    // One instance keeps to one of the forms.
-    const QString& of(const QString& left, const QString& right)
+    const QString& of(const Left& left, const Right& right)
     {
-        if (!m_made || left != m_leftText || right != m_rightText) {
-            m_leftText = left;
-            m_rightText = right;
-            make(left, right);
-        }
-        return m_text;
-    }
-    const QString& of(qint64 left, const QString& right)
-    {
-        if (!m_made || left != m_leftNumber || right != m_rightText) {
-            m_leftNumber = left;
-            m_rightText = right;
-            make(QString::number(left), right);
-        }
-        return m_text;
-    }
-    const QString& of(qint64 left, qint64 right)
-    {
-        if (!m_made || left != m_leftNumber || right != m_rightNumber) {
-            m_leftNumber = left;
-            m_rightNumber = right;
-            make(QString::number(left), QString::number(right));
+        if (!m_parts || m_parts->first != left || m_parts->second != right) {
+            m_parts.emplace(left, right);
+            m_text = shown(left) + m_between + shown(right);
         }
         return m_text;
     }
 
 private:
-    void make(const QString& left, const QString& right)
-    {
-        m_text = left + m_between + right;
-        m_made = true;
-    }
+    static QString shown(const QString& part) { return part; }
+    static QString shown(qint64 part) { return QString::number(part); }
 
     QLatin1StringView m_between;
-    QString m_leftText, m_rightText;
-    qint64 m_leftNumber = 0, m_rightNumber = 0;
+    std::optional<std::pair<Left, Right>> m_parts;  // what m_text was made of
     QString m_text;
-    bool m_made = false;
 };
 
 }  // namespace vonnel

@@ -171,7 +171,7 @@ private:
     Session& m_session;
     Sender& m_sender;
     Encryption& m_cipher;
-    JoinedText m_lengthsText{QLatin1StringView(" - ")};  // panel 3
+    JoinedText<qint64, qint64> m_lengthsText{QLatin1StringView(" - ")};  // panel 3
     Connection& m_connection;
     RemotePane* m_pane;
     ArrivalFaults m_faults;
