@@ -28,7 +28,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -139,17 +138,8 @@ int main(int argc, char** argv)
     // The file the reading side sends back while the keys are typed.
     QTemporaryDir dir;
     const QString source = dir.filePath(QStringLiteral("load.bin"));
-    {
-        QFile f(source);
-        if (!f.open(QIODevice::WriteOnly))
-            return 1;
-        QRandomGenerator gen(7);
-        QByteArray block(1 << 20, Qt::Uninitialized);
-        for (qint64 i = 0; i < megabytes; ++i) {
-            gen.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
-            f.write(block);
-        }
-    }
+    if (!writeRandomFile(source, megabytes << 20, 7))
+        return 1;
 
     TestCopy a, b;
     a.set("Text Limit", "64000");

@@ -23,7 +23,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <cstdio>
@@ -181,17 +180,8 @@ int main(int argc, char** argv)
     const qint64 total = megabytes * 1024 * 1024;
     QTemporaryDir dir;
     const QString source = dir.filePath(QStringLiteral("source.bin"));
-    {
-        QFile f(source);
-        if (!f.open(QIODevice::WriteOnly))
-            return 1;
-        QRandomGenerator gen(7);
-        QByteArray block(1 << 20, Qt::Uninitialized);
-        for (qint64 left = total; left > 0; left -= block.size()) {
-            gen.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
-            f.write(block.constData(), qMin<qint64>(left, block.size()));
-        }
-    }
+    if (!writeRandomFile(source, total, 7))
+        return 1;
 
     // For a profile of the program alone (bench/transfer.sh --profile).
     const bool programOnly = qEnvironmentVariableIsSet("VONNEL_BENCH_PROGRAM_ONLY");

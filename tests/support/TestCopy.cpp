@@ -87,6 +87,22 @@ QByteArray randomBytes(qsizetype n, quint32 seed)
     return b;
 }
 
+bool writeRandomFile(const QString& path, qint64 n, quint32 seed)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    QRandomGenerator gen(seed);
+    QByteArray block(1 << 20, Qt::Uninitialized);
+    for (qint64 left = n; left > 0; left -= block.size()) {
+        gen.fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
+        const qint64 part = qMin<qint64>(left, block.size());
+        if (f.write(block.constData(), part) != part)
+            return false;
+    }
+    return true;
+}
+
 QByteArray readFile(const QString& path)
 {
     QFile f(path);

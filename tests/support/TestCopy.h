@@ -37,6 +37,9 @@ bool spin(const std::function<bool()>& condition, int timeoutMs = 2000);
 
 // n bytes of repeatable noise.
 QByteArray randomBytes(qsizetype n, quint32 seed);
+// A file of n bytes of repeatable noise, written a megabyte at a time so a
+// file of hundreds of megabytes never stands in memory whole.
+bool writeRandomFile(const QString& path, qint64 n, quint32 seed);
 // A file's bytes; empty when it cannot be read.
 QByteArray readFile(const QString& path);
 
