@@ -4,7 +4,11 @@
 # when the folder is missing; needs root and the Debian mirror) and starts
 # it as a new user: headless, then, when $DISPLAY is set, with windows on
 # that display (a screenshot is written to $SHOT, default
-# /tmp/vonnel-package.png). Not part of the test suite.
+# /tmp/vonnel-package.png). Before that it runs the validators on what the
+# package holds: appstreamcli (metainfo), desktop-file-validate (desktop
+# entry), lintian (the .deb) and man (the manual page); it installs them
+# when missing and fails when one reports an error. Not part of the test
+# suite.
 # usage: scripts/package.sh [CHROOT_DIR]   (PORT: the port the trial copy listens on, default 31300)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -18,6 +22,22 @@ echo "== $deb"
 dpkg-deb --info "$deb" | grep -E '^ (Package|Version|Architecture|Depends|Recommends|Installed-Size):'
 echo "== contents"
 dpkg-deb --contents "$deb" | awk '$6 !~ /\/$/ {print $3, $6}'
+
+bash scripts/deps.sh appstream desktop-file-utils lintian man-db >/dev/null
+unpacked=$(mktemp -d); trap 'rm -rf "$unpacked"' EXIT
+dpkg-deb -x "$deb" "$unpacked"
+bad=0
+echo "== appstreamcli validate --no-net"
+appstreamcli validate --no-net "$unpacked"/usr/share/metainfo/*.metainfo.xml || bad=1
+echo "== desktop-file-validate"
+desktop-file-validate "$unpacked"/usr/share/applications/vonnel.desktop && echo "(no output: clean)" || bad=1
+echo "== lintian"
+lintian --fail-on error,warning "$deb" && echo "(no tags at error or warning level)" || bad=1
+echo "== man --warnings"
+warn=$(MANWIDTH=80 man --warnings -l "$unpacked"/usr/share/man/man1/vonnel.1.gz 2>&1 >/dev/null)
+[ -z "$warn" ] && echo "(no warnings)" || { echo "$warn"; bad=1; }
+rm -rf "$unpacked"; trap - EXIT
+[ $bad -eq 0 ] || { echo "a validator failed"; exit 1; }
 
 [ $# -ge 1 ] || exit 0
 chroot_dir=$1
