@@ -2,6 +2,7 @@
 
 #include "core/CopyContext.h"
 #include "core/IniStore.h"
+#include "shell/AccessibleNames.h"
 #include "shell/FrmMain.h"
 
 #include <QApplication>
@@ -67,6 +68,8 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
+        if (event->type() == QEvent::Show && watched->isWidgetType())
+            nameControls(static_cast<QWidget*>(watched));
         if (event->type() == QEvent::Show && isProgramDialog(watched)) {
             auto* d = static_cast<QDialog*>(watched);
             // A dialog of another copy in the same process is that copy's.
@@ -80,6 +83,16 @@ public:
     }
 
 private:
+    // A window names all its controls, the hidden pages' too; a control
+    // shown later in a window already up names itself.
+    static void nameControls(QWidget* w)
+    {
+        if (w->isWindow())
+            nameUnnamedControls(w);
+        else
+            nameControl(w);
+    }
+
     static constexpr const char* kLoaded = "vonnelLoaded";
     QWidget* m_main;
     FrmMain& m_frm;

@@ -77,6 +77,7 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     }
     m_thick = new QSpinBox;
     m_thick->setObjectName(QStringLiteral("txtThick"));
+    m_thick->setToolTip(tr("Thickness"));
     m_thick->setRange(1, 99);
     m_thick->setValue(m_board.board().txtThick);
     connect(m_thick, &QSpinBox::valueChanged, this, [this](int n) {
@@ -125,6 +126,7 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     m_client->setObjectName(QStringLiteral("txtClient"));
     m_server = new QLineEdit;
     m_server->setObjectName(QStringLiteral("txtServer"));
+    m_server->setToolTip(tr("Text to send"));
     auto* send = button(QStringLiteral("cmdSendText"), tr("Send"));
     auto sendLine = [this] {
         m_board.cmdSendText_Click(m_server->text());
