@@ -41,6 +41,7 @@ foreach(pair "vonnel.1;vonnel.1.gz" "debian/changelog;changelog.gz")
   list(APPEND VONNEL_GZIPPED ${CMAKE_BINARY_DIR}/${to})
 endforeach()
 add_custom_target(vonnel_docs ALL DEPENDS ${VONNEL_GZIPPED})
+add_dependencies(vonnel vonnel_docs)  # an install after building the program alone
 install(FILES ${CMAKE_BINARY_DIR}/vonnel.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${CMAKE_BINARY_DIR}/changelog.gz ${CMAKE_SOURCE_DIR}/dist/debian/copyright
   DESTINATION ${CMAKE_INSTALL_DOCDIR})

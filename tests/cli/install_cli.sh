@@ -16,10 +16,13 @@ check "cmake --install succeeds" "[ $? -eq 0 ]"
 data=$prefix/share/vonnel
 for f in bin/vonnel share/applications/vonnel.desktop share/icons/hicolor/scalable/apps/vonnel.svg \
          share/icons/hicolor/16x16/apps/vonnel.png share/icons/hicolor/256x256/apps/vonnel.png \
-         share/vonnel/vonnel.ini.preset share/vonnel/TIPS.TXT share/vonnel/ring.wav; do
+         share/vonnel/vonnel.ini.preset share/vonnel/TIPS.TXT share/vonnel/ring.wav \
+         share/metainfo/invalid.vonnel.vonnel.metainfo.xml share/man/man1/vonnel.1.gz \
+         share/doc/vonnel/copyright share/doc/vonnel/changelog.gz; do
   check "installed $f" "[ -s '$prefix/$f' ]"
 done
 check "desktop entry starts the program by name" "grep -qx 'Exec=vonnel' '$prefix/share/applications/vonnel.desktop'"
+check "manual page compressed" "gzip -t '$prefix/share/man/man1/vonnel.1.gz'"
 check "nothing but the program in bin" "[ \"\$(ls '$prefix/bin')\" = vonnel ]"
 
 # The scratch install is this test's own: its preset listens where no one is.
