@@ -161,8 +161,7 @@ void Connection::Winsock_SendComplete(int index)
             m_minutesShown = iniInt(shown);
         }
         if (mins > m_minutesShown)
-            m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                         m_ctx.translate(QStringLiteral("min.")));
+            m_model.stStatusbar.setText(4, m_session.minutesText());
     }
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);
     if (m_ctx.views().isVisible(Form::frmDraw))

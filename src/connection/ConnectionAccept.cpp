@@ -176,7 +176,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     m_model.setCaption(MainModel::kTitle + QStringLiteral(" - ") + ws.RemoteHostIP() +
                  QStringLiteral(" [") + m_session.PeerHostName + QLatin1Char(']'));
     m_session.SessionDateStart = m_ctx.clock().now();
-    m_model.stStatusbar.setText(4, QStringLiteral("0 ") + m_ctx.translate(QStringLiteral("min.")));
+    m_model.stStatusbar.setText(4, m_session.minutesText());
     Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
     Q_EMIT m_session.sessionOpened();
     m_model.txtServer.setEnabled(true);

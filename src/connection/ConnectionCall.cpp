@@ -346,7 +346,7 @@ void Connection::ConnectOK()
     m_session.peerForRecord = ip;
     m_ctx.logs().connection(QStringLiteral("Connection with ") + ip + QStringLiteral(" [") +
                         m_session.PeerHostName + QLatin1Char(']'));
-    m_model.stStatusbar.setText(4, QStringLiteral("0 ") + m_ctx.translate(QStringLiteral("min.")));
+    m_model.stStatusbar.setText(4, m_session.minutesText());
     Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
     Q_EMIT m_session.sessionOpened();
     m_model.txtTextMsg.clear();

@@ -34,9 +34,7 @@ void Connection::Winsock_Close(int index)
     m_model.controls.setEnabled(Control::mnuSave, true);
     Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring2);
     m_model.txtClient(m_session.sIdx).setEnabled(false);
-    const qint64 mins = m_session.minutesSinceStart();
-    m_model.stStatusbar.setText(4, QString::number(mins) + QLatin1Char(' ') +
-                                 m_ctx.translate(QStringLiteral("min.")));
+    m_model.stStatusbar.setText(4, m_session.minutesText());
     m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection Closed")));
     m_model.stStatusbar.setPicture(1, StatePicture::picOff);
     m_model.stStatusbar.setText(8, QString());

@@ -197,9 +197,7 @@ void Session::paintCount(int panel)
 
 QString Session::byteCountText(qint64 bytes)
 {
-    if (bytes <= 1000)
-        return QString::number(bytes) + QStringLiteral(" B");
-    return QLocale().toString(double(bytes) / 1024.0, 'f', 2) + QStringLiteral(" KB");
+    return StatusBar::byteCountText(bytes);
 }
 
 }  // namespace vonnel

@@ -1,10 +1,20 @@
 #include "core/StatusBar.h"
 
+#include <QLocale>
+
 namespace vonnel {
 
 StatusBar::StatusBar(QObject* parent) : QObject(parent)
 {
     m_panels[1].key = QStringLiteral("Status");
+}
+
+QString StatusBar::byteCountText(qint64 bytes)
+{
+    if (bytes <= 1000)
+        return QString::number(bytes) + QStringLiteral(" B");
+    static const QLocale grouped(QLocale::English, QLocale::UnitedStates);
+    return grouped.toString(qRound64(double(bytes) / 1024.0)) + QStringLiteral(" KB");
 }
 
 void StatusBar::setText(int n, const QString& t)

@@ -33,6 +33,11 @@ public:
     void setPicture(int n, StatePicture p);
     void setVisible(int n, bool v);
 
+    // The text of the byte panels 10 and 11: the count + " B" up to 1000
+    // bytes; from 1001 on, whole kilobytes (of 1024) with thousands
+    // separators + " KB", the form of every other size the program shows.
+    static QString byteCountText(qint64 bytes);
+
 Q_SIGNALS:
     void panelChanged(int n);
 

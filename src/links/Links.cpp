@@ -10,6 +10,17 @@ Links::Links(LinkSeams seams, UrlHistory& history) : m_seams(std::move(seams)), 
 {
     if (!m_seams.translate)
         m_seams.translate = untranslated;
+    m_fullNotice = QObject::connect(&m_history, &UrlHistory::limitReached, [this] {
+        if (m_seams.prompter)
+            m_seams.prompter->box(BoxRequest{QStringLiteral("URL History"),
+                                             historyFullText(m_seams.translate),
+                                             MsgStyle::Exclamation});
+    });
+}
+
+Links::~Links()
+{
+    QObject::disconnect(m_fullNotice);
 }
 
 bool Links::flag(const char* key) const
@@ -54,15 +65,20 @@ void Links::webCheck(QString& text)
         if (flag("Show URL History") && m_seams.showHistory)
             m_seams.showHistory(false);
     }
-    // Only an address that may be opened is offered; the flag is read anew
-    // for each address.
-    if (!r.target.isValid() || !flag("Web Check") || !m_seams.prompter)
+    // The flag is read anew for each address. The address is the peer's
+    // choice: Enter alone does not open it.
+    if (!flag("Web Check") || !m_seams.prompter)
         return;
     const Answer a = m_seams.prompter->box(
         BoxRequest{QStringLiteral("Web Check"), webCheckQuestion(r.shown, m_seams.translate),
-                   MsgStyle::OkCancel + MsgStyle::Question});
-    if (a == Answer::Ok && m_seams.openUrl)
-        m_seams.openUrl(r.target);
+                   MsgStyle::OkCancel + MsgStyle::Question + MsgStyle::DefaultButton2});
+    if (a != Answer::Ok)
+        return;
+    if (r.target.isValid() && m_seams.openUrl && m_seams.openUrl(r.target))
+        return;
+    m_seams.prompter->box(BoxRequest{QStringLiteral("Web Check"),
+                                     notOpenedText(r.shown, m_seams.translate),
+                                     MsgStyle::Exclamation});
 }
 
 }  // namespace vonnel

@@ -2,10 +2,12 @@
 // The two entries of the address scan: scanLocalText for what this side
 // types or pastes, webCheck for what the peer sent in "<URL>" and board
 // chat lines. Addresses go into the URL History and, from local text, to
-// the peer; a remote address is opened only when the user says OK.
+// the peer; a remote address is opened only when the user says OK, which
+// is not the question's default.
 
 #include "links/LinkSeams.h"
 
+#include <QMetaObject>
 #include <QString>
 
 namespace vonnel {
@@ -15,6 +17,9 @@ class UrlHistory;
 class Links {
 public:
     Links(LinkSeams seams, UrlHistory& history);
+    ~Links();
+    Links(const Links&) = delete;
+    Links& operator=(const Links&) = delete;
 
     // Called at Tab, Space and Return with the pane text behind urlScanned,
     // and after a paste with the pasted text.
@@ -30,6 +35,8 @@ private:
 
     LinkSeams m_seams;
     UrlHistory& m_history;
+    // The history's "full" tells the user once per filling.
+    QMetaObject::Connection m_fullNotice;
 };
 
 }  // namespace vonnel

@@ -24,18 +24,30 @@ QString UrlHistory::descriptionPrompt() const
     return m_translate(QStringLiteral("Type your description here and press Enter to confirm"));
 }
 
-bool UrlHistory::roomForOne()
+bool UrlHistory::roomFor(qsizetype chars)
 {
-    if (count() < kMaxEntries)
+    if (count() < kMaxEntries && m_chars + chars <= kMaxChars)
         return true;
-    Q_EMIT limitReached();
+    if (!m_fullTold) {
+        m_fullTold = true;
+        Q_EMIT limitReached();
+    }
     return false;
+}
+
+void UrlHistory::roomMade()
+{
+    m_fullTold = false;
 }
 
 void UrlHistory::append(const QString& url, const QString& description)
 {
     m_urls.append(url);
     m_descripts.append(description);
+    m_chars += url.size() + description.size();
+    Q_EMIT entryAppended(count() - 1);
+    Q_EMIT countChanged(count());
+    setModified(true);
 }
 
 void UrlHistory::changed()
@@ -88,6 +100,11 @@ UrlHistory::AddResult UrlHistory::addurl(const QString& url, const QString& desc
     if (slot < kNoIndex) {
         if (slot >= count())
             return AddResult::NoSuchIndex;
+        const qsizetype grows = url.size() + descript.size() - m_urls[slot].size() -
+                                m_descripts[slot].size();
+        if (grows > 0 && !roomFor(grows))
+            return AddResult::Full;
+        m_chars += grows;
         m_urls[slot] = url;
         m_descripts[slot] = descript;
         target = slot;
@@ -98,33 +115,33 @@ UrlHistory::AddResult UrlHistory::addurl(const QString& url, const QString& desc
             if (trimBelow33(m_urls[i]) == wanted)
                 return AddResult::AlreadyListed;
         }
-        if (!roomForOne())
+        const QString trimmed = trimBelow33(descript);
+        if (!roomFor(wanted.size() + trimmed.size()))
             return AddResult::Full;
-        append(wanted, trimBelow33(descript));
+        append(wanted, trimmed);
         target = count() - 1;
         result = AddResult::Appended;
     }
     if (m_descripts.contains(url))
         offerPrompt(target);
-    changed();
+    if (result == AddResult::Replaced)
+        changed();
     return result;
 }
 
 bool UrlHistory::appendRemote(const QString& address)
 {
-    if (!roomForOne())
+    if (!roomFor(2 * address.size()))
         return false;
     append(address, address);
-    changed();
     return true;
 }
 
 bool UrlHistory::appendLoaded(const QString& url, const QString& description)
 {
-    if (!roomForOne())
+    if (!roomFor(url.size() + description.size()))
         return false;
     append(url, description);
-    changed();
     return true;
 }
 
@@ -132,8 +149,10 @@ void UrlHistory::removeAt(int index)
 {
     if (index < 0 || index >= count())
         return;
+    m_chars -= m_urls[index].size() + m_descripts[index].size();
     m_urls.removeAt(index);
     m_descripts.removeAt(index);
+    roomMade();
     if (m_selected == index)
         setSelected(-1);
     else if (m_selected > index) {
@@ -159,6 +178,7 @@ int UrlHistory::mnuRemoveDup_Click()
     // duplicates. The comparison is exact.
     QSet<QString> seen;
     QStringList urls, descripts;
+    qsizetype chars = 0;
     for (qsizetype i = 0; i < m_urls.size(); ++i) {
         const QString& u = m_urls[i];
         if (!u.isEmpty()) {
@@ -168,12 +188,15 @@ int UrlHistory::mnuRemoveDup_Click()
         }
         urls.append(u);
         descripts.append(m_descripts[i]);
+        chars += u.size() + m_descripts[i].size();
     }
     const int removed = int(m_urls.size() - urls.size());
     // The count is refreshed whether or not anything went.
     if (removed > 0) {
         m_urls = std::move(urls);
         m_descripts = std::move(descripts);
+        m_chars = chars;
+        roomMade();
         setSelected(-1);
         changed();
     } else {
@@ -188,6 +211,8 @@ void UrlHistory::mnuRemoveAll_Click()
         return;
     m_urls.clear();
     m_descripts.clear();
+    m_chars = 0;
+    roomMade();
     setSelected(-1);
     changed();
 }
@@ -214,6 +239,10 @@ void UrlHistory::txtDescript_Enter()
 {
     if (m_selected < 0)
         return;
+    const qsizetype grows = m_txtDescript.size() - m_descripts[m_selected].size();
+    if (grows > 0 && !roomFor(grows))
+        return;
+    m_chars += grows;
     m_descripts[m_selected] = m_txtDescript;
     m_promptShown = false;
     changed();

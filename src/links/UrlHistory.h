@@ -21,13 +21,14 @@ class UrlHistory : public QObject {
 
 public:
     // The peer can send any number of "<URL>" messages, and each lands here.
-    // The lists stop growing at this many entries: anything added beyond it,
-    // from the peer, from local text or from a file, is dropped and
-    // limitReached() is raised. 5000 entries keep the list window quick and
-    // the quadratic-looking duplicate removal cheap, and lie far below the
-    // 16-bit index range of the lists.
-    static constexpr int kMaxEntries = 5000;
-    // An entry index of 65535 (-1 in 16 bits) means "no index".
+    // The lists are indexed in 16 bits, and 65535 is "no index": they hold
+    // at most 65535 entries, and at most kMaxChars characters of addresses
+    // and descriptions together, so a peer's long addresses cannot take the
+    // memory either. Anything added beyond, from the peer, from local text
+    // or from a file, is dropped; the first drop after the lists filled up
+    // raises limitReached(), the next ones only once room was made again.
+    static constexpr int kMaxEntries = 65535;
+    static constexpr qsizetype kMaxChars = qsizetype(1) << 25;
     static constexpr int kNoIndex = 65535;
 
     explicit UrlHistory(TranslateFn translate = untranslated, QObject* parent = nullptr);
@@ -75,19 +76,23 @@ public:
     void markSaved();
 
 Q_SIGNALS:
-    // The lists changed in any way; a window reloads them.
+    // The lists changed in a way other than by entryAppended; a window
+    // reloads them.
     void listChanged();
+    // One entry was added at the end, at index: a window adds just that.
+    void entryAppended(int index);
     void countChanged(int count);
     void selectionChanged(int index);
     void txtDescriptChanged(const QString& text);
     void modifiedChanged(bool modified);
-    // An entry was dropped because the lists are full.
+    // An entry was dropped because the lists are full (once per filling).
     void limitReached();
 
 private:
-    bool roomForOne();
+    bool roomFor(qsizetype chars);
     void append(const QString& url, const QString& description);
     void changed();
+    void roomMade();
     void setSelected(int index);
     void setModified(bool on);
     void offerPrompt(int index);
@@ -99,6 +104,10 @@ private:
     QString m_txtDescript;
     bool m_promptShown = false;
     bool m_modified = false;
+    // Characters both lists hold, kept up with every change.
+    qsizetype m_chars = 0;
+    // limitReached() was raised and no room was made since.
+    bool m_fullTold = false;
 };
 
 // The shared trim: characters below code 33 go from both ends.

@@ -50,7 +50,7 @@ RemoteUrl inspectRemote(const QString& text)
     const UrlFind f = findUrl(text);
     RemoteUrl r;
     r.rest = f.rest;
-    if (f.address.isEmpty() || f.address.size() > kMaxRemoteAddressLength)
+    if (f.address.isEmpty())
         return r;
     r.address = f.address;
     r.shown = f.address.left(kShownAddressLength);
@@ -64,9 +64,22 @@ QString webCheckQuestion(const QString& shown, const TranslateFn& translate)
     return (translate ? translate(ask) : ask) + QStringLiteral("\r\n\r\n") + shown;
 }
 
+QString notOpenedText(const QString& shown, const TranslateFn& translate)
+{
+    const QString say = QStringLiteral("This address cannot be opened:");
+    return (translate ? translate(say) : say) + QStringLiteral("\r\n\r\n") + shown;
+}
+
+QString historyFullText(const TranslateFn& translate)
+{
+    const QString say =
+        QStringLiteral("The URL History is full: no more addresses are kept until some are removed.");
+    return translate ? translate(say) : say;
+}
+
 QUrl openableUrl(const QString& address)
 {
-    if (address.isEmpty() || address.size() > kMaxRemoteAddressLength)
+    if (address.isEmpty() || address.size() > kMaxOpenedAddressLength)
         return {};
     for (QChar c : address) {
         if (c.unicode() < 33 || c.unicode() == 0x7f)

@@ -16,9 +16,10 @@ namespace vonnel {
 constexpr int kMaxScannedAddresses = 255;
 // A remote address is shown in the question cut to this many characters.
 constexpr int kShownAddressLength = 50;
-// Remote addresses longer than this are neither recorded nor offered: no
-// program takes them, and a peer could fill the history window with a few.
-constexpr int kMaxRemoteAddressLength = 2048;
+// Addresses longer than this are recorded and asked about like any other,
+// but never handed to the user's program: browsers and mail programs cut
+// or refuse them.
+constexpr int kMaxOpenedAddressLength = 2048;
 
 struct LocalScan {
     bool blank = true;       // nothing but characters below 33: nothing to do
@@ -48,6 +49,10 @@ RemoteUrl inspectRemote(const QString& text);
 
 // The question of the Web Check box.
 QString webCheckQuestion(const QString& shown, const TranslateFn& translate);
+// The box after an OK to an address that cannot be opened.
+QString notOpenedText(const QString& shown, const TranslateFn& translate);
+// The box when the URL History is full.
+QString historyFullText(const TranslateFn& translate);
 
 // What an address is opened as, or an invalid QUrl when it must not be.
 // Only the kinds the scanner knows pass: "http://", "https://", "ftp://",

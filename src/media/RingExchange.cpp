@@ -7,6 +7,7 @@
 #include "core/MainModel.h"
 #include "core/Sender.h"
 #include "media/Sound.h"
+#include "media/SoundFile.h"
 #include "platform/Winsock.h"
 #include "transfer/Transfer.h"
 #include "transfer/TransferText.h"
@@ -93,7 +94,7 @@ void RingExchange::ringFileAnnounced(const QString& name, qint64 size)
     ringSize = size;
     // Only the file asked for, into the application folder, and never over
     // a transfer that is under way.
-    if (!transferUnderWay() && m_transfer.receiveRingFile(name, size))
+    if (!transferUnderWay() && m_transfer.receiveRingFile(name, size, soundSizeLimit(m_ctx)))
         return;
     if (!transferUnderWay())
         m_model.controls.setEnabled(Control::mnuSendFile, true);

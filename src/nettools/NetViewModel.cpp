@@ -38,13 +38,21 @@ NetViewModel::NetViewModel(EchoProber& prober, OwnAddresses& own, NameLookup& na
                     return;
                 m_singleTicket = 0;
                 if (answered) {
-                    setPing(QStringLiteral("Ping: ") + m_singleAddress + QStringLiteral(" replied."));
+                    setPing(tr(QStringLiteral("Ping: ")) + m_singleAddress + tr(QStringLiteral(" replied.")));
                     if (!m_lines.contains(m_singleAddress))
                         addLine(m_singleAddress);
                 } else {
-                    setPing(QStringLiteral("No reply: ") + m_singleAddress);
+                    setPing(tr(QStringLiteral("No reply: ")) + m_singleAddress);
                 }
             });
+}
+
+bool NetViewModel::pingShows(const QString& text, const QString& pattern, const QString& key) const
+{
+    if (likeMatch(text, pattern))
+        return true;
+    const QString shown = tr(key).trimmed();
+    return !shown.isEmpty() && text.contains(shown);
 }
 
 void NetViewModel::setPing(const QString& t)
@@ -94,8 +102,8 @@ void NetViewModel::NetView(QString address, int rangeFrom, int rangeTo)
         if (likeMatch(address, QStringLiteral("*:*")))
             return;
         if (!looksDotted(address)) {
-            setInfo(QStringLiteral("Please wait...."));
-            setPing(QStringLiteral("Resolving ") + address + QStringLiteral("..."));
+            setInfo(tr(QStringLiteral("Please wait....")));
+            setPing(tr(QStringLiteral("Resolving ")) + address + QStringLiteral("..."));
             address = m_names.resolveName(address);
             setInfo(QString());
             setPing(address != kLookupFailed ? address + QStringLiteral(" OK.") : QString());
@@ -156,24 +164,24 @@ void NetViewModel::nextRound()
 
 void NetViewModel::onResult(int, const QString& target, bool answered)
 {
-    setPing(QStringLiteral("Ping ") + target + QStringLiteral("..."));
+    setPing(tr(QStringLiteral("Ping ")) + target + QStringLiteral("..."));
     // The machine answers for itself; that answer does not count.
     if (!answered || m_ownNow.contains(target))
         return;
-    setPing(QStringLiteral("Ping: ") + target + QStringLiteral(" replied"));
+    setPing(tr(QStringLiteral("Ping: ")) + target + tr(QStringLiteral(" replied")));
     if (m_view == View::IPHost) {
-        setInfo(QStringLiteral("Please wait: Resolving hostname...."));
+        setInfo(tr(QStringLiteral("Please wait: Resolving hostname....")));
         const QString host = m_names.resolveAddress(target);
         addLine(target + QStringLiteral(" [") + host + QStringLiteral("]"));
     } else if (m_view == View::HostOnly) {
-        setInfo(QStringLiteral("Please wait: Resolving hostname...."));
+        setInfo(tr(QStringLiteral("Please wait: Resolving hostname....")));
         const QString host = m_names.resolveAddress(target);
         if (host != kLookupFailed)
             addLine(host);
     } else {
         addLine(target);
     }
-    setInfo(QStringLiteral("Please wait...."));
+    setInfo(tr(QStringLiteral("Please wait....")));
 }
 
 void NetViewModel::onRoundFinished(bool aborted)
@@ -183,8 +191,8 @@ void NetViewModel::onRoundFinished(bool aborted)
     if (aborted) {
         m_abortSweep = true;
     } else {
-        setPing(QString::number(m_lines.size()) + QStringLiteral(": Online"));
-        setInfo(QStringLiteral("Updated: ") + timeText());
+        setPing(QString::number(m_lines.size()) + tr(QStringLiteral(": Online")));
+        setInfo(tr(QStringLiteral("Updated: ")) + timeText());
     }
     nextRound();
 }
@@ -200,16 +208,16 @@ void NetViewModel::cmdAbort_Click()
 void NetViewModel::cmdPing_Click()
 {
     const QString text = m_txtPing;
-    if (likeMatch(text, QStringLiteral("*No reply:*")) ||
-        likeMatch(text, QStringLiteral("*replied.*")) || text.isEmpty() ||
-        likeMatch(text, QStringLiteral("*Online*"))) {
+    if (pingShows(text, QStringLiteral("*No reply:*"), QStringLiteral("No reply: ")) ||
+        pingShows(text, QStringLiteral("*replied.*"), QStringLiteral(" replied.")) || text.isEmpty() ||
+        pingShows(text, QStringLiteral("*Online*"), QStringLiteral(": Online"))) {
         setPing(QString());
         Q_EMIT focusPing();
         return;
     }
     QString address = text.trimmed();
     if (!looksDotted(text)) {
-        setPing(QStringLiteral("Resolving..."));
+        setPing(tr(QStringLiteral("Resolving...")));
         address = m_names.resolveName(address);
         if (address == kLookupFailed) {
             Q_EMIT notice(QStringLiteral("Please enter IP address"));
@@ -217,7 +225,7 @@ void NetViewModel::cmdPing_Click()
             return;
         }
     }
-    setPing(QStringLiteral("Ping: ") + address + QStringLiteral("..."));
+    setPing(tr(QStringLiteral("Ping: ")) + address + QStringLiteral("..."));
     m_singleAddress = address;
     // Tag 0 keeps the single ping apart from the sweep's tickets.
     m_singleTicket = (m_singleTicket + 1) & 0xffffffffu;
@@ -229,8 +237,8 @@ void NetViewModel::cmdPing_Click()
 void NetViewModel::NetViewCheck()
 {
     const QString text = m_txtPing;
-    if (likeMatch(text, QStringLiteral("*No reply:*")) ||
-        likeMatch(text, QStringLiteral("*replied.*"))) {
+    if (pingShows(text, QStringLiteral("*No reply:*"), QStringLiteral("No reply: ")) ||
+        pingShows(text, QStringLiteral("*replied.*"), QStringLiteral(" replied."))) {
         NetView(QString(), 65535, 65535);
     } else if (looksDotted(text)) {
         m_lines.clear();
@@ -312,9 +320,9 @@ QString NetViewModel::hostHint(int row)
     const QString address = addressOfLine(m_lines[row]);
     if (!address.contains(QLatin1String("::")) && !(looksDotted(address) && address.size() >= 9))
         return QString();
-    setInfo(QStringLiteral("Please wait..."));
+    setInfo(tr(QStringLiteral("Please wait...")));
     const QString host = m_names.resolveAddress(address);
-    setInfo(QStringLiteral(" Host: ") + host);
+    setInfo(tr(QStringLiteral(" Host: ")) + host);
     return QStringLiteral("Host: ") + host;
 }
 

@@ -47,6 +47,12 @@ public:
     void setTxtPing(const QString& text) { setPing(text); }
     // The time of day the "Updated: " line shows; tests pin it.
     void setTimeSource(std::function<QTime()> now) { m_now = std::move(now); }
+    // The language lookup the status texts go through.
+    void setTranslate(std::function<QString(const QString&)> translate)
+    {
+        if (translate)
+            m_translate = std::move(translate);
+    }
 
     // The sweep: over every own network (address "") or the network of the
     // address or name given, addresses rangeFrom..rangeTo of it.
@@ -119,6 +125,11 @@ private:
     QDate m_sweepDate;
     quint64 m_singleTicket = 0;
     QString m_singleAddress;
+    std::function<QString(const QString&)> m_translate = [](const QString& t) { return t; };
+    QString tr(const QString& key) const { return m_translate(key); }
+    // Whether the address box holds a status text: the pattern on the
+    // text as it stands, or the key's text in the language in use.
+    bool pingShows(const QString& text, const QString& pattern, const QString& key) const;
     std::function<QTime()> m_now;
 };
 

@@ -93,9 +93,12 @@ void CommandControl::runCommand(const QString& text)
         const QString key = lower.mid(4);
         int code = 0;
         if (key == QLatin1String("enter")) {
-            pasteThrough(QStringLiteral("\r\n"));
-            code = LiveTyping::vbKeyReturn;
-        } else if (key == QLatin1String("space")) {
+            // The Return key itself, pressed and released: the same frames,
+            // nothing more.
+            typing.typeText(QStringLiteral("\r"));
+            return;
+        }
+        if (key == QLatin1String("space")) {
             pasteThrough(QStringLiteral(" "));
             code = LiveTyping::vbKeySpace;
         } else if (key == QLatin1String("backspace")) {
@@ -106,11 +109,6 @@ void CommandControl::runCommand(const QString& text)
         }
         typing.txtServer_KeyPress(code);
         typing.txtServer_KeyUp(code, 0);
-        // The break went out as a block before the "^RETURN" that counts it,
-        // which a receiver cannot tell from a Return typed after a block:
-        // the whole text follows.
-        if (code == LiveTyping::vbKeyReturn)
-            typing.followUp();
         return;
     }
     if (lower.startsWith(QLatin1String("cmd "))) {

@@ -91,7 +91,6 @@ public:
     QString splashCaption;
     bool fullyLoaded = false;
     bool portConflictAtStart() const { return m_portConflictAtStart; }
-    bool permanentToolbar() const { return m_permanentToolbar; }
     bool voiceFlag() const { return m_voiceFlag; }
 
     // Brings the window back (from the tray): behind the away lock when a
@@ -168,7 +167,6 @@ private:
     QTimer m_tTimer1;
     QTimer m_tTimer2;
     bool m_portConflictAtStart = false;
-    bool m_permanentToolbar = false;
     bool m_voiceFlag = false;
     bool m_ended = false;
     int m_exitCode = 0;

@@ -147,7 +147,7 @@ void FrmMain::Form_Load()
 void FrmMain::Init()
 {
     receiver().readLimits(true);
-    m_permanentToolbar = ctx().settingFlag(QStringLiteral("Permanent Toolbar Settings"));
+    typing().setPermanentToolbar(ctx().settingFlag(QStringLiteral("Permanent Toolbar Settings")));
 
     model().txtServer.clear();
     model().txtServer.setMaxLength(receiver().textLimit);
@@ -197,6 +197,8 @@ void FrmMain::aftOptSet()
 
 void FrmMain::afterOptionsApplied()
 {
+    // The tick on the options page counts from its Apply on.
+    typing().setPermanentToolbar(ctx().settingFlag(QStringLiteral("Permanent Toolbar Settings")));
     SetMsgMnu();
     miniMenu();
     aftOptSet();

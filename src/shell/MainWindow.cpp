@@ -218,14 +218,31 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::buildStatusBar()
 {
-    // One strip with the eleven panels in their order; panel 2 takes the room.
+    // One strip with the eleven panels in their order; panel 2 takes the
+    // room. The strip is a permanent widget: a passing status tip (a menu
+    // entry under the mouse) never hides it, and the notices beside panel 2
+    // take their room from panel 2 alone, so the fixed panels stay.
     QStatusBar* sb = statusBar();
     sb->setObjectName(QStringLiteral("stStatusbar"));
     sb->setSizeGripEnabled(true);
     auto* strip = new QWidget;
+    strip->setObjectName(QStringLiteral("stStatusbarStrip"));
     auto* row = new QHBoxLayout(strip);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(2);
+    // Says that a transfer waits on hold while its window is away, or that
+    // one has finished; shrinks before any panel does.
+    m_hold = new QLabel;
+    m_hold->setObjectName(QStringLiteral("lblOnHold"));
+    m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
+    m_hold->setMinimumWidth(1);
+    m_hold->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    m_hold->setVisible(false);
+    // "Away" while the away notice stands in the session.
+    auto* away = new QLabel;
+    away->setObjectName(QStringLiteral("lblStealth"));
+    away->setStyleSheet(QStringLiteral("color:#b71c1c;font-weight:bold;padding:0 6px;"));
+    away->setVisible(false);
     for (int n = 1; n <= StatusBar::kPanels; ++n) {
         auto* label = new QLabel;
         label->setObjectName(QStringLiteral("panel%1").arg(n));
@@ -240,25 +257,19 @@ void MainWindow::buildStatusBar()
             label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         } else {
             label->setMinimumWidth(n == 1 ? 22 : (n == 8 || n == 9) ? 18 : 40);
+            // A fixed panel is as wide as its text and is never squeezed.
+            label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred);
         }
         row->addWidget(label, n == 2 ? 1 : 0);
+        if (n == 2) {
+            row->addWidget(m_hold);
+            row->addWidget(away);
+        }
         // Panels take clicks: panel 2 is the way back to listening.
         label->installEventFilter(this);
         m_panels << label;
     }
-    sb->addWidget(strip, 1);
-    // Says that a transfer waits on hold while its window is away.
-    m_hold = new QLabel;
-    m_hold->setObjectName(QStringLiteral("lblOnHold"));
-    m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
-    m_hold->setVisible(false);
-    sb->addPermanentWidget(m_hold);
-    // "Away" while the away notice stands in the session.
-    auto* away = new QLabel;
-    away->setObjectName(QStringLiteral("lblStealth"));
-    away->setStyleSheet(QStringLiteral("color:#b71c1c;font-weight:bold;padding:0 6px;"));
-    away->setVisible(false);
-    sb->addPermanentWidget(away);
+    sb->addPermanentWidget(strip, 1);
     connect(&m_frm.model(), &MainModel::lblStealthChanged, away, [away](const QString& text) {
         away->setText(text);
         away->setVisible(!text.isEmpty());
@@ -393,8 +404,9 @@ void MainWindow::refreshPanel(int n)
     if (n == 10 || n == 11)
         label->setToolTip(m_frm.ctx().translate(QLatin1String(kPanelTips[n - 1])) +
                           QStringLiteral(": ") + p.text);
-    const int room = width() - (m_hold && !m_hold->isHidden() ? m_hold->sizeHint().width() : 0);
-    label->setVisible(p.visible && panelFits(n, room));
+    // The notices beside panel 2 shrink to what is left: only the
+    // window's width decides which fixed panels fit.
+    label->setVisible(p.visible && panelFits(n, width()));
 }
 
 bool MainWindow::panelFits(int n, int windowWidth)

@@ -100,6 +100,7 @@ NetTools::NetTools(FrmMain& frm)
     p.check.setTimeSource(timeOfDay);
     p.view.setTimeSource(timeOfDay);
     p.check.setTranslate([&ctx](const QString& t) { return ctx.translate(t); });
+    p.view.setTranslate([&ctx](const QString& t) { return ctx.translate(t); });
     QTimer& timer = frm.tTimer1();
     timer.setInterval(AutoConnect::kTimerIntervalMs);
     connect(&timer, &QTimer::timeout, &p.check, &AutoConnect::tTimer1_Timer);

@@ -94,6 +94,8 @@ void Transfer::endSession()
     m_sending = m_picSending = m_receiving = m_picReceiving = false;
     m_frameOut = false;
     m_lastAck = 0;
+    m_recvLimit = -1;
+    m_ringRefused = false;
     sendFilePath.clear();
     recvFilePath.clear();
     sendFileSize = sendFileSent = picSendSent = 0;
@@ -129,6 +131,8 @@ void Transfer::endSession()
 
 void Transfer::strayFrame(qsizetype bytes)
 {
+    if (m_ringRefused)
+        return;
     // Nothing of this session is being received: the frame is dropped
     // whole, with no file touched.
     m_ctx.logs().failure(QStringLiteral("SendFileCheck-Stray Frame"),

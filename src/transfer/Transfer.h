@@ -77,8 +77,10 @@ public:
     void updateProgress(const QString& what);
     // A ring sound the peer is about to send (the ring's own issue calls
     // this): the name must be bare; it is received into the application
-    // folder with no question. Returns false when the name is refused.
-    bool receiveRingFile(const QString& name, qint64 size);
+    // folder with no question, and may be at most limit bytes. Returns
+    // false when the name or the announced size is refused. A ring that
+    // grows past the limit is cancelled and its file removed.
+    bool receiveRingFile(const QString& name, qint64 size, qint64 limit);
 
     // --- resuming a broken receive -------------------------------------------
     // The parts broken receives left, remembered until the program ends.
@@ -223,6 +225,9 @@ private:
     void goOn(qint64 position = 0);
     qint64 acknowledgedLength(QFile& target, qint64 length);
     void strayFrame(qsizetype bytes);
+    // The ring being received would pass its limit: told to the peer,
+    // its file removed, one line in the failure log.
+    void refuseRing(const QString& name, qint64 length, qint64 limit);
     bool refusedForSize(qint64 length);
     bool readChunk(QFile& file, qint64 at, qint64 size, QByteArray& out);
     void sendFrame(const QByteArray& payload);
@@ -257,6 +262,11 @@ private:
     static constexpr int kUnansweredFrameMs = 2000;
     // Payload bytes of the current send so far.
     qint64 m_payloadSent = 0;
+    // The most a ring being received may hold, -1 for a user file.
+    qint64 m_recvLimit = -1;
+    // A ring was refused: the frames the peer still pushes are dropped
+    // without a line each, until the next receive or session.
+    bool m_ringRefused = false;
     // Who offered the file being received, and its path in the offer.
     QString m_recvPeer;
     QString m_recvOffer;

@@ -99,6 +99,16 @@ QString Transfer::receiveFrame(QByteArray frame, const QByteArray& restBytes)
     if (!board && m_resumeStep != ResumeStep::None)
         return resumeFrame(*target, frame.mid(4, payloadLength), expected, rest);
 
+    if (!board && m_recvLimit >= 0) {
+        qint64 have = bufferedFileLength(*target);
+        if (have < 0)
+            have = target->size();
+        if (have + payloadLength > m_recvLimit) {
+            refuseRing(QFileInfo(recvFilePath).fileName(), have + payloadLength, m_recvLimit);
+            return rest;
+        }
+    }
+
     const qint64 written =
         target->isOpen() ? target->write(frame.constData() + 4, payloadLength) : -1;
     if (written != payloadLength) {
@@ -251,6 +261,7 @@ void Transfer::getSaveFileName(QString offer)
             m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));
             return;
         }
+        m_recvLimit = -1;
         m_recvPeer = m_session.winsock(0).RemoteHostIP();
         m_recvOffer = offer.left(offer.lastIndexOf(QLatin1Char('>')));
         const ResumeAnswer r = askResume(o.name, m_recvOffer, *o.size);
@@ -269,10 +280,15 @@ void Transfer::getSaveFileName(QString offer)
         startResume();
 }
 
-bool Transfer::receiveRingFile(const QString& name, qint64 size)
+bool Transfer::receiveRingFile(const QString& name, qint64 size, qint64 limit)
 {
     if (!isBareFileName(name))
         return false;
+    if (size > limit) {
+        refuseRing(name, size, limit);
+        return false;
+    }
+    m_recvLimit = limit;
     recvFilePath = m_ctx.appFile(name);
     recvFileSize = size;
     // A ring is never gone on with: it is small, and its name is ours.
@@ -282,8 +298,30 @@ bool Transfer::receiveRingFile(const QString& name, qint64 size)
     return true;
 }
 
+void Transfer::refuseRing(const QString& name, qint64 length, qint64 limit)
+{
+    m_sender.xSendData(wire::text(wire::word(wire::FileMessage::SendingCancel)));
+    if (m_receiving) {
+        const QString path = recvFilePath;
+        m_recvFile.close();
+        m_receiving = false;
+        transferCancelled = true;
+        ++recvHandleCounter;
+        unloadProgress();
+        QFile::remove(path);
+    }
+    m_ringRefused = true;
+    m_recvLimit = -1;
+    m_model.controls.setEnabled(Control::mnuSendFile, true);
+    m_ctx.logs().failure(QStringLiteral("Ring Fetch Refused"),
+                         name + QStringLiteral(": ") + QString::number(length) +
+                             QStringLiteral(" bytes, more than the sound size limit of ") +
+                             QString::number(limit));
+}
+
 void Transfer::beginGetFile()
 {
+    m_ringRefused = false;
     transferCancelled = false;
     picCancelled = false;
     recvHandleCounter = nextHandle(recvHandleCounter, sendFileHandle, picSendHandle);

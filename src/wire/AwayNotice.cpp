@@ -59,7 +59,9 @@ void AwayNotice::tTimer2_Timer()
         setNotice();
     } else if (awayShown && !saverOn) {
         if (boardInUse && boardInUse()) {
-            m_sender.xSendData(wire::text(wire::kBoardChatOpen) + wire::text(wire::kBoardChatClose));
+            // The empty chat line of the take-back has one blank between
+            // its markers: "&&<#> <#>&&".
+            m_sender.xSendData(wire::text(wire::kBoardChatOpen) + wire::text(wire::kBoardChatClose).mid(1));
             awayShown = false;
             m_model.setLblStealth(QString());
             return;

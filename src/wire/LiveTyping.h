@@ -152,6 +152,10 @@ public:
     // The look of txtServer from the settings, and back into them.
     void loadFormat();
     void saveFormat() const;
+    // "Keep the toolbar's font changes": whether a toolbar font button
+    // writes the new look to the settings (read at start and at Apply).
+    void setPermanentToolbar(bool on) { m_permanentToolbar = on; }
+    bool permanentToolbar() const { return m_permanentToolbar; }
     static constexpr double kMinFontSize = 6, kMaxFontSize = 72;
 
     // Text helpers of the format exchange.
@@ -190,6 +194,7 @@ private:
     // double-byte character); empty when it sent nothing.
     QString m_changeSent;
     QTimer m_followUpTimer;
+    bool m_permanentToolbar = false;
 };
 
 }  // namespace vonnel

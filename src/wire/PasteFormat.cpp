@@ -333,7 +333,9 @@ void LiveTyping::Toolbar1_FontClick(int button)
     default:
         return;
     }
-    saveFormat();
+    // Unticked, the change lasts for this run only.
+    if (m_permanentToolbar)
+        saveFormat();
     if (m_model.controls.checked(Control::mnuOverride))
         clientFormat.copyFrom(p);
     sentSetting();

@@ -26,6 +26,8 @@ struct Harness {
     {
         QObject::connect(&history, &UrlHistory::listChanged,
                          [this] { events << "history " + history.lstURL().value(history.count() - 1); });
+        QObject::connect(&history, &UrlHistory::entryAppended,
+                         [this](int i) { events << "history " + history.lstURL().value(i); });
     }
     LinkSeams seams()
     {
@@ -107,6 +109,9 @@ TEST(LinkScan, RemoteAddressIsRecordedAndOpenedOnlyOnOk)
     ASSERT_EQ(h.prompter.boxes.size(), 1);
     EXPECT_EQ(h.prompter.boxes[0].title, "Web Check");
     EXPECT_EQ(h.prompter.boxes[0].text, "Do you want to open?\r\n\r\nwww.example.org");
+    EXPECT_EQ(h.prompter.boxes[0].buttons(), (QList<Answer>{Answer::Ok, Answer::Cancel}));
+    EXPECT_EQ(h.prompter.boxes[0].defaultAnswer(), Answer::Cancel)
+        << "the peer's address is not opened by Enter alone";
     EXPECT_EQ(h.opened, QList<QUrl>{QUrl("http://www.example.org")});
     EXPECT_EQ(h.shown, QList<bool>{false});
 
@@ -115,9 +120,11 @@ TEST(LinkScan, RemoteAddressIsRecordedAndOpenedOnlyOnOk)
     h.links.webCheck(text);
     EXPECT_EQ(h.prompter.boxes[1].text, "Do you want to open?\r\n\r\n" + longUrl.left(50));
     EXPECT_EQ(h.opened.size(), 1) << "Cancel opens nothing";
+    EXPECT_EQ(h.prompter.boxes.size(), 2);
     text = QStringLiteral("www.example.org");
+    h.prompter.answers = {Answer::Ok};
     h.links.webCheck(text);
-    EXPECT_EQ(h.opened.size(), 2) << "asked again, and the default answer opens";
+    EXPECT_EQ(h.opened.size(), 2) << "asked again";
     EXPECT_EQ(h.history.count(), 3) << "remote addresses skip the duplicate rule";
 
     Harness quiet({"No Remote URL"});
@@ -127,23 +134,58 @@ TEST(LinkScan, RemoteAddressIsRecordedAndOpenedOnlyOnOk)
     EXPECT_TRUE(quiet.prompter.boxes.isEmpty()) << "Web Check off asks nothing";
 }
 
-TEST(LinkScan, PeerAddressesThatMustNotBeOpenedAreNotOffered)
+// Every address the scan finds is the peer's to record and the user's to
+// be asked about; one that must not or cannot be opened is answered, after
+// an OK, with a box that says so, and never reaches the user's program.
+TEST(LinkScan, PeerAddressesThatCannotBeOpenedAreAskedAboutAndTold)
 {
-    for (const char* address : {"http://bank.example@elsewhere.example/", "joe@a.example?attach=/x/.ssh/id",
-                                "mailto:x@a.example?Attach=x", "ab:c@d.example", "http://",
-                                "http://a\nb.example", "@@ a@b.cd"}) {
+    const QString veryLong = "http://a.example/" + QString(3000, 'x');
+    for (const QString& address :
+         {QStringLiteral("http://bank.example@elsewhere.example/"),
+          QStringLiteral("joe@a.example?attach=/x/.ssh/id"), QStringLiteral("mailto:x@a.example?Attach=x"),
+          QStringLiteral("ab:c@d.example"), QStringLiteral("http://"), QStringLiteral("http://a\nb.example"),
+          QStringLiteral("http://a.example/%zz"), veryLong}) {
+        SCOPED_TRACE(address.left(60).toStdString());
         Harness h({"Web Check"});
+        h.prompter.answers = {Answer::Ok};
         QString text = address;
         h.links.webCheck(text);
-        EXPECT_TRUE(h.prompter.boxes.isEmpty() && h.opened.isEmpty()) << address;
+        ASSERT_EQ(h.history.count(), 1) << "recorded whatever it is";
+        const QString found = h.history.lstURL()[0];
+        EXPECT_TRUE(address.startsWith(found)) << qPrintable(found.left(60));
+        ASSERT_EQ(h.prompter.boxes.size(), 2);
+        EXPECT_EQ(h.prompter.boxes[0].text, "Do you want to open?\r\n\r\n" + found.left(50));
+        EXPECT_EQ(h.prompter.boxes[1].text, "This address cannot be opened:\r\n\r\n" + found.left(50));
+        EXPECT_TRUE(h.opened.isEmpty());
     }
     EXPECT_EQ(openableUrl("joe@a.example"), QUrl("mailto:joe@a.example"));
     EXPECT_EQ(openableUrl("mailto:x@a.example?subject=hi"), QUrl("mailto:x@a.example?subject=hi"));
     EXPECT_EQ(openableUrl("ftp://u@f.example/x"), QUrl("ftp://u@f.example/x"));
+
+    // The user's program refuses an address: told the same way.
+    Harness refused({"Web Check"});
+    refused.prompter.answers = {Answer::Ok};
+    LinkSeams seams = refused.seams();
+    seams.openUrl = [](const QUrl&) { return false; };
+    Links links(seams, refused.history);
+    QString text = QStringLiteral("http://ok.example/");
+    links.webCheck(text);
+    ASSERT_EQ(refused.prompter.boxes.size(), 2);
+    EXPECT_TRUE(refused.prompter.boxes[1].text.startsWith("This address cannot be opened:"));
+    // Cancel says nothing more.
+    Harness cancelled({"Web Check"});
+    cancelled.prompter.answers = {Answer::Cancel};
+    text = veryLong;
+    cancelled.links.webCheck(text);
+    EXPECT_EQ(cancelled.prompter.boxes.size(), 1);
 }
 
+// The lists are indexed in 16 bits: 65535 entries, and a bound on their
+// characters. The first address dropped says so once; a later drop says
+// nothing until room was made again.
 TEST(LinkScan, PeerCannotGrowTheHistoryWithoutBound)
 {
+    static_assert(UrlHistory::kMaxEntries == 65535);
     Harness h;
     int limitSignals = 0;
     QObject::connect(&h.history, &UrlHistory::limitReached, [&] { ++limitSignals; });
@@ -153,10 +195,43 @@ TEST(LinkScan, PeerCannotGrowTheHistoryWithoutBound)
     }
     EXPECT_EQ(h.history.count(), UrlHistory::kMaxEntries);
     EXPECT_EQ(h.history.lstDescript().size(), UrlHistory::kMaxEntries);
-    EXPECT_EQ(limitSignals, 50);
+    EXPECT_EQ(h.history.lstURL().last(), "http://a.example/65534");
+    EXPECT_EQ(limitSignals, 1);
+    ASSERT_EQ(h.prompter.boxes.size(), 1);
+    EXPECT_EQ(h.prompter.boxes[0].title, "URL History");
+    EXPECT_EQ(h.prompter.boxes[0].text,
+              "The URL History is full: no more addresses are kept until some are removed.");
+    // Local text and a list file meet the same bound, silently now.
+    h.links.scanLocalText("www.local.example ");
+    EXPECT_EQ(h.history.count(), UrlHistory::kMaxEntries);
+    EXPECT_FALSE(h.history.appendLoaded("x", "y"));
+    EXPECT_EQ(h.prompter.boxes.size(), 1);
+    // Room made: the next filling is told again.
+    h.history.select(0);
+    h.history.mnuRemove_Click();
+    QString text = QStringLiteral("http://b.example/");
+    h.links.webCheck(text);
+    EXPECT_EQ(h.history.lstURL().last(), "http://b.example/");
+    text = QStringLiteral("http://c.example/");
+    h.links.webCheck(text);
+    EXPECT_EQ(limitSignals, 2);
+    EXPECT_EQ(h.prompter.boxes.size(), 2);
 
-    QString huge = "http://a.example/" + QString(5000, 'x');
+    // Long addresses are kept whole, until their characters reach the bound.
     Harness big;
-    big.links.webCheck(huge);
-    EXPECT_EQ(big.history.count(), 0) << "an over-long address is not kept";
+    const QString huge = "http://a.example/" + QString(1 << 20, 'x');
+    int kept = 0;
+    for (int i = 0; i < 40; ++i) {
+        QString t = huge;
+        big.links.webCheck(t);
+        kept = big.history.count();
+    }
+    EXPECT_EQ(big.history.lstURL().value(0), huge) << "an address over 2048 characters is kept";
+    EXPECT_GE(kept, 10);
+    EXPECT_LT(kept, 40);
+    qsizetype chars = 0;
+    for (int i = 0; i < big.history.count(); ++i)
+        chars += big.history.lstURL()[i].size() + big.history.lstDescript()[i].size();
+    EXPECT_LE(chars, UrlHistory::kMaxChars);
+    EXPECT_EQ(big.prompter.boxes.size(), 1);
 }

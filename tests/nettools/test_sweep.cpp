@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QMap>
+#include <QSet>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -34,6 +36,16 @@ bool waitForSweep(NetViewModel& view, int limitMs = 10000)
     while (view.sweeping() && t.elapsed() < limitMs)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     return !view.sweeping();
+}
+
+// Runs the event loop while the address box ends in the given text.
+bool waitUntilNot(NetViewModel& view, const char* ending, int limitMs = 3000)
+{
+    QElapsedTimer t;
+    t.start();
+    while (view.txtPing().endsWith(QLatin1String(ending)) && t.elapsed() < limitMs)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    return !view.txtPing().endsWith(QLatin1String(ending));
 }
 
 bool rawOrDatagramAllowed()
@@ -254,6 +266,48 @@ TEST(NetPing, TheSingleTestOfTheAddressBox)
     EXPECT_EQ(press("10.0.0.6"), QStringLiteral("No reply: 10.0.0.6"));
     EXPECT_EQ(press("nosuch"), QString());
     EXPECT_EQ(notices, QStringList({"Please enter IP address"}));
+}
+
+// The status texts of the two boxes are the language's; a status in the
+// language in use is still one that a press of Ping only clears.
+TEST(NetPing, StatusTextsGoThroughTheLookup)
+{
+    Rig r;
+    const QMap<QString, QString> lang = {{"Please wait....", "Bitte warten...."},
+                                         {": Online", ": erreichbar"},
+                                         {"Updated: ", "Aktualisiert: "},
+                                         {"No reply: ", "Keine Antwort: "},
+                                         {"Resolving ", "Suche "}};
+    QSet<QString> asked;
+    r.view.setTranslate([&](const QString& key) {
+        asked << key;
+        return lang.value(key, key);
+    });
+    QStringList pings, infos;
+    QObject::connect(&r.view, &NetViewModel::txtPingChanged, [&](const QString& t) { pings << t; });
+    QObject::connect(&r.view, &NetViewModel::txtInfoChanged, [&](const QString& t) { infos << t; });
+    r.names.forward = {{"gamma", "10.1.2.3"}};
+    r.prober.answerAfterMs = {{"10.1.2.1", 5}};
+    r.view.viewRange(QStringLiteral("gamma"), 0, 2);
+    ASSERT_TRUE(waitForSweep(r.view));
+    EXPECT_TRUE(pings.contains("Suche gamma...")) << pings.join(" | ").toStdString();
+    EXPECT_TRUE(infos.contains("Bitte warten...."));
+    EXPECT_EQ(r.view.txtPing(), "1: erreichbar");
+    EXPECT_EQ(r.view.txtInfo(), "Aktualisiert: 12:34:56");
+
+    r.view.setTxtPing(QStringLiteral("10.1.2.9"));
+    r.view.cmdPing_Click();
+    ASSERT_TRUE(waitUntilNot(r.view, "..."));
+    EXPECT_EQ(r.view.txtPing(), "Keine Antwort: 10.1.2.9");
+    const qsizetype probes = r.prober.probed.size();
+    for (const QString& status : {QStringLiteral("Keine Antwort: 10.1.2.9"), QStringLiteral("4: erreichbar")}) {
+        r.view.setTxtPing(status);
+        r.view.cmdPing_Click();
+        EXPECT_EQ(r.view.txtPing(), QString()) << status.toStdString();
+    }
+    EXPECT_EQ(r.prober.probed.size(), probes) << "a status text is never pinged";
+    for (const auto& key : lang.keys())
+        EXPECT_TRUE(asked.contains(key)) << key.toStdString();
 }
 
 TEST(NetViewList, ActionsOnTheLines)

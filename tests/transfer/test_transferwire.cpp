@@ -318,9 +318,9 @@ TEST_F(RawPeer, NamesFromThePeerNeverLeadOutOfTheChosenFolder)
     EXPECT_FALSE(QFileInfo::exists(copy.file("evil.txt")));
     EXPECT_FALSE(QFileInfo::exists(QFileInfo(copy.appPath()).dir().absolutePath() + "/evil.txt"));
     // A ring sound is written by the program itself: a bare name only.
-    EXPECT_FALSE(t().receiveRingFile("../ring.wav", 5));
-    EXPECT_FALSE(t().receiveRingFile("sub/ring.wav", 5));
-    EXPECT_TRUE(t().receiveRingFile("ring.wav", 5));
+    EXPECT_FALSE(t().receiveRingFile("../ring.wav", 5, 50000));
+    EXPECT_FALSE(t().receiveRingFile("sub/ring.wav", 5, 50000));
+    EXPECT_TRUE(t().receiveRingFile("ring.wav", 5, 50000));
     EXPECT_EQ(t().recvFilePath, copy.file("ring.wav"));
 }
 

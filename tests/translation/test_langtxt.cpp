@@ -9,7 +9,9 @@
 #include "access/PasswordStore.h"
 #include "core/Cp1252.h"
 #include "core/Translator.h"
+#include "nettools/NetViewModel.h"
 #include "shell/MainWindow.h"
+#include "shell/NetTools.h"
 #include "shell/dialogs/LockDialogs.h"
 #include "shell/dialogs/NetRangeDialog.h"
 #include "shell/dialogs/PreviewWindow.h"
@@ -153,6 +155,19 @@ TEST(LangTxt, HoldsEveryKeyTheWindowsAskFor)
             options.tabs()->setCurrentIndex(i);
     }
     PreviewWindow preview(frm.scrivet());
+    {
+        // Net View's status texts: a sweep by name, its count and time,
+        // and a single ping without a reply.
+        NetViewModel& view = frm.netTools().netView();
+        copy.pinger().liveOnly = {"127.0.0.2"};
+        view.viewRange(QStringLiteral("localhost"), 1, 3);
+        EXPECT_TRUE(waitUntil([&] { return !view.sweeping(); }, 5000));
+        view.setTxtPing(QStringLiteral("127.0.0.9"));
+        view.cmdPing_Click();
+        EXPECT_TRUE(waitUntil([&] { return !view.txtPing().endsWith(QLatin1String("...")); }, 3000));
+        for (const char* key : {"Please wait....", "Resolving ", ": Online", "Updated: ", "No reply: "})
+            EXPECT_TRUE(asked.contains(QLatin1String(key))) << key;
+    }
     for (Form f : {Form::frmDraw, Form::frmURLHistory, Form::frmNetView, Form::frmNetResolve,
                    Form::frmAutoConnect, Form::frmAutoIP})
         w.unload(f);

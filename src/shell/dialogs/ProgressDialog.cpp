@@ -34,10 +34,10 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     m_bar = new QProgressBar;
     m_bar->setObjectName(QStringLiteral("prbProgress"));
     m_bar->setRange(0, 100);
-    // The bar carries the percentage itself, so it stays in sight whatever
-    // the label above it shows (it is hidden while a transfer runs on).
-    m_bar->setTextVisible(true);
+    // The bar carries the percentage only while the label above it is
+    // hidden (after a Continue, say): it stands once, wherever it is.
     m_bar->setFormat(QStringLiteral("%p%"));
+    m_bar->setTextVisible(false);
     m_close = new QCheckBox(frm.ctx().translate(QStringLiteral("Close this window when it finishes")));
     m_close->setObjectName(QStringLiteral("chkCloseProgress"));
     m_pause = new QPushButton;
@@ -74,6 +74,16 @@ ProgressDialog::ProgressDialog(FrmMain& frm, QWidget* parent) : QDialog(parent),
     m_refreshTimer.setInterval(kRefreshMs);
     connect(&m_refreshTimer, &QTimer::timeout, this, &ProgressDialog::refresh);
     connect(&t.progress(), &ProgressModel::changed, this, [this] {
+        // The end is drawn at once: what follows it (the end's bell, the
+        // window's own close) may hold the thread before a timer runs, and
+        // the window would stand at its last percentage meanwhile.
+        const ProgressModel& w = m_frm.transfer().progress();
+        if (w.prbProgress == 100 || w.cmdCancel.tag != QLatin1String("Cancel")) {
+            refresh();
+            if (isVisible())
+                repaint();
+            return;
+        }
         if (!m_refreshTimer.isActive())
             m_refreshTimer.start();
     });
@@ -98,6 +108,7 @@ void ProgressDialog::refresh()
         m_progress->setPalette(p);
     }
     m_bar->setValue(qBound(0, w.prbProgress.value(), 100));
+    m_bar->setTextVisible(!w.lblProgress.visible);
     m_close->setChecked(w.chkCloseProgress);
     m_close->setVisible(w.chkCloseProgressVisible);
     for (const auto& [button, model] : {std::pair{m_pause, &w.cmdPause}, std::pair{m_cancel, &w.cmdCancel}}) {

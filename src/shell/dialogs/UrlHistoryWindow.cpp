@@ -50,6 +50,16 @@ UrlHistoryWindow::UrlHistoryWindow(FrmMain& frm, QWidget* parent)
 
     UrlHistory& h = frm.urlHistory();
     connect(&h, &UrlHistory::listChanged, this, &UrlHistoryWindow::refreshLists);
+    // An address added costs one row, not a reload of the whole list.
+    connect(&h, &UrlHistory::entryAppended, this, [this](int index) {
+        const UrlHistory& history = m_frm.urlHistory();
+        if (index != m_urls->count()) {
+            refreshLists();
+            return;
+        }
+        m_urls->addItem(history.lstURL()[index]);
+        m_descripts->addItem(history.lstDescript()[index]);
+    });
     connect(&h, &UrlHistory::countChanged, this, &UrlHistoryWindow::refreshCount);
     connect(&h, &UrlHistory::selectionChanged, this, [this](int i) {
         m_urls->setCurrentRow(i);
