@@ -169,16 +169,32 @@ int Board::addPicture(const QRect& twips, const QImage& image)
     m_pictureIndex.resize(n, -1);
     m_pictureIndex[n - 1] = int(m_items.size());
     QImage kept = image;
-    if (m_pictureBytes + kept.sizeInBytes() > kPictureBytesLimit) {
+    // A picture shown again shares its pixels and costs nothing more.
+    const bool shared = m_pictureUses.contains(kept.cacheKey());
+    if (!shared && m_pictureBytes + kept.sizeInBytes() > kPictureBytesLimit) {
         kept = QImage();
         ++m_refused;
     }
-    m_pictureBytes += kept.sizeInBytes();
+    usePicture(kept, +1);
     m_pictures.append(kept);
     m_items.append({ItemKind::Picture, !kept.isNull(), n, twips.x(), twips.y(), twips.width(),
                     twips.height(), 1, 0, int(m_pictures.size() - 1)});
     Q_EMIT changed();
     return n;
+}
+
+void Board::usePicture(const QImage& image, int change)
+{
+    if (image.isNull())
+        return;
+    int& uses = m_pictureUses[image.cacheKey()];
+    if (uses == 0)
+        m_pictureBytes += image.sizeInBytes();
+    uses += change;
+    if (uses <= 0) {
+        m_pictureBytes -= image.sizeInBytes();
+        m_pictureUses.remove(image.cacheKey());
+    }
 }
 
 void Board::eraseLabel(int n)
@@ -200,7 +216,7 @@ bool Board::erasePic(int n)
         return false;
     BoardItem& item = m_items[m_pictureIndex.at(n - 1)];
     item.visible = false;
-    m_pictureBytes -= m_pictures[item.extra].sizeInBytes();
+    usePicture(m_pictures[item.extra], -1);
     m_pictures[item.extra] = QImage();
     m_pictureIndex[n - 1] = -1;
     structural();
@@ -212,6 +228,7 @@ void Board::eraseAll()
     m_items.clear();
     m_labels.clear();
     m_pictures.clear();
+    m_pictureUses.clear();
     m_pictureBytes = 0;
     m_labelIndex.clear();
     m_pictureIndex.clear();

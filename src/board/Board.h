@@ -8,6 +8,7 @@
 //
 // Units are twips, as on the wire; the surface shows 15 twips per pixel.
 
+#include <QHash>
 #include <QImage>
 #include <QList>
 #include <QObject>
@@ -130,6 +131,8 @@ private:
                    qint16 sx, qint16 sy);
     bool markRoom();
     void structural();
+    // Pixels are counted once however many pictures share them.
+    void usePicture(const QImage& image, int change);
 
     QList<BoardItem> m_items;
     QList<BoardLabel> m_labels;
@@ -142,6 +145,7 @@ private:
     QSize m_surface{kDefaultWidth, kDefaultHeight};
     int m_refused = 0;
     qint64 m_pictureBytes = 0;
+    QHash<qint64, int> m_pictureUses;  // by the pixels' cache key
     quint64 m_revision = 0;
 };
 

@@ -52,6 +52,24 @@ bool isBoardMessage(const QString& data)
     return data.startsWith(text(wire::kBoardHead)) && (data.size() < 3 || data.at(2) != u'&');
 }
 
+bool cutInsideHead(const QString& data)
+{
+    if (data.isEmpty())
+        return false;
+    for (const TestWord& w : kTests)
+        if (data.size() < w.head.size() && text(w.head).startsWith(data))
+            return true;
+    return false;
+}
+
+bool couldBeginMessage(const QString& t)
+{
+    for (const TestWord& w : kTests)
+        if (t.startsWith(text(w.head)))
+            return true;
+    return cutInsideHead(t);
+}
+
 DrawError cutError()
 {
     return DrawError{5, QStringLiteral("Invalid procedure call or argument")};
@@ -67,8 +85,13 @@ QString cutBefore(const QString& data, QChar sep)
 
 QString takeField(QString& data, qsizetype headLength)
 {
-    const QString v = cutBefore(data.mid(headLength), kFieldEnd);
-    data.remove(0, headLength + v.size() + 1);
+    // Found in place: a copy of the rest for each field would cost a long
+    // read its length again per message.
+    const qsizetype p = headLength <= data.size() ? data.indexOf(kFieldEnd, headLength) : -1;
+    if (p < 0)
+        throw cutError();
+    const QString v = data.mid(headLength, p - headLength);
+    data.remove(0, p + 1);
     return v;
 }
 

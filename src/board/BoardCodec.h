@@ -78,6 +78,20 @@ inline QLatin1String text(QByteArrayView word) { return QLatin1String(word); }
 // Whether data goes to the board's routine: "&&" and a third character
 // other than "&".
 bool isBoardMessage(const QString& data);
+// Whether data is all there is of a board word that a read boundary cut
+// short: a beginning of one of the heads, shorter than it ("&", "&&",
+// "&&sho").
+bool cutInsideHead(const QString& data);
+// Whether text can be the start of a board message: it begins with one of
+// the heads, or is cut inside one.
+bool couldBeginMessage(const QString& text);
+
+// The longest font name taken from the peer. No font family comes near
+// it: Windows keeps a face name in 32 characters with its end
+// (LF_FACESIZE), and families under fontconfig are display names of a few
+// dozen at most. A longer name can name no font, so it is cut here, and
+// a flood of labels cannot make each keep a megabyte of name.
+inline constexpr qsizetype kFontNameLimit = 256;
 
 // --- cutting ---------------------------------------------------------------------
 // A failure in the middle of a message, with the number and the text the

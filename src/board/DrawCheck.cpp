@@ -1,6 +1,7 @@
 #include "board/DrawCheck.h"
 
 #include "core/IniStore.h"
+#include "core/WireCodec.h"
 
 #include <QList>
 #include <QPoint>
@@ -21,6 +22,39 @@ void fallBack(QString& colour, qint32 local)
 {
     if (colour.isEmpty() || iniNumber(colour) < 0)
         colour = QString::number(local);
+}
+
+// A font name cut to the limit, in a string of its own size: the field
+// may be the rest of a long read.
+QString fontName(const QString& field)
+{
+    if (field.size() <= kFontNameLimit)
+        return field;
+    return QString(field.constData(), kFontNameLimit);
+}
+
+// Whether a read begins with the opening of a frame of its own.
+bool opensFrame(const QString& read)
+{
+    for (const wire::Family f : wire::kReceiveOrder)
+        if (read.startsWith(wire::text(wire::head(f))))
+            return true;
+    return false;
+}
+
+// Whether the read brings the rest of a chat line's closing word that the
+// held text ends with the beginning of.
+bool closesChat(const QString& held, const QString& read)
+{
+    if (!held.startsWith(text(kChatOpen)))
+        return false;
+    const QLatin1String close = text(kChatClose);
+    for (qsizetype i = 1; i < close.size(); ++i) {
+        const QLatin1String rest = close.sliced(i);
+        if (held.endsWith(close.first(i)) && (read.startsWith(rest) || rest.startsWith(read)))
+            return true;
+    }
+    return false;
 }
 
 // The box shows this much of the data at most: a flood must not make a
@@ -77,10 +111,50 @@ bool DrawCheck::couldComplete(Test test, const QString& message)
     }
 }
 
+void DrawCheck::hold(const QString& message, bool sameMessage)
+{
+    m_pending = message;
+    // The time runs from the message's first part.
+    if (!sameMessage)
+        m_heldAt = m_target.nowMs();
+}
+
+void DrawCheck::errorTail(const DrawError& e, const QString& data)
+{
+    if (e.number != 5 && e.number != 401)
+        m_target.protocolError(errorText(e, data));
+}
+
+QString DrawCheck::joinHeld(const QString& read)
+{
+    if (m_pending.isEmpty() || read.isEmpty())
+        return read;
+    const QString held = takePending();
+    const qint64 age = m_target.nowMs() - m_heldAt;
+    QString joined = held + read;
+    // A word cut short goes on only with its own rest; a message past its
+    // head with anything but a frame's opening, or the rest of its closing
+    // word (which holds the board's opening itself).
+    const bool goesOn = cutInsideHead(held)
+                            ? couldBeginMessage(joined)
+                            : !opensFrame(read) || closesChat(held, read);
+    if (age < 0 || age > kHoldMs || !goesOn) {
+        // Given up as the cut that could not be made.
+        errorTail(cutError(), held);
+        return read;
+    }
+    m_joined = true;
+    return joined;
+}
+
 QString DrawCheck::cDrawcheck(QString& data)
 {
     // The read as it came: a message cut off at its end is taken from here.
     const QString input = data;
+    // A message held again from the head of a joined read is the one held
+    // before, still in the making.
+    const bool joined = std::exchange(m_joined, false);
+    auto same = [&](const QString& message) { return joined && message.size() == input.size(); };
     // The routine calls itself on what still begins with "&&" unless the
     // guard is up, and raises the guard on the way back; the calls are a
     // loop here, with the guard left as the calls would leave it.
@@ -89,6 +163,13 @@ QString DrawCheck::cDrawcheck(QString& data)
         for (;;) {
             const qsizetype before = data.size();
             runTests(data);
+            // The read ended inside a board word: it waits for the rest.
+            if (cutInsideHead(data)) {
+                if (depth > 0)
+                    recursionGuard = true;
+                hold(data, same(data));
+                return QString();
+            }
             if (isBoardMessage(data) && !recursionGuard) {
                 // A message no test takes would call itself until the stack
                 // runs out.
@@ -106,12 +187,11 @@ QString DrawCheck::cDrawcheck(QString& data)
         if (e.number == 5 && m_messageLength <= kPendingLimit) {
             const QString message = input.right(m_messageLength);
             if (couldComplete(m_test, message)) {
-                m_pending = message;
+                hold(message, same(message));
                 return QString();
             }
         }
-        if (e.number != 5 && e.number != 401)
-            m_target.protocolError(errorText(e, data));
+        errorTail(e, data);
         return QString();
     }
     if (depth > 0)
@@ -177,7 +257,7 @@ void DrawCheck::runTests(QString& data)
     }
     if (at(data, kFont)) {
         matched(Test::Font, data);
-        r.remoteFontName = takeField(data, kFont.size());
+        r.remoteFontName = fontName(takeField(data, kFont.size()));
         r.remoteFontSize = toCutInteger(takeField(data, 0));
         r.remoteBold = toBoolean(takeField(data, 0));
         r.remoteItalic = toBoolean(takeField(data, 0));

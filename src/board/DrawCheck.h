@@ -34,6 +34,8 @@ public:
     virtual qint32 localBackColour() const = 0;
     // The chat line and the label text go through this (the cipher).
     virtual QString decipher(const QString& text) const { return text; }
+    // Milliseconds on the copy's clock, for how long a cut-off message waits.
+    virtual qint64 nowMs() const { return 0; }
 
     virtual void request() {}
     virtual void ring(const QString& name) { (void)name; }
@@ -71,13 +73,26 @@ public:
     RemoteParams remote;
     bool recursionGuard = false;
 
-    // A message the read ended in the middle of: its text so far, kept for
-    // the next read to complete (TCP cuts a long stroke where it likes).
-    // Only a message that could still become whole is kept, and no more
-    // than kPendingLimit characters.
+    // A message the read ended in the middle of (anywhere, in its head too):
+    // its text so far, held for the next read to complete, as TCP cuts a
+    // long stroke where it likes. Only a message that could still become
+    // whole is held, no more than kPendingLimit characters of it, and for
+    // no longer than kHoldMs.
     static constexpr qsizetype kPendingLimit = 65536;
+    // The rest of one write comes behind its first part at once; a pause
+    // this long means it will not come.
+    static constexpr qint64 kHoldMs = 5000;
     bool hasPending() const { return !m_pending.isEmpty(); }
+    qsizetype pendingSize() const { return m_pending.size(); }
     QString takePending() { return std::exchange(m_pending, QString()); }
+    // The next read, behind the held message when it can be that message's
+    // rest. It cannot when it begins with the opening of a frame of its
+    // own, when it does not go on with the board word the held part began,
+    // or when the hold is past its time: then the held part is given up
+    // through the error tail (its cut failed, which tells nobody) and the
+    // read is handed back alone. An unfinished message so costs at most
+    // itself, never what follows it.
+    QString joinHeld(const QString& read);
 
     // The error tail's text for an error met with data as it stood.
     static QString errorText(const board::DrawError& e, const QString& data);
@@ -89,10 +104,16 @@ private:
     void matched(board::Test test, const QString& data);
     // Whether the text of a cut-off message can still become whole.
     static bool couldComplete(board::Test test, const QString& message);
+    void hold(const QString& message, bool sameMessage);
+    // The error tail: the box, unless the error is one that tells nobody.
+    void errorTail(const board::DrawError& e, const QString& data);
     DrawTarget& m_target;
     board::Test m_test = board::Test::Request;
     qsizetype m_messageLength = 0;
     QString m_pending;
+    qint64 m_heldAt = 0;
+    // The read now in the passes begins with the held message.
+    bool m_joined = false;
 };
 
 }  // namespace vonnel

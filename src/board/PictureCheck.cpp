@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QImageReader>
 
+#include <algorithm>
+
 namespace vonnel {
 
 namespace {
@@ -66,19 +68,60 @@ bool PictureCheck::pictureIsValid(const QString& path)
     return fail(QStringLiteral("File Corrupted: ") + path, silent);
 }
 
-bool PictureCheck::memoryIsEnough(qint64 bytes)
+bool PictureCheck::memoryAllows(qint64 bytes) const
 {
     const MemoryStatus s = memoryStatus();
     int limit = m_ctx.settingInt(QStringLiteral("Memory Limit"));
     if (limit <= 0 || limit > 99)
         limit = 90;
-    const bool enough = s.known && bytes <= kSizeLimit && s.availableBytes >= 2 * bytes &&
-                        s.loadPercent < limit;
+    return s.known && bytes <= kSizeLimit && s.availableBytes >= 2 * bytes &&
+           s.loadPercent < limit;
+}
+
+bool PictureCheck::memoryIsEnough(qint64 bytes)
+{
+    const bool enough = memoryAllows(bytes);
     if (!enough)
         m_ctx.prompter().msgBox(QStringLiteral("Not enough memory: ") +
-                                    QString::number(s.loadPercent) + QStringLiteral("% used"),
+                                    QString::number(memoryStatus().loadPercent) +
+                                    QStringLiteral("% used"),
                                 MsgStyle::Exclamation, QStringLiteral("Memory Error"));
     return enough;
+}
+
+PictureCheck::Received PictureCheck::loadReceived(const QString& path) const
+{
+    const QString invalid = QStringLiteral("Invalid picture");
+    const QString outOfMemory = QStringLiteral("Out of memory");
+    QImageReader reader(path);
+    reader.setAllocationLimit(kAllocationLimitMb);
+    // The size from the header; nothing is decoded yet.
+    const QSize source = reader.size();
+    if (!source.isValid() || source.isEmpty())
+        return {QImage(), invalid};
+    const qint64 pixels = qint64(source.width()) * source.height();
+    QSize out = source;
+    if (pixels > kDecodePixels) {
+        if (reader.format() != "jpeg" || pixels > kJpegSourcePixels)
+            return {QImage(), outOfMemory};
+        // The largest n/8 of the JPEG's scales that fits.
+        int eighths = 7;
+        auto scaled = [&](int n) {
+            return QSize(std::max(1, source.width() * n / 8),
+                         std::max(1, source.height() * n / 8));
+        };
+        while (eighths > 1 && qint64(scaled(eighths).width()) * scaled(eighths).height() >
+                                  kDecodePixels)
+            --eighths;
+        out = scaled(eighths);
+        reader.setScaledSize(out);
+    }
+    if (!memoryAllows(qint64(out.width()) * out.height() * 4))
+        return {QImage(), outOfMemory};
+    QImage image = reader.read();
+    if (image.isNull())
+        return {QImage(), invalid};
+    return {image, QString()};
 }
 
 QImage PictureCheck::load(const QString& path)

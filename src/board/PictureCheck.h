@@ -35,6 +35,24 @@ public:
     // Decodes a file with the allocation limit; null when it cannot.
     static QImage load(const QString& path);
 
+    // The peer's picture is decoded on the window's thread, so what one
+    // decode may cost is bounded: at most kDecodePixels pixels come out
+    // (2560 x 1600, a whole large screen). A JPEG larger than that is
+    // decoded at the reduced scale its coding allows (n/8), which costs
+    // little more than reading its codes, up to kJpegSourcePixels (8192 x
+    // 8192); any other kind must fit as it is. The header gives the size
+    // without decoding, and a picture past these limits, or past the free
+    // memory, is refused before any decoding.
+    static constexpr qint64 kDecodePixels = qint64(2560) * 1600;
+    static constexpr qint64 kJpegSourcePixels = qint64(8192) * 8192;
+    struct Received {
+        QImage image;
+        QString error;  // the runtime's text when image is null
+    };
+    Received loadReceived(const QString& path) const;
+    // The memory test of memoryIsEnough without its box.
+    bool memoryAllows(qint64 bytes) const;
+
 private:
     bool fail(const QString& text, bool silent);
     CopyContext& m_ctx;

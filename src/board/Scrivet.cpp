@@ -12,6 +12,7 @@
 #include "core/MainModel.h"
 #include "core/Sender.h"
 #include "core/Views.h"
+#include "platform/Clock.h"
 #include "platform/Prompter.h"
 #include "transfer/Transfer.h"
 
@@ -143,6 +144,7 @@ void Scrivet::Form_Unload()
     m_ctx.writeSetting(QStringLiteral("DrawingBoard - Thickness"),
                        QString::number(m_board.txtThick));
     m_board.eraseAll();
+    m_received = {};
     m_tools.reset();
     m_tools.clearStroke();
     m_model.setVisible(true);
@@ -165,6 +167,22 @@ QString Scrivet::decipher(const QString& t) const
     if (!m_cipher.remoteEncrypted)
         return t;
     return fromCp1252(getEPass(toCp1252(t), toCp1252(m_cipher.remoteKey)));
+}
+
+qint64 Scrivet::nowMs() const
+{
+    return m_ctx.clock().nowMs();
+}
+
+std::optional<QByteArray> Scrivet::joinHeld(const QByteArray& read)
+{
+    if (!m_check.hasPending())
+        return std::nullopt;
+    const QString text = fromCp1252(read);
+    const QString joined = m_check.joinHeld(text);
+    if (joined.size() == text.size())
+        return std::nullopt;
+    return toCp1252(joined);
 }
 
 void Scrivet::request()
@@ -287,21 +305,26 @@ void Scrivet::showPic(const RemoteParams& r)
                       QSize(std::abs(r.remoteEndX - r.remoteStartX),
                             std::abs(r.remoteEndY - r.remoteStartY)));
     const QString path = m_ctx.appFile(QStringLiteral("captscr.jpg"));
-    if (!QFileInfo::exists(path)) {
+    const QFileInfo file(path);
+    if (!file.exists()) {
         // The number is taken all the same, so both sides stay in step.
         m_board.addPicture(frame, QImage());
         m_ctx.prompter().msgBox(QStringLiteral("Cannot find captscr.jpg for display"),
                                 MsgStyle::Exclamation, QStringLiteral("File Error"));
         return;
     }
-    PictureCheck check(m_ctx);
-    QImage image;
-    if (check.pictureIsValid(path))
-        image = PictureCheck::load(path);
-    m_board.addPicture(frame, image);
-    if (image.isNull())
-        m_ctx.prompter().msgBox(QStringLiteral("Load Picture Error: Invalid picture"),
+    // Loaded as it is, with no byte check of its own: each new file once,
+    // within the decoding limits; a show of the same file again takes what
+    // that gave, and a failure is told once per file.
+    if (file.size() != m_received.size || file.lastModified() != m_received.modified)
+        m_received = {file.size(), file.lastModified(), PictureCheck(m_ctx).loadReceived(path),
+                      false};
+    m_board.addPicture(frame, m_received.decoded.image);
+    if (m_received.decoded.image.isNull() && !m_received.told) {
+        m_received.told = true;
+        m_ctx.prompter().msgBox(QStringLiteral("Load Picture Error: ") + m_received.decoded.error,
                                 MsgStyle::Exclamation);
+    }
 }
 
 void Scrivet::closed()

@@ -7,7 +7,9 @@
 #include "board/Board.h"
 #include "board/BoardTools.h"
 #include "board/DrawCheck.h"
+#include "board/PictureCheck.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QImage>
@@ -36,6 +38,10 @@ public:
 
     // The receive loop's entry for "&&" messages.
     QString cDrawcheck(QString& data) { return m_check.cDrawcheck(data); }
+    // A read behind one that ended inside a board message: the two as one
+    // read when this one can be that message's rest; nothing when nothing
+    // is held or the held part was given up and the read goes on alone.
+    std::optional<QByteArray> joinHeld(const QByteArray& read);
 
     // Opens the board here and asks the peer to open it.
     void mnuDraw_Click();
@@ -157,6 +163,7 @@ private:
     qint32 localForeColour() const override { return m_board.lblForeColour; }
     qint32 localBackColour() const override { return m_board.lblBackColour; }
     QString decipher(const QString& text) const override;
+    qint64 nowMs() const override;
     void request() override;
     void ring(const QString& name) override;
     void notReady() override;
@@ -206,6 +213,16 @@ private:
     // The frame's end until the picture is placed (txtX, txtY).
     qint16 m_txtX = 0, m_txtY = 0;
     QString m_sendingPicture = QStringLiteral("False");
+    // The peer's picture file as last decoded, so that each further show of
+    // the same file only draws it: the file as it stood (length and time),
+    // what the decoding gave, and whether its failure has been told.
+    struct ReceivedPicture {
+        qint64 size = -1;
+        QDateTime modified;
+        PictureCheck::Received decoded;
+        bool told = false;
+    };
+    ReceivedPicture m_received;
 };
 
 }  // namespace vonnel

@@ -102,9 +102,10 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     p.transfer.boardShown = [&p] { return p.scrivet.visible(); };
     connect(&p.transfer, &Transfer::drawSendingLabel, &p.scrivet, &Scrivet::setSendingPicture);
     p.receiver.joinArrival = [&p](const QByteArray& bytes, QList<QByteArray>& parts) {
-        // A board message the last read cut off goes before this one.
-        if (p.scrivet.check().hasPending()) {
-            parts << toCp1252(p.scrivet.check().takePending()) + bytes;
+        // A board message the last read cut off goes before this one, when
+        // this one can be its rest.
+        if (std::optional<QByteArray> joined = p.scrivet.joinHeld(bytes)) {
+            parts << *joined;
             return true;
         }
         return p.transfer.joinArrival(bytes, parts);

@@ -249,7 +249,11 @@ bool Receiver::dataStage(Pass& pass)
 
 bool Receiver::boardStage(Pass& pass)
 {
-    if (!pass.startsWith(wire::kBoardHead))
+    // One "&" left at the end of a read behind other frames is where the
+    // read cut a board message after its first character: the board holds
+    // it for the next read. (A read of "&" alone is the lone character.)
+    const bool cutAfterFirst = pass.rest() == QByteArrayView("&");
+    if (!pass.startsWith(wire::kBoardHead) && !cutAfterFirst)
         return true;
     if (pass.rest().size() < 3 || pass.rest().at(2) != '&') {
         QString text = pass.restText();

@@ -152,19 +152,36 @@ TEST(BoardModel, LimitsRefuseNewObjectsWithoutGrowing)
 TEST(BoardModel, PicturesAndLabelTextsHaveAMemoryBudget)
 {
     Board b;
-    // One 64 MB picture, shared, counted each time it is placed.
+    // 64 MB pictures of their own each count; one placed again shares its
+    // pixels and counts once.
     QImage big(4096, 4096, QImage::Format_RGB32);
     big.fill(Qt::gray);
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 20; ++i)
         ASSERT_GT(b.addPicture(QRect(0, 0, 10, 10), big), 0);
+    QList<QImage> own;
+    for (int i = 0; i < 7; ++i) {
+        own << big.copy();
+        ASSERT_GT(b.addPicture(QRect(0, 0, 10, 10), own.last()), 0);
+    }
     EXPECT_EQ(b.refused(), 0);
-    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), big), 9) << "the number is still taken";
+    own << big.copy();
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), own.last()), 28) << "the number is still taken";
     EXPECT_EQ(b.refused(), 1);
-    EXPECT_FALSE(b.pictureItem(9)->visible);
-    EXPECT_TRUE(b.picture(*b.pictureItem(9)).isNull());
-    b.erasePic(1);
-    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), big), 10) << "an erased picture frees its share";
-    EXPECT_TRUE(b.pictureItem(10)->visible);
+    EXPECT_FALSE(b.pictureItem(28)->visible);
+    EXPECT_TRUE(b.picture(*b.pictureItem(28)).isNull());
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), big), 29) << "shared pixels cost nothing more";
+    EXPECT_TRUE(b.pictureItem(29)->visible);
+    b.erasePic(21);
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), own.last()), 30) << "an erased picture frees its share";
+    EXPECT_TRUE(b.pictureItem(30)->visible);
+    for (int n = 1; n <= 20; ++n)
+        b.erasePic(n);
+    own << big.copy();
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), own.last()), 31) << "still placed once: counted";
+    EXPECT_FALSE(b.pictureItem(31)->visible);
+    b.erasePic(29);
+    EXPECT_EQ(b.addPicture(QRect(0, 0, 10, 10), own.last()), 32) << "its last placing gone: freed";
+    EXPECT_TRUE(b.pictureItem(32)->visible);
 
     b.remoteLabel(0, 0, QString(100000, 'x'), {}, 0);
     EXPECT_EQ(b.labelText(*b.label(1)).text.size(), Board::kLabelTextLimit);

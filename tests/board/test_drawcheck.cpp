@@ -17,6 +17,9 @@ public:
     QStringList seen;
     QStringList boxes;
     int rounds = 0;
+    qint64 now = 1000;
+
+    qint64 nowMs() const override { return now; }
 
     void beforeTests() override { ++rounds; }
     qint32 localForeColour() const override { return 111; }
@@ -250,6 +253,147 @@ TEST(DrawCheck, AMessageTheReadCutOffWaitsForTheRest)
     check.cDrawcheck(data);
     EXPECT_FALSE(check.hasPending()) << "no more than the limit is kept";
     EXPECT_TRUE(target.boxes.isEmpty());
+}
+
+// The receive loop as far as the board sees it: each read behind the part
+// the last one left held (when it can be its rest), board messages to the
+// reader, anything else kept aside as the loop's other stages' business.
+struct Reads {
+    explicit Reads(DrawCheck& c) : check(c) {}
+    void read(const QString& bytes)
+    {
+        QString text = check.joinHeld(bytes);
+        while (!text.isEmpty()) {
+            if (board::isBoardMessage(text)) {
+                text = check.cDrawcheck(text);
+            } else {
+                other += text;
+                text.clear();
+            }
+        }
+    }
+    DrawCheck& check;
+    QString other;
+};
+
+TEST(DrawCheck, AMessageTornAnywhereByAReadIsJoined)
+{
+    // Every kind of message but the ring (whose name runs to the end of the
+    // read, wherever that is), in the table's order.
+    const QString all =
+        "&& Scrivet Request &&&&!NotReady!&&&&!Ready!&&&&<#> hi & there <#>&&&&fc255$"
+        "&&bc65280$&&fontArial$10.5$True$False$False$False$&&lt3$&&sp10,20$&&ep-30,40$"
+        "&&lblhello$&&rec$&&cir$&&lin$&&st1,2$3,4$%&&et5,6$%&&e-p1$&&e-l4$&&eee$"
+        "&&showPic$&& Scrivet Closed &&";
+    Recorder whole;
+    DrawCheck wholeCheck(whole);
+    Reads(wholeCheck).read(all);
+    ASSERT_EQ(whole.seen.size(), 20) << whole.seen.join('|').toStdString();
+    ASSERT_TRUE(whole.boxes.isEmpty());
+
+    // From the second character on: a read of one character alone is the
+    // loop's (an older peer's bare character), not the board's.
+    for (qsizetype cut = 2; cut < all.size(); ++cut) {
+        Recorder target;
+        DrawCheck check(target);
+        Reads reads(check);
+        reads.read(all.left(cut));
+        target.now += 20;
+        reads.read(all.mid(cut));
+        EXPECT_EQ(target.seen.join('|'), whole.seen.join('|')) << "cut at " << cut << ": " << all.left(cut).toStdString();
+        EXPECT_TRUE(target.boxes.isEmpty()) << cut << ": " << target.boxes.value(0).toStdString();
+        EXPECT_TRUE(reads.other.isEmpty()) << cut << ": " << reads.other.toStdString();
+        EXPECT_FALSE(check.hasPending()) << cut;
+    }
+
+    // Cut into many reads: a long stroke comes in pieces of 7 characters.
+    QList<QPoint> points;
+    for (int i = 0; i < 500; ++i)
+        points << QPoint(-i, i);
+    const QString stroke = board::stroke(points) + "&&eee$";
+    Recorder target;
+    DrawCheck check(target);
+    Reads reads(check);
+    for (qsizetype at = 0; at < stroke.size(); at += 7)
+        reads.read(stroke.mid(at, 7));
+    ASSERT_EQ(target.seen.size(), 501);
+    EXPECT_EQ(target.seen[499], "st -499,499 c111");
+    EXPECT_EQ(target.seen.last(), "eee");
+}
+
+TEST(DrawCheck, AnUnfinishedMessageCostsOnlyItself)
+{
+    Recorder target;
+    DrawCheck check(target);
+    Reads reads(check);
+    // The next read opens a frame of its own: the held part is given up,
+    // silently, and the read goes on alone.
+    const char* unfinished[] = {"&&lblno dollar", "&&<#> no end", "&&fontArial$1",
+                                "&&st1,2$3", "&&sp1", "&&", "&&show"};
+    const char* next[] = {"^reFresh", "<MSG> later </MSG>", "<KEY> x <:KEY>1</KEY>",
+                          "&&eee$", "%%File Sending Request%%", "<Paste> p</Paste>"};
+    for (const char* u : unfinished)
+        for (const char* n : next) {
+            reads.other.clear();
+            target.seen.clear();
+            reads.read(u);
+            ASSERT_TRUE(check.hasPending()) << u;
+            reads.read(n);
+            EXPECT_FALSE(check.hasPending()) << u << " then " << n;
+            if (QString(n).startsWith("&&"))
+                EXPECT_EQ(target.seen.join('|'), "eee") << u;
+            else
+                EXPECT_EQ(reads.other, n) << u;
+        }
+    EXPECT_TRUE(target.boxes.isEmpty());
+
+    // A read that cannot go on with the word the held part began.
+    reads.other.clear();
+    reads.read("&&fc1$&&sh");
+    reads.read("ut");
+    EXPECT_FALSE(check.hasPending());
+    EXPECT_EQ(reads.other, "ut");
+
+    // The rest that comes too late: the hold's time runs from the first part,
+    // not from each further one.
+    target.seen.clear();
+    reads.read("&&<#> slow");
+    target.now += DrawCheck::kHoldMs / 2;
+    reads.read(" line");
+    ASSERT_TRUE(check.hasPending());
+    target.now += DrawCheck::kHoldMs / 2 + 1;
+    reads.other.clear();
+    reads.read(" <#>&&");
+    EXPECT_FALSE(check.hasPending());
+    EXPECT_EQ(target.seen.join('|'), "");
+    EXPECT_EQ(reads.other, " <#>&&") << "the late rest goes on alone";
+    reads.read("&&<#> in time");
+    target.now += DrawCheck::kHoldMs;
+    reads.read(" <#>&&");
+    EXPECT_EQ(target.seen.join('|'), "chat {in time}");
+
+    // The closing word of a chat line holds the board's opening: its rest
+    // still joins.
+    reads.read("&&<#> a <#>&");
+    reads.read("&&&fc5$");
+    EXPECT_EQ(target.seen.mid(1).join('|'), "chat {a}|fc 5");
+    EXPECT_TRUE(target.boxes.isEmpty());
+}
+
+TEST(DrawCheck, AFontNameIsCutToTheLongestAFamilyCouldHave)
+{
+    Recorder target;
+    DrawCheck check(target);
+    QString data = "&&font" + QString(100000, 'F') + "$12$False$True$False$False$&&lt2$";
+    check.cDrawcheck(data);
+    EXPECT_EQ(check.remote.remoteFontName, QString(board::kFontNameLimit, 'F'));
+    EXPECT_LT(check.remote.remoteFontName.capacity(), 2 * board::kFontNameLimit)
+        << "the name does not keep the read's memory";
+    EXPECT_EQ(check.remote.remoteFontSize, 12);
+    EXPECT_EQ(target.seen.last(), "lt 2");
+    data = "&&fontDejaVu Sans Mono$9$True$False$False$False$";
+    check.cDrawcheck(data);
+    EXPECT_EQ(check.remote.remoteFontName, "DejaVu Sans Mono");
 }
 
 TEST(DrawCheck, TheBoxShowsAtMostAThousandCharactersOfData)
