@@ -9,6 +9,7 @@ install(TARGETS vonnel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 set(VONNEL_DATA ${CMAKE_INSTALL_DATADIR}/vonnel)
 file(GLOB VONNEL_INSTALL_SOUNDS ${CMAKE_SOURCE_DIR}/dist/*.wav)
 install(FILES ${CMAKE_SOURCE_DIR}/dist/vonnel.ini.preset ${CMAKE_SOURCE_DIR}/dist/TIPS.TXT
+  ${CMAKE_SOURCE_DIR}/dist/DrawTips.txt
   ${VONNEL_INSTALL_SOUNDS} DESTINATION ${VONNEL_DATA})
 # Whatever pages dist/help holds when the install runs.
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/dist/help DESTINATION ${VONNEL_DATA} OPTIONAL)

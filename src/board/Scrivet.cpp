@@ -48,7 +48,10 @@ void Scrivet::Form_Load()
     if (const int t = m_ctx.settingInt(QStringLiteral("DrawingBoard - Thickness")); t > 0)
         m_board.txtThick = t;
     m_board.eraseBkCol(m_board.lblBackColour);
+    sampleFore = m_board.lblForeColour;
+    sampleBack = m_board.lblBackColour;
     txtClient.clear();
+    m_fontSent.reset();
 }
 
 void Scrivet::showWindow()
@@ -116,9 +119,13 @@ void Scrivet::mnuDraw_Click()
     if (IsConnected())
         m_sender.xSendData(text(kRequest));
     m_transfer.transferMode = QStringLiteral("Scrivet");
+    // A preview up and not maximised takes the screen's width, and its
+    // height less the board's strip.
+    Q_EMIT fitPreviewToScreen();
     showWindow();
+    // On top: the board is what comes to the front.
     if (m_model.controls.checked(Control::mnuViewontop))
-        m_ctx.views().raiseMain();
+        Q_EMIT raiseBoard();
     setCaption();
     m_model.controls.setEnabled(Control::mnuSendFile, false);
     hideMainForBoard();
@@ -190,6 +197,9 @@ void Scrivet::request()
     Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
     m_transfer.transferMode = QStringLiteral("Scrivet");
     hideMainForBoard();
+    // The options dialog would stand over the board the peer opened.
+    if (m_ctx.views().isVisible(Form::frmOptions))
+        m_ctx.views().unload(Form::frmOptions);
     // The ready reset: shows the board and tells the peer it may draw.
     m_session.cmdHiddenNotReady_Click();
     showWindow();
@@ -236,11 +246,19 @@ void Scrivet::chat(const QString& line)
     Q_EMIT webCheck(line);
 }
 
+void Scrivet::foreColor(const RemoteParams& r)
+{
+    sampleFore = toLong(r.remoteForeColor);
+    Q_EMIT labelFontChanged();
+}
+
 void Scrivet::backColor(const RemoteParams& r)
 {
     const qint32 c = toLong(r.remoteBackColor);
     m_board.lblBackColour = c;
     m_board.eraseBkCol(c);
+    sampleBack = c;
+    Q_EMIT labelFontChanged();
 }
 
 void Scrivet::label(const QString& t, const RemoteParams& r)
@@ -329,7 +347,8 @@ void Scrivet::showPic(const RemoteParams& r)
 
 void Scrivet::closed()
 {
-    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring);
+    // The peer leaving the board is the internal bell, as its request is.
+    Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
     txtClient = text(kCloseMark);
     Q_EMIT clientLineChanged(txtClient);
     if (m_shown) {

@@ -79,6 +79,12 @@ public:
     // The font of our labels (txtFont), sent to the peer.
     void setLabelFont(const BoardLabel& font);
     BoardLabel labelFont;
+    // The font dialog's choice: the label font, kept in the DrawingBoard -
+    // Font keys for the next Text selection and the next board.
+    void cmdFontSetting_Click(const BoardLabel& font);
+    // A line of the chat strip to be read aloud here (speech lives beside
+    // the board, not under it).
+    std::function<void(const QString&)> speakLocalLine;
     // Ctrl+G on the board: the ring here and at the peer.
     void ringPeer();
 
@@ -116,8 +122,15 @@ public:
     // Returns the file written, empty when none.
     void openPreviewFile();
     QString savePreviewAs();
+    // A named file (dropped on frmTmp, picked in frmDlg) into the preview,
+    // through the same checks; false when none of it was shown.
+    bool openPreviewPath(const QString& path);
     // The chosen picture becomes an object, captscr.jpg and the peer's.
     void PostCapture(const QImage& picture);
+
+    // txtFont's colours: ours, and the peer's as its "&&fc" and "&&bc" say.
+    qint32 sampleFore = 0;
+    qint32 sampleBack = 0xFFFFFF;
 
     // The peer's line on the board ("<Close>" once it has left) and the
     // histories of the strip, each kept to kHistoryLimit characters.
@@ -136,6 +149,15 @@ public:
 
 Q_SIGNALS:
     void clientLineChanged(const QString& text);
+    // txtFont shows another font or colours.
+    void labelFontChanged();
+    // On top: the board comes to the front (topmost and back again).
+    void raiseBoard();
+    // A preview window up and not maximised takes the screen's width and
+    // its height less 600 twips.
+    void fitPreviewToScreen();
+    // The mouse moved over the surface: a user who was away is back.
+    void userBack();
     void captionChanged(const QString& caption);
     void hintChanged(const QString& hint);
     void toolChanged(BoardTool tool);
@@ -169,6 +191,7 @@ private:
     void notReady() override;
     void ready() override;
     void chat(const QString& line) override;
+    void foreColor(const RemoteParams& r) override;
     void backColor(const RemoteParams& r) override;
     void label(const QString& text, const RemoteParams& r) override;
     void rect(const RemoteParams& r) override;
@@ -223,6 +246,8 @@ private:
         bool told = false;
     };
     ReceivedPicture m_received;
+    // The label font the peer last had from us on this board.
+    std::optional<BoardLabel> m_fontSent;
 };
 
 }  // namespace vonnel

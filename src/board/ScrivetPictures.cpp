@@ -73,12 +73,20 @@ void Scrivet::openPreviewFile()
     const QString path = m_ctx.prompter().file(request);
     if (path.isEmpty())
         return;
+    openPreviewPath(path);
+}
+
+bool Scrivet::openPreviewPath(const QString& path)
+{
+    if (!m_preview)
+        return false;
     const QImage picture = checkedPicture(path);
     if (picture.isNull() || !m_preview)
-        return;
+        return false;
     m_preview->picture = picture;
     m_preview->title = QFileInfo(path).fileName() + QStringLiteral(" - Picture Preview");
     Q_EMIT previewRequested();
+    return true;
 }
 
 QString Scrivet::savePreviewAs()

@@ -8,6 +8,7 @@
 #include "core/CopyContext.h"
 #include "core/Sender.h"
 #include "core/Views.h"
+#include "core/WireCodec.h"
 #include "platform/Prompter.h"
 #include "wire/LiveTyping.h"
 
@@ -16,6 +17,12 @@ namespace vonnel {
 using namespace board;
 
 namespace {
+
+bool sameFont(const BoardLabel& a, const BoardLabel& b)
+{
+    return a.fontName == b.fontName && a.fontSize == b.fontSize && a.bold == b.bold &&
+           a.italic == b.italic && a.underline == b.underline && a.strikethrough == b.strikethrough;
+}
 
 ItemKind bandKind(const BoardTools& t)
 {
@@ -59,16 +66,35 @@ void Scrivet::selectTool(BoardTool tool)
         sendText(board::backColor(m_board.lblBackColour));
         break;
     case BoardTool::Text: {
-        const QString name = m_ctx.setting(QStringLiteral("DrawingBoard - Font"));
-        if (!name.isEmpty())
-            labelFont.fontName = name;
-        labelFont.bold = m_ctx.settingFlag(QStringLiteral("DrawingBoard - FontBold"));
-        labelFont.italic = m_ctx.settingFlag(QStringLiteral("DrawingBoard - FontItalic"));
-        labelFont.underline = m_ctx.settingFlag(QStringLiteral("DrawingBoard - FontUnderline"));
+        // The font of the last choice; a key never written leaves what
+        // the sample shows.
+        const auto flag = [this](const char* key, bool& value) {
+            const QString v = m_ctx.setting(QLatin1String(key)).trimmed();
+            if (!v.isEmpty())
+                value = m_ctx.settingFlag(QLatin1String(key));
+        };
+        BoardLabel font = labelFont;
+        if (const QString name = m_ctx.setting(QStringLiteral("DrawingBoard - Font")); !name.isEmpty())
+            font.fontName = name;
+        flag("DrawingBoard - FontBold", font.bold);
+        flag("DrawingBoard - FontItalic", font.italic);
+        flag("DrawingBoard - FontUnderline", font.underline);
         if (const int size = m_ctx.settingInt(QStringLiteral("DrawingBoard - FontSize")); size > 0)
-            labelFont.fontSize = size;
-        // The sample box takes the font; the peer's labels must take it too.
-        setLabelFont(labelFont);
+            font.fontSize = size;
+        labelFont = font;
+        const auto colour = [this](const char* key, qint32& value) {
+            bool ok = false;
+            const qint32 v = m_ctx.setting(QLatin1String(key)).trimmed().toInt(&ok);
+            if (ok)
+                value = v;
+        };
+        colour("DrawingBoard - FontForeColor", sampleFore);
+        colour("DrawingBoard - FontBackColor", sampleBack);
+        Q_EMIT labelFontChanged();
+        // The peer's labels take the font too; it hears of it only when it
+        // differs from what it has from us.
+        if (!m_fontSent || !sameFont(*m_fontSent, font))
+            setLabelFont(font);
         break;
     }
     default:
@@ -112,9 +138,10 @@ void Scrivet::mouseMove(int x, int y, bool leftDown)
 {
     m_tools.setCurrent(x, y);
     m_tools.countMove();
+    Q_EMIT userBack();
     if (const QString h = m_tools.hint(); h != m_hint) {
         m_hint = h;
-        Q_EMIT hintChanged(h);
+        Q_EMIT hintChanged(m_ctx.translate(h));
     }
     if (!leftDown)
         return;
@@ -230,6 +257,8 @@ void Scrivet::mnuEraseAll_Click()
 void Scrivet::setForeColour(qint32 colour)
 {
     m_board.lblForeColour = colour;
+    sampleFore = colour;
+    Q_EMIT labelFontChanged();
     sendText(board::foreColor(colour));
 }
 
@@ -237,11 +266,16 @@ void Scrivet::setBackColour(qint32 colour)
 {
     m_board.lblBackColour = colour;
     m_board.eraseBkCol(colour);
+    sampleBack = colour;
+    Q_EMIT labelFontChanged();
     sendText(board::backColor(colour));
 }
 
 void Scrivet::setThickness(int n)
 {
+    // Kept at once: the next drawing tool loads it from the key.
+    if (n != m_board.txtThick || m_ctx.settingInt(QStringLiteral("DrawingBoard - Thickness")) != n)
+        m_ctx.writeSetting(QStringLiteral("DrawingBoard - Thickness"), QString::number(n));
     m_board.txtThick = n;
     sendText(board::thickness(n));
 }
@@ -251,8 +285,30 @@ void Scrivet::setLabelFont(const BoardLabel& font)
     if (peerLeft())
         return;
     labelFont = font;
+    Q_EMIT labelFontChanged();
+    if (!IsConnected())
+        return;
     sendText(board::font({font.fontName, float(font.fontSize), font.bold, font.italic,
                           font.underline, font.strikethrough}));
+    m_fontSent = font;
+}
+
+void Scrivet::cmdFontSetting_Click(const BoardLabel& font)
+{
+    if (peerLeft())
+        return;
+    const auto flag = [](bool on) { return on ? QStringLiteral("1") : QStringLiteral("0"); };
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - Font"), font.fontName);
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontSize"), QString::number(font.fontSize));
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontBold"), flag(font.bold));
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontItalic"), flag(font.italic));
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontUnderline"), flag(font.underline));
+    // The sample's colours, as it shows the label.
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontForeColor"),
+                       QString::number(m_board.lblForeColour));
+    m_ctx.writeSetting(QStringLiteral("DrawingBoard - FontBackColor"),
+                       QString::number(m_board.lblBackColour));
+    setLabelFont(font);
 }
 
 void Scrivet::ringPeer()
@@ -283,6 +339,12 @@ void Scrivet::cmdSendText_Click(const QString& line)
             return;
         }
     }
+    // Read aloud here, spoken at the peer, then the line itself: as a
+    // finished line of the pane.
+    if (!m_ctx.settingFlag(QStringLiteral("Local Speaker Off")) && speakLocalLine)
+        speakLocalLine(line);
+    if (!m_ctx.settingFlag(QStringLiteral("Disable Auto TTS Signal")))
+        sendText(wire::text(wire::kSpeakOpen) + line + wire::text(wire::kSpeakClose));
     sendText(board::chatLine(line));
     txtServerHist += line + QStringLiteral("\r\n");
     if (txtServerHist.size() > kHistoryLimit)

@@ -23,9 +23,10 @@ enum class Form {
     frmNetResolve,
     frmAutoConnect,
     frmAutoIP,
+    frmOptions,
 };
 
-inline constexpr int kFormCount = int(Form::frmAutoIP) + 1;
+inline constexpr int kFormCount = int(Form::frmOptions) + 1;
 
 // The form's object name: "frmProperty", "frmLogin" ...
 inline QString formName(Form f)
@@ -48,6 +49,7 @@ inline QString formName(Form f)
     case Form::frmNetResolve: return QStringLiteral("frmNetResolve");
     case Form::frmAutoConnect: return QStringLiteral("frmAutoConnect");
     case Form::frmAutoIP: return QStringLiteral("frmAutoIP");
+    case Form::frmOptions: return QStringLiteral("frmOptions");
     }
     return QString();
 }

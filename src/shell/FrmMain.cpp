@@ -121,6 +121,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&p.receiver, &Receiver::speakerSettingReceived, &p.speech, &Speech::SaveSpeakerSetting);
     connect(&p.receiver, &Receiver::speakReceived, &p.speech, &Speech::speakReceived);
     p.typing.speakLocalLine = [&p](const QString& line) { p.speech.SpeakText(line, true); };
+    p.scrivet.speakLocalLine = [&p](const QString& line) { p.speech.SpeakText(line, true); };
     p.typing.sendSpeakerSetting = [&p] { p.speech.SendSpeakerSetting(); };
     connect(&p.ctx, &CopyContext::stopAudio, &p.speech, [&p] { p.speech.dssTTS().audioReset(); });
     connect(&p.receiver, &Receiver::refreshAnswerStarts, &p.typing, &LiveTyping::cancelFollowUp);
@@ -143,6 +144,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     connect(&m_tTimer2, &QTimer::timeout, &p.away, &AwayNotice::tTimer2_Timer);
     connect(&p.model, &MainModel::windowStateChanged, &p.away, &AwayNotice::Form_Resize);
     connect(&p.session, &Session::sessionEnded, &p.away, &AwayNotice::sessionEnded);
+    connect(&p.scrivet, &Scrivet::userBack, &p.away, &AwayNotice::boardMouseMove);
     p.commands->connectToAddress = [&p](const QString& host, const QString& port) {
         p.connection.connectTo(host, port);
     };

@@ -394,6 +394,7 @@ void MainWindow::mnuOptions_Click()
     std::optional<std::array<QString, kOptCount>> held;
     for (;;) {
         OptionsDialog dialog(m_frm, this);
+        m_options = &dialog;
         if (held)
             for (int c = 0; c < kOptCount; ++c)
                 if (dialog.model().value(Opt(c)) != (*held)[size_t(c)])

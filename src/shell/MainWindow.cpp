@@ -502,6 +502,9 @@ void MainWindow::unload(Form form)
         m_boardWindow = nullptr;
         m_frm.scrivet().windowGone();
     }
+    // frmOptions is unloaded as closed without OK.
+    if (form == Form::frmOptions && m_options)
+        m_options->reject();
     if (QDialog* d = netToolWindow(form))
         d->close();
 }
@@ -518,6 +521,8 @@ bool MainWindow::isVisible(Form form) const
         return m_urlHistory && m_urlHistory->isVisible();
     if (form == Form::frmDraw)
         return m_boardWindow && m_boardWindow->isVisible();
+    if (form == Form::frmOptions)
+        return m_options && m_options->isVisible();
     if (QDialog* d = netToolWindow(form))
         return d->isVisible();
     return false;

@@ -157,6 +157,7 @@ private:
     QPointer<EncryptDialog> m_encrypt;
     QPointer<UrlHistoryWindow> m_urlHistory;
     QPointer<BoardWindow> m_boardWindow;
+    QPointer<QDialog> m_options;  // frmOptions while it runs
     QHash<int, QPointer<QDialog>> m_netTools;  // by Form
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;

@@ -84,6 +84,15 @@ void AwayNotice::txtServer_MouseMove()
         takeBack();
 }
 
+void AwayNotice::boardMouseMove()
+{
+    if (!awayShown || !active())
+        return;
+    m_sender.xSendData(wire::text(wire::kBoardChatOpen) + wire::text(wire::kBoardChatClose));
+    awayShown = false;
+    m_model.setLblStealth(QString());
+}
+
 void AwayNotice::sessionEnded()
 {
     awayShown = false;

@@ -39,6 +39,9 @@ public:
     void Form_Resize();
     // The mouse moved over the local pane: the user is back.
     void txtServer_MouseMove();
+    // The mouse moved over the board's surface: the user is back, and the
+    // peer's board line goes empty.
+    void boardMouseMove();
     // A session ended: nothing stands any more.
     void sessionEnded();
 

@@ -16,7 +16,7 @@ check "cmake --install succeeds" "[ $? -eq 0 ]"
 data=$prefix/share/vonnel
 for f in bin/vonnel share/applications/vonnel.desktop share/icons/hicolor/scalable/apps/vonnel.svg \
          share/icons/hicolor/16x16/apps/vonnel.png share/icons/hicolor/256x256/apps/vonnel.png \
-         share/vonnel/vonnel.ini.preset share/vonnel/TIPS.TXT share/vonnel/ring.wav \
+         share/vonnel/vonnel.ini.preset share/vonnel/TIPS.TXT share/vonnel/DrawTips.txt share/vonnel/ring.wav \
          share/metainfo/invalid.vonnel.vonnel.metainfo.xml share/man/man1/vonnel.1.gz \
          share/doc/vonnel/copyright share/doc/vonnel/changelog.gz; do
   check "installed $f" "[ -s '$prefix/$f' ]"
@@ -38,7 +38,7 @@ check "first start listens on the preset's port" "listening $port"
 check "no box at the first start" "! grep -q '^box' '$work/err1'"
 check "vonnel.ini made from the preset" "grep -q '^LocalPort=$port' '$user/vonnel.ini'"
 check "usage counted in the user's copy" "grep -q '^Usage=3' '$user/vonnel.ini'"
-for f in vonnel.ini.preset TIPS.TXT ring.wav alert.wav; do
+for f in vonnel.ini.preset TIPS.TXT DrawTips.txt ring.wav alert.wav; do
   check "user folder has $f" "cmp -s '$data/$f' '$user/$f'"
 done
 # The help pages and the language file, whichever the install holds.

@@ -7,6 +7,7 @@
 #include "access/Encryption.h"
 #include "access/LockForms.h"
 #include "access/PasswordStore.h"
+#include "board/Scrivet.h"
 #include "core/Cp1252.h"
 #include "core/Translator.h"
 #include "nettools/NetViewModel.h"
@@ -14,6 +15,7 @@
 #include "shell/NetTools.h"
 #include "shell/dialogs/LockDialogs.h"
 #include "shell/dialogs/NetRangeDialog.h"
+#include "shell/dialogs/PictureBrowser.h"
 #include "shell/dialogs/PreviewWindow.h"
 #include "shell/dialogs/OptionsDialog.h"
 #include "support/TestCopy.h"
@@ -167,6 +169,14 @@ TEST(LangTxt, HoldsEveryKeyTheWindowsAskFor)
         EXPECT_TRUE(waitUntil([&] { return !view.txtPing().endsWith(QLatin1String("...")); }, 3000));
         for (const char* key : {"Please wait....", "Resolving ", ": Online", "Updated: ", "No reply: "})
             EXPECT_TRUE(asked.contains(QLatin1String(key))) << key;
+    }
+    PictureBrowser browser(frm.ctx());
+    browser.selectFile(QStringLiteral("vonnel.ini"));
+    // The board's hints, one for each tool that has one.
+    int x = 300;
+    for (BoardTool t : {BoardTool::Draw, BoardTool::Erase, BoardTool::Capture, BoardTool::Image}) {
+        frm.scrivet().selectTool(t);
+        frm.scrivet().mouseMove(x += 15, 300, false);
     }
     for (Form f : {Form::frmDraw, Form::frmURLHistory, Form::frmNetView, Form::frmNetResolve,
                    Form::frmAutoConnect, Form::frmAutoIP})

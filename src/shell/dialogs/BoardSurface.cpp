@@ -52,6 +52,14 @@ void BoardSurface::leaveEvent(QEvent*)
 
 void BoardSurface::mousePressEvent(QMouseEvent* e)
 {
+    // A label's own menu, in place of the board's.
+    if (e->button() == Qt::RightButton) {
+        if (const int n = labelAt(QPoint(twips(e->position().x()), twips(e->position().y())))) {
+            m_labelMenu = true;
+            Q_EMIT labelMenuRequested(n);
+            return;
+        }
+    }
     m_board.mouseDown(twips(e->position().x()), twips(e->position().y()),
                       e->button() == Qt::RightButton);
 }
@@ -68,14 +76,16 @@ void BoardSurface::mouseReleaseEvent(QMouseEvent* e)
 {
     m_cross.reset();
     update();
+    if (m_labelMenu && e->button() == Qt::RightButton) {
+        m_labelMenu = false;
+        return;
+    }
     m_board.mouseUp(twips(e->position().x()), twips(e->position().y()),
                     e->button() == Qt::RightButton);
 }
 
-void BoardSurface::mouseDoubleClickEvent(QMouseEvent* e)
+int BoardSurface::labelAt(QPoint at) const
 {
-    // A double-click on a label takes it back, here and at the peer.
-    const QPoint at(twips(e->position().x()), twips(e->position().y()));
     const Board& b = m_board.board();
     for (qsizetype i = b.items().size() - 1; i >= 0; --i) {
         const BoardItem& item = b.items()[i];
@@ -84,11 +94,17 @@ void BoardSurface::mouseDoubleClickEvent(QMouseEvent* e)
         const QFontMetrics fm(font());
         const QRect area(item.x1, item.y1, twips(fm.horizontalAdvance(b.labelText(item).text)) + 150,
                          twips(fm.height()) + 150);
-        if (area.contains(at)) {
-            m_board.eraseLabelByUser(item.number);
-            return;
-        }
+        if (area.contains(at))
+            return item.number;
     }
+    return 0;
+}
+
+void BoardSurface::mouseDoubleClickEvent(QMouseEvent* e)
+{
+    // A double-click on a label takes it back, here and at the peer.
+    if (const int n = labelAt(QPoint(twips(e->position().x()), twips(e->position().y()))))
+        m_board.eraseLabelByUser(n);
 }
 
 void BoardSurface::resizeEvent(QResizeEvent*)

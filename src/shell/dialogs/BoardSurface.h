@@ -16,6 +16,12 @@ class BoardSurface : public QWidget {
 public:
     explicit BoardSurface(Scrivet& board, QWidget* parent = nullptr);
     QSize sizeHint() const override;
+    // The number of the visible label under a point in twips; 0 for none.
+    int labelAt(QPoint twipsPoint) const;
+
+Q_SIGNALS:
+    // The right button went down on a label: its menu.
+    void labelMenuRequested(int number);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -31,6 +37,9 @@ private:
     BoardPaint m_raster;
     // The crosshair's place in twips while the mouse is over the surface.
     std::optional<QPoint> m_cross;
+    // The right button's press opened a label's menu: its release is not
+    // the board's.
+    bool m_labelMenu = false;
 };
 
 }  // namespace vonnel

@@ -7,11 +7,11 @@
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
 #include "shell/dialogs/BoardSurface.h"
+#include "shell/dialogs/BoardToolPanel.h"
 #include "shell/dialogs/PreviewWindow.h"
+#include "shell/dialogs/TipWindow.h"
 
 #include <QCloseEvent>
-#include <QColorDialog>
-#include <QFontDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -19,8 +19,9 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRandomGenerator>
+#include <QTimer>
 #include <QScrollArea>
-#include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -75,44 +76,17 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
         tools->addWidget(b);
         m_tools << b;
     }
-    m_thick = new QSpinBox;
-    m_thick->setObjectName(QStringLiteral("txtThick"));
-    m_thick->setToolTip(tr("Thickness"));
-    m_thick->setRange(1, 99);
-    m_thick->setValue(m_board.board().txtThick);
-    connect(m_thick, &QSpinBox::valueChanged, this, [this](int n) {
-        if (n != m_board.board().txtThick)
-            m_board.setThickness(n);
-    });
-    auto* fore = button(QStringLiteral("lblForeColour"), tr("Colour"));
-    auto* back = button(QStringLiteral("lblBackColour"), tr("Background"));
-    auto* fontButton = button(QStringLiteral("cmdFontSetting"), tr("Font"));
     auto* undo = button(QStringLiteral("cmdUndo"), tr("Undo"));
     auto* eraseAll = button(QStringLiteral("mnuEraseAll"), tr("Erase All"));
     auto* save = button(QStringLiteral("cmdSave"), tr("Save"));
     auto* closeBoard = button(QStringLiteral("cmdCloseDraw"), tr("Close"));
     undo->hide();
-    connect(fore, &QPushButton::clicked, this, [this] { chooseColour(true); });
-    connect(back, &QPushButton::clicked, this, [this] { chooseColour(false); });
-    connect(fontButton, &QPushButton::clicked, this, [this] {
-        const BoardLabel& now = m_board.labelFont;
-        QFont current(now.fontName, now.fontSize);
-        bool ok = false;
-        const QFont f = QFontDialog::getFont(&ok, current, this);
-        if (ok)
-            m_board.setLabelFont({QString(), f.family(), f.pointSize(), f.bold(), f.italic(),
-                                  f.underline(), f.strikeOut()});
-    });
     connect(undo, &QPushButton::clicked, &m_board, &Scrivet::cmdUndo_Click);
     connect(eraseAll, &QPushButton::clicked, &m_board, &Scrivet::mnuEraseAll_Click);
     connect(save, &QPushButton::clicked, this,
             [this] { cmdSave_Click(m_frm.ctx(), m_board.board()); });
     connect(closeBoard, &QPushButton::clicked, this, [this] { m_board.cmdCloseDraw_Click(); });
-    for (QWidget* w : {static_cast<QWidget*>(m_thick), static_cast<QWidget*>(fore),
-                       static_cast<QWidget*>(back), static_cast<QWidget*>(fontButton),
-                       static_cast<QWidget*>(undo),
-                       static_cast<QWidget*>(eraseAll), static_cast<QWidget*>(save),
-                       static_cast<QWidget*>(closeBoard)})
+    for (QPushButton* w : {undo, eraseAll, save, closeBoard})
         tools->addWidget(w);
     tools->addStretch();
 
@@ -120,6 +94,20 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     auto* scroll = new QScrollArea;
     scroll->setWidget(m_surface);
     scroll->setWidgetResizable(true);
+    m_panel = new BoardToolPanel(m_board, tr);
+    auto* middle = new QHBoxLayout;
+    middle->addWidget(m_panel);
+    middle->addWidget(scroll, 1);
+    // The label menu: take the label back, or ring.
+    connect(m_surface, &BoardSurface::labelMenuRequested, this, [this, tr](int n) {
+        QMenu menu(this);
+        menu.setObjectName(QStringLiteral("mnuPopLabel"));
+        QAction* erase = menu.addAction(tr("Erase"), this, [this, n] { m_board.eraseLabelByUser(n); });
+        erase->setObjectName(QStringLiteral("mnuEraseLabel"));
+        QAction* ring = menu.addAction(tr("Ring"), &m_board, &Scrivet::ringPeer);
+        ring->setObjectName(QStringLiteral("mnuRing"));
+        menu.exec(QCursor::pos());
+    });
 
     // The chat strip: the peer's line above ours.
     m_client = new QLabel(m_board.txtClient);
@@ -167,19 +155,29 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(tools);
-    layout->addWidget(scroll, 1);
+    layout->addLayout(middle, 1);
     layout->addWidget(clientHist);
     layout->addWidget(m_client);
     layout->addWidget(serverHist);
     layout->addLayout(strip);
     layout->addWidget(m_hint);
-    resize(900, 720);
+    resize(1000, 740);
+    // No button of the board is the dialog's default: Enter in the chat
+    // line sends the line and nothing else.
+    for (QPushButton* b : findChildren<QPushButton*>()) {
+        b->setAutoDefault(false);
+        b->setDefault(false);
+    }
     // Where the board stood last time, in twips.
     bool okLeft = false, okTop = false;
     const int left = m_frm.ctx().setting(QStringLiteral("Settings-DrawBoardLeft")).toInt(&okLeft);
     const int top = m_frm.ctx().setting(QStringLiteral("Settings-DrawBoardTop")).toInt(&okTop);
     if (okLeft && okTop)
         move(left / kTwipsPerPixel, top / kTwipsPerPixel);
+
+    // The board's tips come up with it, as the program's do at start.
+    if (m_frm.ctx().settingNumber(QStringLiteral("Show Tips at Startup")) == 1)
+        QTimer::singleShot(0, this, [this] { showDrawTips(); });
 
     connect(&m_board, &Scrivet::captionChanged, this, &QWidget::setWindowTitle);
     connect(&m_board, &Scrivet::clientLineChanged, m_client, &QLabel::setText);
@@ -191,13 +189,24 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
         toolButton(BoardTool::Capture)->setEnabled(on);
         toolButton(BoardTool::Image)->setEnabled(on);
     });
+    connect(&m_board, &Scrivet::raiseBoard, this, [this] {
+        // To the front of every window, the main one included.
+        if (isMinimized())
+            showNormal();
+        raise();
+        activateWindow();
+    });
+    connect(&m_board, &Scrivet::fitPreviewToScreen, this, [this] {
+        if (m_preview && m_preview->isVisible() && !m_preview->isMaximized())
+            m_preview->fitToScreen();
+    });
     connect(&m_board, &Scrivet::minimiseBoard, this,
             [this](bool away) { away ? showMinimized() : showNormal(); });
     connect(&m_board, &Scrivet::previewRequested, this, [this] {
         if (m_preview)
             return;  // a further file shown in the window already up
         auto* preview = new PreviewWindow(m_board, this);
-        preview->show();
+        preview->showMaximized();
         preview->raise();
         m_preview = preview;
     });
@@ -209,6 +218,10 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
             menu.addAction(tr("Erase All"), &m_board, &Scrivet::mnuEraseAll_Click);
         } else {
             menu.addAction(tr("Save"), this, [this] { cmdSave_Click(m_frm.ctx(), m_board.board()); });
+            QAction* ring = menu.addAction(tr("Ring"), &m_board, &Scrivet::ringPeer);
+            ring->setObjectName(QStringLiteral("mnuRing"));
+            QAction* tips = menu.addAction(tr("Tips"), this, &BoardWindow::showDrawTips);
+            tips->setObjectName(QStringLiteral("mnuDrawTips"));
             // mnuDrawMute: the main window's Mute.
             if (m_mute)
                 menu.addAction(m_mute);
@@ -218,25 +231,29 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     });
 }
 
+TipWindow* BoardWindow::showDrawTips()
+{
+    if (m_tips)
+        return m_tips;
+    auto* tips = new TipWindow(m_frm, QLatin1String(TipWindow::kDrawTips),
+                               int(QRandomGenerator::global()->bounded(1 << 16)), this,
+                               QStringLiteral("frmDrawTip"));
+    tips->setAttribute(Qt::WA_DeleteOnClose);
+    if (!tips->hasTips()) {
+        tips->close();
+        return nullptr;
+    }
+    tips->show();
+    m_tips = tips;
+    return tips;
+}
+
 QToolButton* BoardWindow::toolButton(BoardTool tool) const
 {
     for (qsizetype i = 0; i < std::size(kToolOrder); ++i)
         if (kToolOrder[i] == tool)
             return m_tools.value(i);
     return nullptr;
-}
-
-void BoardWindow::chooseColour(bool fore)
-{
-    const Board& b = m_board.board();
-    const QColor now = QColor::fromRgb(boardColour(fore ? b.lblForeColour : b.lblBackColour));
-    const QColor c = QColorDialog::getColor(now, this);
-    if (!c.isValid())
-        return;
-    if (fore)
-        m_board.setForeColour(wireColour(c.rgb()));
-    else
-        m_board.setBackColour(wireColour(c.rgb()));
 }
 
 void BoardWindow::hideEvent(QHideEvent* event)
@@ -250,6 +267,13 @@ void BoardWindow::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_F1) {
         m_frm.ctx().desktop().openFile(m_frm.ctx().HelpPath + QStringLiteral("usingscrivet.htm"));
+        return;
+    }
+    // Enter belongs to the chat line (its Send), Esc to nothing: the board
+    // has no default button to press and is closed only by its Close.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+        event->key() == Qt::Key_Escape) {
+        event->accept();
         return;
     }
     // Ctrl+G rings here and at the peer.

@@ -22,6 +22,8 @@ class Scrivet;
 enum class BoardTool;
 
 class BoardSurface;
+class BoardToolPanel;
+class TipWindow;
 
 class BoardWindow : public QDialog {
     Q_OBJECT
@@ -33,8 +35,12 @@ public:
     QLineEdit* txtServer() const { return m_server; }
     QLabel* txtClient() const { return m_client; }
     QToolButton* toolButton(BoardTool tool) const;
+    // The colours, thickness and font of the tools.
+    BoardToolPanel* toolPanel() const { return m_panel; }
     // frmTmp while a picture waits for the user's choice.
     PreviewWindow* previewWindow() const { return m_preview; }
+    // frmDrawTip: the board's tips; null when DrawTips.txt holds none.
+    TipWindow* showDrawTips();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -42,7 +48,6 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void chooseColour(bool fore);
 
     FrmMain& m_frm;
     Scrivet& m_board;
@@ -50,9 +55,10 @@ private:
     QLineEdit* m_server;
     QLabel* m_client;
     QLabel* m_hint;
-    QSpinBox* m_thick;
+    BoardToolPanel* m_panel;
     QList<QToolButton*> m_tools;
     QPointer<PreviewWindow> m_preview;
+    QPointer<TipWindow> m_tips;
     QAction* m_mute;
 };
 

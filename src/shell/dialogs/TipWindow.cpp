@@ -13,11 +13,11 @@
 
 namespace vonnel {
 
-TipWindow::TipWindow(FrmMain& frm, const QString& file, int start, QWidget* parent)
+TipWindow::TipWindow(FrmMain& frm, const QString& file, int start, QWidget* parent, const QString& form)
     : QDialog(parent), m_frm(frm), m_tips(frm.ctx().appFile(file), start)
 {
     CopyContext& c = frm.ctx();
-    setObjectName(QStringLiteral("frmTip"));
+    setObjectName(form);
     setWindowTitle(c.translate(QStringLiteral("Tips of the day"), QStringLiteral("Tips")));
 
     auto* bulb = new QLabel(this);

@@ -1,7 +1,8 @@
 #pragma once
 // frmTip: the tips of the day, one at a time from a random place, the next
 // one on cmdNextTip (the first after the last), and the check box that
-// says whether the window comes up at start.
+// says whether the window comes up at start. frmDrawTip is the same window
+// for the board, on DrawTips.txt.
 
 #include "shell/Tips.h"
 
@@ -19,8 +20,10 @@ class TipWindow : public QDialog {
     Q_OBJECT
 public:
     // file: the tips' file in the application folder; start: the first tip
-    // shown (taken modulo the count).
-    TipWindow(FrmMain& frm, const QString& file, int start, QWidget* parent = nullptr);
+    // shown (taken modulo the count); form: the window's name.
+    TipWindow(FrmMain& frm, const QString& file, int start, QWidget* parent = nullptr,
+              const QString& form = QStringLiteral("frmTip"));
+    static constexpr const char* kDrawTips = "DrawTips.txt";
 
     bool hasTips() const { return !m_tips.isEmpty(); }
     QString shownTip() const;
