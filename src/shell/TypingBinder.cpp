@@ -191,8 +191,25 @@ void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
     view->setPalette(pal);
 }
 
+int TypingBinder::physicalKey(const QKeyEvent* e)
+{
+    // The key's own code where the platform gives one: Qt's key can change
+    // between press and release with the modifiers (Shift+1 is "!").
+    return e->nativeScanCode() != 0 ? int(e->nativeScanCode()) : e->key();
+}
+
 bool TypingBinder::keyPress(QKeyEvent* e)
 {
+    // The X server repeats a held key as a release and a press at one
+    // instant; Qt tells them apart only when the press has already come in.
+    const int key = physicalKey(e);
+    const bool sameInstant =
+        e->timestamp() != 0 && key == m_lastUp.key && e->timestamp() == m_lastUp.time;
+    if (sameInstant && m_lastUp.wasDown)
+        m_keysDown.insert(key);
+    if ((e->isAutoRepeat() || sameInstant) && !m_keysDown.contains(key))
+        return true;
+    m_keysDown.insert(key);
     LiveTyping& typing = m_frm.typing();
     const int code = keyCode(e);
     const int shift = shiftState(e->modifiers());
@@ -244,6 +261,10 @@ bool TypingBinder::keyRelease(QKeyEvent* e)
     // A held key repeats its press; its release comes once, at the end.
     if (e->isAutoRepeat())
         return true;
+    const int key = physicalKey(e);
+    m_lastUp = {key, e->timestamp(), m_keysDown.remove(key)};
+    if (!m_lastUp.wasDown)
+        return true;
     m_frm.typing().keyboardRelease(keyCode(e), shiftState(e->modifiers()));
     const int k = e->key();
     const bool navigation = k == Qt::Key_Left || k == Qt::Key_Right || k == Qt::Key_Up ||
@@ -283,8 +304,12 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
         }
         break;
     case QEvent::FocusIn:
-        if (watched == m_server)
+        if (watched == m_server) {
+            // A key already down when the focus came went down elsewhere.
+            m_keysDown.clear();
+            m_lastUp = {};
             typing.txtServer_GotFocus();
+        }
         break;
     case QEvent::DragEnter:
     case QEvent::DragMove: {

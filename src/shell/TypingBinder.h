@@ -8,6 +8,7 @@
 //     new TypingBinder(m_frm, m_server, m_client);
 
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 class QKeyEvent;
@@ -45,9 +46,23 @@ private:
     bool keyRelease(QKeyEvent* e);
     // The widget's caret and selection into the pane model.
     void takeSelection();
+    // Which physical key an event is of, the same at its press and release.
+    static int physicalKey(const QKeyEvent* e);
 
     FrmMain& m_frm;
     QPlainTextEdit* m_server;
+    // Keys that went down in this pane and are not up yet. A key held down
+    // elsewhere (the Return that answered a box which has closed since,
+    // another window) repeats into whatever has the focus: those repeats
+    // and its release are not typing.
+    QSet<int> m_keysDown;
+    // The last release: a press of the same key at the same instant is a
+    // repeat, also where the platform did not see it as one.
+    struct KeyUp {
+        int key = 0;
+        quint64 time = 0;
+        bool wasDown = false;
+    } m_lastUp;
 };
 
 }  // namespace vonnel
