@@ -4,7 +4,9 @@
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A run that photographs windows (VONNEL_SCREENS) keeps its display.
+    if (qEnvironmentVariableIsEmpty("VONNEL_SCREENS"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

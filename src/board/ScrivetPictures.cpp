@@ -205,6 +205,9 @@ void Scrivet::cancelPreview()
 {
     m_preview.reset();
     m_tools.imagePending = m_tools.capturePending = false;
+    // The frame waited for the picture; none comes.
+    m_tools.band.reset();
+    Q_EMIT bandChanged();
 }
 
 void Scrivet::PostCapture(const QImage& picture)

@@ -30,6 +30,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTimer>
@@ -285,6 +286,10 @@ TEST_F(PreviewOnBoard, FitZoomSliderAndCentring)
     preview->slidResize()->setValue(150);
     EXPECT_EQ(preview->zoom(), 150);
     EXPECT_EQ(preview->picture1()->width(), 2400);
+    // Larger than the view: its middle is shown.
+    const QScrollBar* across = preview->view()->horizontalScrollBar();
+    ASSERT_GT(across->maximum(), 0);
+    EXPECT_EQ(across->value(), across->maximum() / 2);
     preview->setZoom(50);
     EXPECT_EQ(preview->slidResize()->value(), 50);
 
@@ -329,6 +334,12 @@ TEST_F(PreviewOnBoard, ADroppedFileIsShownAndAMissingOneSaysSo)
     preview->openDropped(copy.file("gone.jpg"));
     EXPECT_TRUE(copy.prompter().asked("File Open Error"));
     EXPECT_EQ(s().preview()->picture.size(), QSize(200, 100));
+
+    // Closed without a choice: nothing waits, and the frame on the board goes.
+    ASSERT_TRUE(s().tools().band.has_value());
+    preview->close();
+    EXPECT_FALSE(s().preview().has_value());
+    EXPECT_FALSE(s().tools().band.has_value());
 }
 
 TEST(BoardPeersWindows, TheOptionsDialogGivesWayToThePeersBoard)

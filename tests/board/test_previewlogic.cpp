@@ -100,6 +100,7 @@ TEST(PictureBrowser, ListsFoldersAndFilesAndShowsAPicture)
     for (int i = 0; i < dlg.filList()->count(); ++i)
         files << dlg.filList()->item(i)->text();
     EXPECT_EQ(dirs, (QStringList{"..", "sub"}));
+    EXPECT_EQ(dlg.findChild<QLabel*>("lblFolder")->text(), QDir::toNativeSeparators(QDir(folder).absolutePath()));
     EXPECT_EQ(files, (QStringList{"blue.jpg", "notes.txt"}));
 
     dlg.filList()->setCurrentRow(0);

@@ -32,6 +32,9 @@ PictureBrowser::PictureBrowser(CopyContext& ctx, QWidget* parent, const QString&
             m_drives->addItem(volume.rootPath());
     if (m_drives->findText(QDir::homePath()) < 0)
         m_drives->addItem(QDir::homePath());
+    m_where = new QLabel;
+    m_where->setObjectName(QStringLiteral("lblFolder"));
+    m_where->setTextFormat(Qt::PlainText);
     m_dirs = new QListWidget;
     m_dirs->setObjectName(QStringLiteral("dirList"));
     m_files = new QListWidget;
@@ -62,6 +65,7 @@ PictureBrowser::PictureBrowser(CopyContext& ctx, QWidget* parent, const QString&
 
     auto* lists = new QVBoxLayout;
     lists->addWidget(m_drives);
+    lists->addWidget(m_where);
     lists->addWidget(m_dirs, 1);
     auto* side = new QVBoxLayout;
     side->addWidget(m_image);
@@ -90,6 +94,21 @@ void PictureBrowser::openFolder(const QString& folder)
         return;
     }
     m_folder = dir.absolutePath();
+    m_where->setText(QDir::toNativeSeparators(m_folder));
+    // The drive the folder lies on: the longest root it begins with.
+    int drive = -1;
+    qsizetype longest = -1;
+    for (int i = 0; i < m_drives->count(); ++i) {
+        const QString root = m_drives->itemText(i);
+        if (m_folder.startsWith(root) && root.size() > longest) {
+            drive = i;
+            longest = root.size();
+        }
+    }
+    if (drive >= 0) {
+        const QSignalBlocker block(m_drives);
+        m_drives->setCurrentIndex(drive);
+    }
     m_dirs->clear();
     if (!dir.isRoot())
         m_dirs->addItem(QStringLiteral(".."));

@@ -39,6 +39,7 @@ private:
     CopyContext& m_ctx;
     QString m_folder;
     QComboBox* m_drives;
+    QLabel* m_where;
     QListWidget* m_dirs;
     QListWidget* m_files;
     QLabel* m_image;

@@ -21,6 +21,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QVBoxLayout>
 
@@ -125,6 +126,11 @@ void PreviewWindow::setZoom(int percent)
     m_picture->adjustSize();
     // After each zoom the picture goes to the middle, unless it is to stay.
     m_scroll->setAlignment(centred() ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignTop);
+    // A picture larger than the view shows its middle.
+    if (centred()) {
+        for (QScrollBar* bar : {m_scroll->horizontalScrollBar(), m_scroll->verticalScrollBar()})
+            bar->setValue((bar->maximum() + bar->minimum()) / 2);
+    }
     const QSignalBlocker block(m_slider);
     m_slider->setValue(m_zoom);
 }
