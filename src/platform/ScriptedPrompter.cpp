@@ -96,6 +96,13 @@ std::optional<QString> ScriptedPrompter::input(const QString& title, const QStri
 
 QString ScriptedPrompter::file(const FileRequest& request)
 {
+    const QString answer = answerFile(request);
+    m_records.last().folder = request.folder;
+    return answer;
+}
+
+QString ScriptedPrompter::answerFile(const FileRequest& request)
+{
     const QString scripted = nextAnswer();
     const QString text = request.proposedName.isEmpty() ? request.filter : request.proposedName;
     if (request.filterIndex)

@@ -16,6 +16,7 @@ struct PromptRecord {
     QString text;
     QString answer;  // as written in the answers file
     int style = 0;   // a box's MsgStyle sum
+    QString folder;  // where a file dialog opens
 };
 
 class ScriptedPrompter : public Prompter {
@@ -40,6 +41,7 @@ public:
 
 private:
     QString nextAnswer();
+    QString answerFile(const FileRequest& request);
     void record(const QString& kind, const QString& title, const QString& text,
                 const QString& answer);
 

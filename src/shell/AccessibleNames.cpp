@@ -42,7 +42,8 @@ QString labelText(const QWidget* w)
 }
 
 // Controls a screen reader has to name; a button's or a check box's own
-// text already names it, and a scroll bar is named by its direction.
+// text already names it, and a scroll bar takes no focus and is told by
+// its role.
 bool needsName(const QWidget* w)
 {
     if (const auto* b = qobject_cast<const QAbstractButton*>(w))
@@ -148,7 +149,7 @@ QString derivedAccessibleName(const QWidget* w)
         return t;
     if (QString t = placeholder(w); !t.isEmpty())
         return t;
-    // Alone in a group: the group's title.
+    // Nothing beside it: the title of the group it sits in.
     if (const auto* group = qobject_cast<const QGroupBox*>(w->parentWidget()))
         return plain(group->title());
     return {};

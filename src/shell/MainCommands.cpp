@@ -239,9 +239,14 @@ void MainWindow::onTriggered(Control c)
     // typing logic's; it hears the same trigger.
     switch (c) {
     case Control::mnuFileExit:
-    case Control::mnuFileClose:
     case Control::mnuSysClose:
         close();
+        break;
+    case Control::mnuFileClose:
+        // Close puts the window away and the copy keeps listening: to the
+        // tray, or minimised where there is none. Exit ends the program.
+        m_frm.TrayOnly = 1;
+        m_frm.model().setWindowState(MainModel::vbMinimized);
         break;
     case Control::mnuSysShow:
         m_frm.ShowMain();

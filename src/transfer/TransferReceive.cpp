@@ -211,6 +211,7 @@ bool Transfer::chooseSavePath(const QString& name)
     req.title = QStringLiteral("Save File As");
     // The peer's name is only a proposal, and only its last part.
     req.proposedName = proposedSaveName(name);
+    req.folder = downloadFolder();
     const QString chosen = m_ctx.prompter().file(req);
     if (chosen.isEmpty()) {
         m_sender.xSendData(wire::text(wire::word(wire::FileMessage::RequestRejected)));

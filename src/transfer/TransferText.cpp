@@ -1,6 +1,9 @@
 #include "transfer/TransferText.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLocale>
+#include <QStandardPaths>
 #include <QRegularExpression>
 #include <cmath>
 
@@ -334,6 +337,14 @@ QString proposedSaveName(const QString& derivedName)
     if (name == QLatin1String(".") || name == QLatin1String(".."))
         return QString();
     return name;
+}
+
+QString downloadFolder()
+{
+    const QString downloads = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    if (!downloads.isEmpty() && QFileInfo(downloads).isDir())
+        return downloads;
+    return QDir::homePath();
 }
 
 bool isBareFileName(const QString& name)

@@ -85,6 +85,10 @@ OfferName deriveOfferName(const QString& offer);
 // folder ("." or "..").
 QString proposedSaveName(const QString& derivedName);
 
+// Where the Save dialog of a received file opens: the user's download
+// folder (XDG_DOWNLOAD_DIR) when it exists, else the home folder.
+QString downloadFolder();
+
 // A name the program would write by itself (a ring sound): no separator,
 // no "..", no drive, not empty.
 bool isBareFileName(const QString& name);

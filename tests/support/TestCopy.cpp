@@ -131,6 +131,10 @@ TestCopy::TestCopy(quint16 port, const QList<QPair<QString, QString>>& settings)
     // Past the first starts, when the password set-up runs.
     set(QStringLiteral("Usage"), QStringLiteral("10"));
     set(QStringLiteral("No Network Info Display"), QStringLiteral("1"));
+    // A test's copy ends without the exit question and calls without
+    // keeping the port, unless the test asks for the preset's choices.
+    set(QStringLiteral("Confirm Exit"), QStringLiteral("0"));
+    set(QStringLiteral("Permanent Port"), QStringLiteral("0"));
     for (const auto& kv : settings)
         set(kv.first, kv.second);
 }
