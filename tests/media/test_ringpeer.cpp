@@ -135,7 +135,7 @@ TEST_F(RingPeer, RingFetchIsBoundBySoundSizeLimit)
         send(frame(QByteArray(2000, char('v' + i))));
         ASSERT_TRUE(expectBytes(20).startsWith("%%Data Received-"));
     }
-    ASSERT_TRUE(waitUntil([&] { return !audio().played.isEmpty(); }))
+    ASSERT_TRUE(waitUntil([&] { return !audio().played.isEmpty(); }));
     EXPECT_EQ(QFileInfo(copy.file("small.wav")).size(), 10000);
     audio().played.clear();
     readFor(peer, 300);  // its acknowledgements
