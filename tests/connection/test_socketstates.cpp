@@ -1,5 +1,8 @@
 #include "connection/Connection.h"
 #include "core/IniStore.h"
+#include "core/MainModel.h"
+#include "core/StatusBar.h"
+#include "wire/LiveTyping.h"
 #include "support/Session.h"
 #include "support/TestCopy.h"
 #include "connection/Session.h"
@@ -7,6 +10,7 @@
 #include "core/CopyContext.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 
@@ -149,12 +153,47 @@ TEST_F(SocketStates, ConnectErrorsAndStates)
     EXPECT_EQ(other.State(), Winsock::sckClosed);
 }
 
+// The byte panels: bytes up to 1000, then whole kilobytes of 1024 with
+// thousands separators, whatever the locale of the machine.
 TEST(ByteCounts, BytesUpToAThousandThenKilobytes)
 {
-    EXPECT_EQ(Session::byteCountText(0), "0 B");
-    EXPECT_EQ(Session::byteCountText(1000), "1000 B");
-    EXPECT_TRUE(Session::byteCountText(1001).endsWith(" KB"));
-    EXPECT_TRUE(Session::byteCountText(2048).startsWith("2"));
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    const QList<QPair<qint64, QString>> cases = {
+        {0, "0 B"},          {1000, "1000 B"},          {1001, "1 KB"},
+        {2048, "2 KB"},      {69181, "68 KB"},          {5274624, "5,151 KB"},
+        {5275136, "5,152 KB"}, {1073741824, "1,048,576 KB"},
+    };
+    for (const auto& [bytes, text] : cases) {
+        EXPECT_EQ(Session::byteCountText(bytes), text) << bytes;
+        EXPECT_EQ(StatusBar::byteCountText(bytes), text) << bytes;
+    }
+    QLocale::setDefault(before);
+}
+
+// The minutes panel has one form on every path that writes it: at the
+// accept, at each send, at each arrival and at the close.
+TEST(MinutesPanel, OneFormOnEveryPath)
+{
+    TestCopy copy;
+    ASSERT_TRUE(copy.start());
+    QTcpSocket peer;
+    acceptRawPeer(copy, peer);
+    FrmMain& f = copy.frm();
+    const StatusBar& bar = f.model().stStatusbar;
+    ASSERT_TRUE(waitUntil([&] { return f.session().IsConnected(); }));
+    EXPECT_EQ(bar.text(4), "0 min");
+    f.session().SessionDateStart = f.session().SessionDateStart.addSecs(-3 * 60 - 5);
+    f.typing().typeText("x");
+    EXPECT_TRUE(waitUntil([&] { return bar.text(4) == "3 min"; }, 2000)) << bar.text(4).toStdString();
+    f.session().SessionDateStart = f.session().SessionDateStart.addSecs(-60);
+    peer.write("<KEY> y <:KEY>1</KEY>");
+    peer.flush();
+    EXPECT_TRUE(waitUntil([&] { return bar.text(4) == "4 min"; }, 2000)) << bar.text(4).toStdString();
+    f.session().SessionDateStart = f.session().SessionDateStart.addSecs(-60);
+    peer.close();
+    EXPECT_TRUE(waitUntil([&] { return !f.session().IsConnected(); }));
+    EXPECT_EQ(bar.text(4), "5 min");
 }
 
 }  // namespace

@@ -101,5 +101,75 @@ TEST_F(RingPeer, RequestDuringATransferIsNotAnswered)
     QDir::setCurrent(folder);
 }
 
+// A fetched ring may hold no more than a chosen sound may: the options'
+// sound size limit. Past it the fetch is cancelled, its file removed, and
+// one line says so in the failure record, however long the peer pushes.
+TEST_F(RingPeer, RingFetchIsBoundBySoundSizeLimit)
+{
+    copy.set("SndMaxSize", "10000");
+    auto refusals = [this] {
+        return QString::fromLatin1(readFile(copy.file("error.log"))).count("Ring Fetch Refused");
+    };
+    auto errorLines = [this] {
+        return QString::fromLatin1(readFile(copy.file("error.log"))).count("\r\n");
+    };
+    const QByteArray cancel = "%%Sending Cancel%%";
+    struct Case {
+        const char* name;
+        QByteArray announce;  // what follows "^s>"
+        QList<int> frames;    // payload sizes the peer pushes
+    };
+    const Case cases[] = {
+        // A size far past the limit: refused at once, before any byte is written.
+        {"announced", "99999999999999", QList<int>(200, 2000)},
+        // A size under the limit and a frame that takes the file past it.
+        {"grown", "9000", {2000, 2000, 2000, 2000, 5000, 2000, 2000}},
+    };
+    int expectedRefusals = 0;
+    // A ring within the limit still comes and plays.
+    send("^gsmall.wav^G^");
+    ASSERT_EQ(expectBytes(3), "^rW");
+    // As a copy sends it: a frame, then the acknowledgement.
+    send("^s>10000small.wav");
+    for (int i = 0; i < 5; ++i) {
+        send(frame(QByteArray(2000, char('v' + i))));
+        ASSERT_TRUE(expectBytes(20).startsWith("%%Data Received-"));
+    }
+    ASSERT_TRUE(waitUntil([&] { return !audio().played.isEmpty(); }));
+    EXPECT_EQ(QFileInfo(copy.file("small.wav")).size(), 10000);
+    audio().played.clear();
+    readFor(peer, 300);  // its acknowledgements
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const int linesBefore = errorLines();
+        const QString name = QStringLiteral("fill%1.wav").arg(expectedRefusals);
+        send("^g" + name.toLatin1() + "^G^");
+        ASSERT_EQ(expectBytes(3), "^rW");
+        QByteArray push = "^s>" + c.announce + name.toLatin1();
+        for (int i = 0; i < c.frames.size(); ++i)
+            push += frame(QByteArray(c.frames[i], char('a' + i % 26)));
+        send(push);
+        const QByteArray answer = [&] {
+            QByteArray got;
+            waitUntil([&] {
+                got += peer.readAll();
+                return got.contains(cancel);
+            });
+            return got + readFor(peer, 300);
+        }();
+        EXPECT_TRUE(answer.contains(cancel)) << answer.left(200).constData();
+        ++expectedRefusals;
+        EXPECT_EQ(refusals(), expectedRefusals);
+        EXPECT_EQ(errorLines() - linesBefore, linesBefore == 0 ? 2 : 1)
+            << "one line, not one per frame pushed";
+        EXPECT_FALSE(QFile::exists(copy.file(name))) << "the partial file is removed";
+        EXPECT_FALSE(t().fileReceiving());
+        EXPECT_TRUE(f().model().controls.enabled(Control::mnuSendFile));
+        EXPECT_TRUE(audio().played.isEmpty());
+    }
+
+    EXPECT_EQ(refusals(), expectedRefusals);
+}
+
 }  // namespace
 }  // namespace vonnel::test

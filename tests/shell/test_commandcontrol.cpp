@@ -1,5 +1,8 @@
 #include "core/IniStore.h"
 #include "shell/CommandControl.h"
+#include "support/Session.h"
+#include "wire/LiveTyping.h"
+#include "wire/Receiver.h"
 #include "wire/TypingPeer.h"
 #include "connection/Session.h"
 #include "platform/Prompter.h"
@@ -98,9 +101,51 @@ TEST(CommandIni, KeysRunThroughPasteAndTheKeyRoutines)
     EXPECT_EQ(t.frm().model().txtServer.text(), "ab");
     EXPECT_EQ(t.wire(), "^BK2#BK");
     c.runCommand("key ENTER");
-    EXPECT_EQ(t.wire(), "<Paste> \r\n</Paste>^RETURN4#RETURN<SPK> ab </SPK><MSG> ab </MSG>" +
-                            QByteArray("<KEY> ") + '\0' + " <:KEY>4</KEY>");
+    // The key's release is a frame of its own, as after a typed Return.
+    EXPECT_EQ(t.wire(), "^RETURN2#RETURN<SPK> ab </SPK><MSG> ab </MSG>" + QByteArray("<KEY> ") + '\0' +
+                            " <:KEY>4</KEY>");
     EXPECT_EQ(t.frm().model().txtServer.text(), "ab\r\n");
+    pump(400);
+    EXPECT_EQ(t.wire(), "") << "nothing follows it";
+}
+
+// Two copies, each with a line typed: one finishes it with the Return key,
+// the other with the command. The other side of each receives the same
+// bytes, and both panes end up the same.
+TEST(CommandIni, KeyEnterSendsWhatTheReturnKeySends)
+{
+    struct Pair {
+        TestCopy a, b;
+        QByteArray arrived;  // every read b took, in order
+    };
+    auto run = [](Pair& p, const std::function<void()>& finish) {
+        ASSERT_TRUE(p.a.start() && p.b.start());
+        ASSERT_TRUE(connectCopies(p.a, p.b));
+        Receiver& r = p.b.frm().receiver();
+        auto join = r.joinArrival;
+        r.joinArrival = [&p, join](const QByteArray& bytes, QList<QByteArray>& parts) {
+            p.arrived += bytes;
+            return join ? join(bytes, parts) : false;
+        };
+        p.a.frm().typing().typeText("good day");
+        ASSERT_TRUE(waitUntil([&] { return p.b.frm().model().txtClient(0).text() == "good day"; }));
+        pump(300);
+        p.arrived.clear();
+        finish();
+        ASSERT_TRUE(waitUntil([&] { return p.b.frm().model().txtClient(0).text() == "good day\r\n"; }));
+        pump(400);  // anything sent after the line, a repeat of the pane say
+    };
+    Pair keyboard, command;
+    run(keyboard, [&] { keyboard.a.frm().typing().typeText("\r"); });
+    run(command, [&] { command.a.frm().commands().runCommand("Key Enter"); });
+    EXPECT_EQ(keyboard.arrived, "^RETURN8#RETURN<SPK> good day </SPK><MSG> good day </MSG>" +
+                                    QByteArray("<KEY> ") + '\0' + " <:KEY>10</KEY>");
+    EXPECT_EQ(command.arrived, keyboard.arrived);
+    for (const char* extra : {"^Clr", "^ff", "<SPKSET>", "<Paste>"})
+        EXPECT_FALSE(command.arrived.contains(extra)) << extra;
+    EXPECT_EQ(command.a.frm().model().txtServer.text(), "good day\r\n");
+    EXPECT_EQ(command.b.frm().model().txtClient(0).text(), command.a.frm().model().txtServer.text());
+    EXPECT_TRUE(command.b.frm().model().txtTextMsg.text().contains(": good day"));
 }
 
 TEST(CommandIni, CmdWordsReachTheirRoutines)

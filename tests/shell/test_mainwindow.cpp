@@ -8,6 +8,7 @@
 #include "connection/Connection.h"
 #include "shell/MainWindow.h"
 #include "support/TestCopy.h"
+#include "transfer/Transfer.h"
 #include "wire/LiveTyping.h"
 #include "connection/Session.h"
 #include "platform/Prompter.h"
@@ -23,6 +24,9 @@
 #include <QSet>
 #include <QTextCursor>
 #include <QTimer>
+#include <QLabel>
+#include <QStatusTipEvent>
+#include <QStatusBar>
 #include <gtest/gtest.h>
 
 using namespace vonnel;
@@ -304,6 +308,58 @@ TEST(MainWindowLayout, StatusPanelsNeverOverlap)
         }
         EXPECT_GE(shown.size(), 4) << width;
     }
+}
+
+// A passing text (a long status, a menu entry's status tip, the notice of
+// a transfer on hold) takes its room from panel 2: the fixed panels keep
+// their place and size, and nothing shows under the strip.
+TEST(MainWindowLayout, PassingTextsLeaveTheFixedPanelsInPlace)
+{
+    Window w;
+    ASSERT_TRUE(w.started);
+    FrmMain& f = w.copy.frm();
+    f.model().stStatusbar.setText(10, "1,234 KB");
+    f.model().stStatusbar.setText(11, "5,151 KB");
+    w.window->resize(900, 400);
+    w.window->show();
+    pump(100);
+    auto geometries = [&] {
+        QList<QRect> out;
+        for (int n = 3; n <= 11; ++n) {
+            auto* label = w.window->findChild<QWidget*>(QStringLiteral("panel%1").arg(n));
+            out << (label && label->isVisible()
+                        ? QRect(label->mapTo(w.window.get(), QPoint(0, 0)), label->size())
+                        : QRect());
+        }
+        return out;
+    };
+    const QList<QRect> before = geometries();
+    for (const QRect& r : before)
+        ASSERT_TRUE(r.isValid()) << "every panel is shown at 900 pixels";
+
+    f.model().stStatusbar.setText(2, QString("Connected: 127.0.0.1 and a long, long status text ").repeated(4));
+    QStatusTipEvent tip(QString("A menu entry's status tip, long enough to fill a bar ").repeated(3));
+    QCoreApplication::sendEvent(w.window.get(), &tip);
+    f.transfer().holdFileName = "/home/user/" + QString(120, 'n') + ".bin";
+    f.transfer().holdDirection = "Sending File";
+    f.transfer().holdProgressText = "87%";
+    f.session().TransferOnHold = true;
+    f.transfer().progress().caption = "poke";  // the window hears of the hold
+    pump(100);
+    EXPECT_FALSE(w.window->transferNotice()->isHidden());
+    EXPECT_EQ(geometries(), before);
+    auto* caps = w.window->findChild<QLabel*>("panel5");
+    EXPECT_TRUE(caps->isVisible());
+    EXPECT_EQ(caps->text(), "CAPS");
+    EXPECT_TRUE(w.window->findChild<QLabel*>("panel6")->isVisible());
+
+    // The status bar ends where the strip of panels ends.
+    QStatusBar* bar = w.window->statusBar();
+    auto* strip = bar->findChild<QWidget*>("stStatusbarStrip");
+    ASSERT_TRUE(strip);
+    const int stripBottom = strip->mapTo(w.window.get(), QPoint(0, strip->height())).y();
+    EXPECT_LE(w.window->height() - stripBottom, 3) << "no empty strip under the panels";
+    f.session().TransferOnHold = false;
 }
 
 }  // namespace

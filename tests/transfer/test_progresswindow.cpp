@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <gtest/gtest.h>
+#include <iostream>
 
 using namespace vonnel;
 using namespace vonnel::test;
@@ -49,6 +50,7 @@ TEST_F(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
     EXPECT_EQ(window->cmdCancel()->text(), "Unload");
     EXPECT_TRUE(window->lblProgress()->isVisible());
     EXPECT_TRUE(window->lblProgress()->text().endsWith('%'));
+    EXPECT_FALSE(window->prbProgress()->isTextVisible()) << "the percentage stands once";
     EXPECT_EQ(window->findChild<QLabel*>("lblFilename")->text(), b.frm().transfer().progress().lblFilename);
     window->grab().save(QStringLiteral(VONNEL_BINARY_DIR "/frmProgress-paused.png"));
 
@@ -70,8 +72,9 @@ TEST_F(ProgressWindow, FollowsThePauseAndTheHoldOfATransfer)
     EXPECT_TRUE(window->cmdPause()->isEnabled());
     EXPECT_FALSE(b.frm().session().TransferOnHold);
     EXPECT_TRUE(MainWindow::holdText(b.frm()).isEmpty());
-    // The percentage stays in sight on the bar while the label is away.
-    EXPECT_TRUE(window->prbProgress()->isTextVisible());
+    // The percentage stays in sight, once: on the label, or on the bar
+    // while the label is away.
+    EXPECT_NE(window->lblProgress()->isVisible(), window->prbProgress()->isTextVisible());
     EXPECT_TRUE(window->prbProgress()->text().endsWith('%'));
     window->close();
     EXPECT_FALSE(window->isVisible());
@@ -94,6 +97,46 @@ TEST_F(ProgressWindow, AfterTheSenderCancelsTheReceiverIsToldAndCloses)
     window->cmdCancel()->click();
     EXPECT_FALSE(window->isVisible());
     EXPECT_FALSE(b.frm().transfer().progress().loaded);
+}
+
+// Both windows end at 100%, shown once each, as soon as the last
+// acknowledgement has passed; the status panels count what went.
+TEST_F(ProgressWindow, BothSidesEndAtAHundredPercent)
+{
+    std::unique_ptr<ProgressDialog> sender(installProgressDialog(a.frm(), nullptr));
+    const qsizetype size = 5 * 1024 * 1024;
+    startTransfer(size, 54);
+    ASSERT_TRUE(finished(60000));
+    auto shownPercent = [](ProgressDialog& w) {
+        return w.lblProgress()->isVisible() ? w.lblProgress()->text() : w.prbProgress()->text();
+    };
+    for (ProgressDialog* w : {sender.get(), window.get()}) {
+        SCOPED_TRACE(w == sender.get() ? "sender" : "receiver");
+        EXPECT_TRUE(waitUntil([&] { return shownPercent(*w) == "100%"; }, 200))
+            << shownPercent(*w).toStdString();
+        EXPECT_NE(w->lblProgress()->isVisible(), w->prbProgress()->isTextVisible())
+            << "the percentage stands once";
+        EXPECT_EQ(w->prbProgress()->value(), 100);
+    }
+    EXPECT_EQ(sender->cmdCancel()->text(), "Finish");
+    EXPECT_EQ(received(), size);
+
+    // Data sent: the session's whole count, in the form of every size shown.
+    const qint64 sent = a.frm().session().bytesSentCount;
+    EXPECT_GT(sent, size);
+    ASSERT_TRUE(waitUntil([&] { return a.frm().model().stStatusbar.text(11) == Session::byteCountText(sent); }, 500));
+    const QString shown = a.frm().model().stStatusbar.text(11);
+    EXPECT_TRUE(shown.startsWith("5,1")) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith(" KB"));
+    EXPECT_FALSE(shown.contains('.'));
+    // The receiver sent its acknowledgements, a few bytes a frame.
+    const qint64 acks = b.frm().session().bytesSentCount;
+    EXPECT_GT(acks, size / 3200 * 20);
+    EXPECT_LT(acks, size / 50);
+    EXPECT_TRUE(waitUntil([&] { return b.frm().model().stStatusbar.text(11) == Session::byteCountText(acks); }, 500));
+    std::cout << "[ 5 MB file: sender's panel 11 " << shown.toStdString() << ", receiver's panel 11 "
+              << b.frm().model().stStatusbar.text(11).toStdString() << ", receiver's panel 10 "
+              << b.frm().model().stStatusbar.text(10).toStdString() << " ]\n";
 }
 
 // A window that closes itself at the end leaves a word beside the status panels.

@@ -125,7 +125,7 @@ TEST(FormatExchange, OverrideKeepsOwnLookAndAsksForTheOtherWhenReleased)
 
 TEST(FormatExchange, ToolbarChangesLookWritesItBackAndSendsIt)
 {
-    TypingPeer t;
+    TypingPeer t(Settings{{"Permanent Toolbar Settings", "1"}});
     LiveTyping& typing = t.typing();
     typing.controlTriggered(Control::Toolbar1_7);
     EXPECT_EQ(t.copy.get("Font Bold"), "True");
@@ -155,6 +155,39 @@ TEST(FormatExchange, ToolbarChangesLookWritesItBackAndSendsIt)
     EXPECT_TRUE(again.frm().typing().serverFormat.bold());
     EXPECT_EQ(again.frm().typing().serverFormat.size(), 6);
     EXPECT_EQ(again.frm().typing().formatMessage(), "^ffDejaVu Sans^fbTrue^fiFalse^fs6^fc255^bc16777215^>");
+}
+
+// "Keep the toolbar's font changes" unticked: every button still changes
+// the look and sends it, and the settings keep what they held.
+TEST(FormatExchange, ToolbarChangesAreNotKeptUnlessAsked)
+{
+    TypingPeer t(Settings{{"Permanent Toolbar Settings", "0"}, {"Font Size", "11"}});
+    LiveTyping& typing = t.typing();
+    EXPECT_FALSE(typing.permanentToolbar());
+    const QStringList keys = {"Font", "Font Size", "Font Bold", "Font Italic", "Font Colour",
+                              "Background Colour"};
+    QStringList before;
+    for (const QString& k : keys)
+        before << t.copy.get(k);
+    typing.chooseColour = [](qint64, const QString&) { return std::optional<qint64>(255); };
+    for (Control c : {Control::Toolbar1_7, Control::Toolbar1_8, Control::Toolbar1_9,
+                      Control::Toolbar1_11, Control::Toolbar1_12})
+        typing.controlTriggered(c);
+    EXPECT_TRUE(typing.serverFormat.bold());
+    EXPECT_TRUE(typing.serverFormat.italic());
+    EXPECT_EQ(typing.serverFormat.size(), 12);
+    EXPECT_TRUE(t.wire().endsWith("^ffDejaVu Sans^fbTrue^fiTrue^fs12^fc255^bc255^>"));
+    QStringList after;
+    for (const QString& k : keys)
+        after << t.copy.get(k);
+    EXPECT_EQ(after, before);
+
+    // Ticked on the options page and applied: the next click is kept.
+    t.copy.set("Permanent Toolbar Settings", "1");
+    t.frm().afterOptionsApplied();
+    typing.controlTriggered(Control::Toolbar1_10);
+    EXPECT_EQ(t.copy.get("Font Size"), "11");
+    EXPECT_EQ(t.copy.get("Font Bold"), "True");
 }
 
 TEST(FormatExchange, TextHelpers)

@@ -173,7 +173,10 @@ TEST_F(AwayRawPeer, OnTheBoardTheNoticeIsAChatLine)
     EXPECT_EQ(tick(), "&&<#> [ gone ] <#>&&");
     EXPECT_TRUE(copy.frm().model().txtServer.text().isEmpty()) << "the pane is not touched";
     copy.screenSaver().on = false;
-    EXPECT_EQ(tick(), "&&<#>  <#>&&") << "the empty chat line clears the peer's strip";
+    EXPECT_EQ(tick(), "&&<#> <#>&&") << "the empty chat line, one blank inside";
+    EXPECT_FALSE(copy.frm().away().awayShown);
+    EXPECT_EQ(copy.frm().model().lblStealth(), "");
+    EXPECT_EQ(tick(), "") << "taken back once";
 }
 
 }  // namespace
