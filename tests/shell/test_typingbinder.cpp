@@ -68,6 +68,60 @@ TEST(TypingBinder, HeldKeyRepeatsPressesAndReleasesOnce)
     EXPECT_EQ(t.wire(), "<KEY> x <:KEY>5</KEY>");
 }
 
+// A key event as the X server gives it: the key's scan code and the time.
+void xkey(QWidget* w, QEvent::Type type, int key, quint32 scan, const QString& text,
+          quint64 time, bool repeat = false)
+{
+    QKeyEvent e(type, key, Qt::NoModifier, scan, 0, 0,
+                type == QEvent::KeyPress ? text : QString(), repeat);
+    e.setTimestamp(time);
+    QCoreApplication::sendEvent(w, &e);
+}
+
+TEST(TypingBinder, AKeyThatWentDownElsewhereTypesNothingHere)
+{
+    TypingPeer t;
+    QPlainTextEdit server;
+    new TypingBinder(t.frm(), &server);
+    const int ret = Qt::Key_Return;
+    const quint32 retScan = 36, xScan = 53, qScan = 24;
+    // The Return that answered the caller's question went down in the box,
+    // which closed at once; held on, the key repeats into the pane as
+    // release and press at one instant, told as repeats or, where the press
+    // had not come in yet, not.
+    for (quint64 time : {700, 740, 780}) {
+        const bool told = time != 740;
+        xkey(&server, QEvent::KeyRelease, ret, retScan, {}, time, told);
+        xkey(&server, QEvent::KeyPress, ret, retScan, "\r", time, told);
+    }
+    xkey(&server, QEvent::KeyRelease, ret, retScan, {}, 830);
+    EXPECT_EQ(t.frm().model().txtServer.text(), "");
+    EXPECT_EQ(t.wire(), QByteArray()) << "neither its repeats nor its release go out";
+
+    // Keys that go down here type, a Return included.
+    xkey(&server, QEvent::KeyPress, Qt::Key_A, 38, "a", 900);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_A, 38, {}, 960);
+    xkey(&server, QEvent::KeyPress, ret, retScan, "\r", 1000);
+    xkey(&server, QEvent::KeyRelease, ret, retScan, {}, 1060);
+    // A key held here repeats, also where the repeat was not told as one.
+    xkey(&server, QEvent::KeyPress, Qt::Key_X, xScan, "x", 1100);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_X, xScan, {}, 1760);
+    xkey(&server, QEvent::KeyPress, Qt::Key_X, xScan, "x", 1760);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_X, xScan, {}, 1800, true);
+    xkey(&server, QEvent::KeyPress, Qt::Key_X, xScan, "x", 1800, true);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_X, xScan, {}, 1850);
+    EXPECT_EQ(t.frm().model().txtServer.text(), "a\r\nxxx");
+
+    // A key down when the focus left and came back went down elsewhere.
+    xkey(&server, QEvent::KeyPress, Qt::Key_Q, qScan, "q", 2000);
+    QFocusEvent in(QEvent::FocusIn);
+    QCoreApplication::sendEvent(&server, &in);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_Q, qScan, {}, 2700);
+    xkey(&server, QEvent::KeyPress, Qt::Key_Q, qScan, "q", 2700);
+    xkey(&server, QEvent::KeyRelease, Qt::Key_Q, qScan, {}, 2760);
+    EXPECT_EQ(t.frm().model().txtServer.text(), "a\r\nxxxq");
+}
+
 TEST(TypingBinder, DeleteTakesTheWidgetsSelectionFromThePane)
 {
     TypingPeer t({}, false);
