@@ -1,6 +1,7 @@
 #include "shell/TypingBinder.h"
 
 #include "platform/Clipboard.h"
+#include "platform/Clock.h"
 #include "shell/FrmMain.h"
 #include "core/TextPane.h"
 #include "wire/LiveTyping.h"
@@ -203,11 +204,20 @@ bool TypingBinder::keyPress(QKeyEvent* e)
     // The X server repeats a held key as a release and a press at one
     // instant; Qt tells them apart only when the press has already come in.
     const int key = physicalKey(e);
+    // A key event copied on its way through the accessibility bridge has
+    // no time of its own: then the two arrive here within a few ms, which
+    // no hand pressing a key again comes near.
+    const qint64 arrived = m_frm.ctx().clock().steadyMs();
     const bool sameInstant =
-        e->timestamp() != 0 && key == m_lastUp.key && e->timestamp() == m_lastUp.time;
+        key == m_lastUp.key && (e->timestamp() != 0 ? e->timestamp() == m_lastUp.time
+                                                    : arrived - m_lastUp.arrivedMs <= kRepeatGapMs);
     if (sameInstant && m_lastUp.wasDown)
         m_keysDown.insert(key);
-    if ((e->isAutoRepeat() || sameInstant) && !m_keysDown.contains(key))
+    // The bridge also hands over, late, the press of a key that went down
+    // in the window in front before: it comes as the pane takes the focus.
+    const bool copied = e->timestamp() == 0 && e->nativeScanCode() == 0;
+    const bool lateCopy = copied && arrived - m_focusAtMs <= kLateCopyMs;
+    if ((e->isAutoRepeat() || sameInstant || lateCopy) && !m_keysDown.contains(key))
         return true;
     m_keysDown.insert(key);
     LiveTyping& typing = m_frm.typing();
@@ -262,7 +272,7 @@ bool TypingBinder::keyRelease(QKeyEvent* e)
     if (e->isAutoRepeat())
         return true;
     const int key = physicalKey(e);
-    m_lastUp = {key, e->timestamp(), m_keysDown.remove(key)};
+    m_lastUp = {key, e->timestamp(), m_frm.ctx().clock().steadyMs(), m_keysDown.remove(key)};
     if (!m_lastUp.wasDown)
         return true;
     m_frm.typing().keyboardRelease(keyCode(e), shiftState(e->modifiers()));
@@ -308,6 +318,7 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
             // A key already down when the focus came went down elsewhere.
             m_keysDown.clear();
             m_lastUp = {};
+            m_focusAtMs = m_frm.ctx().clock().steadyMs();
             typing.txtServer_GotFocus();
         }
         break;

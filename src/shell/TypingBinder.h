@@ -61,8 +61,14 @@ private:
     struct KeyUp {
         int key = 0;
         quint64 time = 0;
+        qint64 arrivedMs = 0;
         bool wasDown = false;
     } m_lastUp;
+    static constexpr qint64 kRepeatGapMs = 8;
+    // When the pane last took the focus, and how long after it a copied
+    // press is still one of a key that went down elsewhere.
+    qint64 m_focusAtMs = 0;
+    static constexpr qint64 kLateCopyMs = 100;
 };
 
 }  // namespace vonnel
