@@ -233,17 +233,25 @@ void DrawCheck::runTests(QString& data)
     if (at(data, kChatOpen)) {
         matched(Test::Chat, data);
         QString t = data.mid(kChatOpen.size());
-        qsizetype i = t.indexOf(u'\r');
-        if (i >= 0)
-            t += text(kChatPadding);
-        else
-            i = t.indexOf(text(kChatClose));
-        if (i < 0)
-            throw cutError();
-        const QString line = m_target.decipher(t.left(i));
-        // Six characters on: the closing word, or the CR and the padding.
-        data = t.mid(i + kChatClose.size());
-        m_target.chat(line);
+        // The take-back of an away notice is the empty line with one blank
+        // between its markers: the opening's blank is the closing's own.
+        const QLatin1String takeBack = text(kChatClose).sliced(1);
+        if (t.startsWith(takeBack)) {
+            data = t.mid(takeBack.size());
+            m_target.chat(m_target.decipher(QString()));
+        } else {
+            qsizetype i = t.indexOf(u'\r');
+            if (i >= 0)
+                t += text(kChatPadding);
+            else
+                i = t.indexOf(text(kChatClose));
+            if (i < 0)
+                throw cutError();
+            const QString line = m_target.decipher(t.left(i));
+            // Six characters on: the closing word, or the CR and the padding.
+            data = t.mid(i + kChatClose.size());
+            m_target.chat(line);
+        }
     }
     if (at(data, kForeColor)) {
         matched(Test::ForeColor, data);

@@ -99,6 +99,7 @@ const Case kCases[] = {
     {"chat line to a CR takes in the padding", "&&<#> hi\r", "chat {hi}", "6"},
     {"chat line with no end fails silently", "&&<#> no end", "", ""},
     {"empty chat line", "&&<#>  <#>&&", "chat {}", ""},
+    {"the away take-back's empty line has one blank", "&&<#> <#>&&&&fc1$", "chat {}|fc 1", ""},
     {"fore colour", "&&fc255$", "fc 255", ""},
     {"back colour", "&&bc65280$x", "bc 65280", "x"},
     {"font", "&&fontArial$10.5$True$False$false$1$", "font Arial 10 1001", ""},
