@@ -3,6 +3,7 @@
 // frame's close closes both. Saves a picture of each window in the build
 // folder.
 
+#include "BoardWindowOn.h"
 #include "board/Scrivet.h"
 #include "core/CopyContext.h"
 #include "shell/MainWindow.h"
@@ -21,27 +22,6 @@
 
 namespace vonnel::test {
 namespace {
-
-// A copy's main window as its views for the test's length.
-struct WindowOn {
-    explicit WindowOn(TestCopy& c) : copy(c), old(&c.frm().ctx().views()), window(c.frm())
-    {
-        c.frm().ctx().setViews(&window);
-    }
-    ~WindowOn() { copy.frm().ctx().setViews(old); }
-    BoardWindow* board() const { return window.boardWindow(); }
-    TestCopy& copy;
-    Views* old;
-    MainWindow window;
-};
-
-void mouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButton button = Qt::LeftButton)
-{
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-    QMouseEvent e(type, QPointF(at), w->mapToGlobal(QPointF(at)),
-                  type == QEvent::MouseMove ? Qt::NoButton : button, held, Qt::NoModifier);
-    QApplication::sendEvent(w, &e);
-}
 
 void drag(BoardWindow* window, BoardTool tool, QPoint from, QPoint to, int steps = 6)
 {

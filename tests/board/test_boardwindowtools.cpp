@@ -6,6 +6,7 @@
 // Esc, right button and dropped files.
 
 #include "board/PreviewZoom.h"
+#include "BoardWindowOn.h"
 #include "board/Scrivet.h"
 #include "core/Controls.h"
 #include "core/CopyContext.h"
@@ -40,18 +41,6 @@
 namespace vonnel::test {
 namespace {
 
-struct WindowOn {
-    explicit WindowOn(TestCopy& c) : copy(c), old(&c.frm().ctx().views()), window(c.frm())
-    {
-        c.frm().ctx().setViews(&window);
-    }
-    ~WindowOn() { copy.frm().ctx().setViews(old); }
-    BoardWindow* board() const { return window.boardWindow(); }
-    TestCopy& copy;
-    Views* old;
-    MainWindow window;
-};
-
 // Closes every modal window that comes up while it lives, and counts them.
 struct ModalWatch {
     ModalWatch()
@@ -76,14 +65,6 @@ void key(QWidget* w, int k)
     QApplication::sendEvent(w, &press);
     QKeyEvent release(QEvent::KeyRelease, k, Qt::NoModifier);
     QApplication::sendEvent(w, &release);
-}
-
-void mouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButton button = Qt::LeftButton)
-{
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-    QMouseEvent e(type, QPointF(at), w->mapToGlobal(QPointF(at)),
-                  type == QEvent::MouseMove ? Qt::NoButton : button, held, Qt::NoModifier);
-    QApplication::sendEvent(w, &e);
 }
 
 class BoardAlone : public ::testing::Test {
