@@ -43,10 +43,13 @@ args=(--output-on-failure -j"$(nproc)" --timeout 600)
 [ -n "$include" ] && args+=(-R "$include")
 # A test program left unbuilt (--quick) stands in the list as one
 # placeholder test; the scripts' tests run the plain build's program.
+# The tests on a virtual screen drive the X platform plugin, whose xcb
+# library reads past a string's end under the strict string checks here;
+# they run on the plain build.
 if [ ${#targets[@]} -gt 0 ]; then
-  args+=(-E "_NOT_BUILT\$|^cli\\.|^layers\$${exclude:+|$exclude}")
-elif [ -n "$exclude" ]; then
-  args+=(-E "$exclude")
+  args+=(-E "_NOT_BUILT\$|^cli\\.|^gui\\.|^layers\$${exclude:+|$exclude}")
+else
+  args+=(-E "^gui\\.${exclude:+|$exclude}")
 fi
 (cd build-asan && ctest "${args[@]}")
 
