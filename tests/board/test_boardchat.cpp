@@ -4,6 +4,7 @@
 // tool's selection, reaches the peer's labels and is kept for the next
 // board. And what goes on the wire for a chat line, read off a raw peer.
 
+#include "BoardRawPeer.h"
 #include "board/Scrivet.h"
 #include "core/CopyContext.h"
 #include "shell/CommandControl.h"
@@ -147,12 +148,9 @@ TEST_F(BoardChat, TheFontChoiceSurvivesTheTextToolAndIsKept)
 TEST(BoardChatWire, TheLineGoesOutBehindItsSpeech)
 {
     TestCopy copy;
-    ASSERT_TRUE(copy.start());
     QTcpSocket peer;
-    acceptRawPeer(copy, peer);
+    ASSERT_TRUE(boardOpenedByRawPeer(copy, peer));
     Scrivet& s = copy.frm().scrivet();
-    peer.write("&& Scrivet Request &&");
-    ASSERT_TRUE(waitUntil([&] { return s.isOpen(); }));
     readFor(peer, 200);
 
     s.cmdSendText_Click("see you");

@@ -2,6 +2,7 @@
 // copy: what one side does, the other has as the same objects, under the
 // same numbers, painted to the same pixels.
 
+#include "BoardRawPeer.h"
 #include "board/BoardPaint.h"
 #include "board/BoardSave.h"
 #include "access/Encryption.h"
@@ -309,12 +310,9 @@ namespace {
 TEST(BoardRawPeer, AFloodStopsAtTheLimitsAndTheCopyAnswers)
 {
     TestCopy copy;
-    ASSERT_TRUE(copy.start());
     QTcpSocket peer;
-    acceptRawPeer(copy, peer);
+    ASSERT_TRUE(boardOpenedByRawPeer(copy, peer));
     Scrivet& s = copy.frm().scrivet();
-    peer.write("&& Scrivet Request &&");
-    ASSERT_TRUE(waitUntil([&] { return s.isOpen(); }));
 
     QList<QPoint> points;
     for (int i = 0; i < 500; ++i)
