@@ -50,12 +50,10 @@ check_pane() {
   fi
 }
 
-# A screen of its own: Xvfb takes a free display number and says which.
-Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-helpers+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.05; done
-[ -s "$work/display" ] || skip "Xvfb did not start"
-export DISPLAY=":$(head -1 "$work/display")"
+# A screen of its own.
+. "$here/xvfb.sh"
+start_xvfb "$work" || skip "Xvfb did not start"
+helpers+=("$xvfb_pid")
 "$launcher" --launch-immediately >/dev/null 2>&1 &
 helpers+=($!)
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1

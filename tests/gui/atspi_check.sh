@@ -12,14 +12,17 @@ if ! command -v Xvfb >/dev/null || ! command -v dbus-run-session >/dev/null || [
   echo "skipped: needs Xvfb, dbus-run-session, at-spi2-core and python3-pyatspi"
   exit 77
 fi
-work=$(mktemp -d); xvfb=
-trap '[ -n "$xvfb" ] && kill $xvfb 2>/dev/null; rm -rf "$work"' EXIT
-# Xvfb picks a free display and tells it on the pipe.
-exec 5>"$work/display"
-Xvfb -displayfd 5 -screen 0 1280x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 & xvfb=$!
-for _ in $(seq 1 100); do [ -s "$work/display" ] && break; sleep 0.05; done
-[ -s "$work/display" ] || { echo "FAILED: Xvfb did not start"; cat "$work/xvfb.log"; exit 1; }
-export DISPLAY=:$(head -1 "$work/display")
+. "$here/xvfb.sh"
+work=$(mktemp -d)
+trap 'stop_xvfb; rm -rf "$work"' EXIT
+start_xvfb "$work" || { echo "FAILED: Xvfb did not start"; cat "$work/xvfb.log"; exit 1; }
 # The session bus starts the accessibility bus on demand; the program
 # speaks on it from its start.
 timeout 90 dbus-run-session -- "$python" "$here/atspi_check.py" "$1" "$2"
+rc=$?
+if [ $rc -ne 0 ]; then
+  kill -0 "$xvfb_pid" 2>/dev/null && echo "== the virtual screen $DISPLAY is up" ||
+    echo "== the virtual screen $DISPLAY ended during the check"
+  cat "$work/xvfb.log"
+fi
+exit $rc

@@ -1,0 +1,39 @@
+# Sourced by the tests on a virtual screen. start_xvfb WORKDIR starts Xvfb
+# on a display nobody else answers on, exports DISPLAY and sets xvfb_pid.
+#
+# Xvfb -displayfd takes the first display whose lock file is free, but the
+# X clients try the abstract socket "@/tmp/.X11-unix/X<n>" first, and that
+# name is shared by every process in the network namespace: a machine whose
+# containers share one namespace had another job's server answer on :0, and
+# our copy connected to it and was dropped. So the number is chosen here,
+# free both as a lock file and as an abstract name, and the server is asked
+# to keep it across its last client leaving (-noreset).
+start_xvfb() {
+  local work=$1 n tries
+  xvfb_pid=
+  for tries in $(seq 20); do
+    n=$(( 100 + (RANDOM % 800) ))
+    [ -e "/tmp/.X$n-lock" ] && continue
+    [ -e "/tmp/.X11-unix/X$n" ] && continue
+    grep -q "@/tmp/.X11-unix/X$n\$" /proc/net/unix 2>/dev/null && continue
+    Xvfb ":$n" -screen 0 1280x900x24 -nolisten tcp -noreset >"$work/xvfb.log" 2>&1 &
+    xvfb_pid=$!
+    local i
+    for i in $(seq 100); do
+      kill -0 "$xvfb_pid" 2>/dev/null || break
+      [ -S "/tmp/.X11-unix/X$n" ] && { export DISPLAY=":$n"; return 0; }
+      sleep 0.05
+    done
+    kill "$xvfb_pid" 2>/dev/null; wait "$xvfb_pid" 2>/dev/null; xvfb_pid=
+  done
+  return 1
+}
+
+# stop_xvfb: ends the server and waits for it, so its socket is gone before
+# the next test looks for a free display.
+stop_xvfb() {
+  [ -n "${xvfb_pid:-}" ] || return 0
+  kill "$xvfb_pid" 2>/dev/null
+  wait "$xvfb_pid" 2>/dev/null
+  xvfb_pid=
+}
