@@ -123,10 +123,48 @@ bool Receiver::singleCharacterStage(Pass& pass)
 {
     if (pass.rest().size() != 1)
         return true;
+    // Only a read that is "&" and nothing else: a rest of one "&" behind
+    // other frames of the read is the board's (see boardStage).
+    if (pass.bytes == QByteArrayView("&")) {
+        holdLoneAmpersand();
+        pass.take(1);
+        return false;
+    }
     if (acceptIncompatible)
         cFinishCheck(pass.restText());
     pass.take(1);
     return false;
+}
+
+void Receiver::holdLoneAmpersand()
+{
+    releaseLoneAmpersand();  // one at a time: an earlier one goes first
+    m_loneAmpersand = true;
+    m_loneTimer.start();
+}
+
+void Receiver::joinLoneAmpersand(QByteArray& bytes)
+{
+    if (!m_loneAmpersand)
+        return;
+    // The rest of a board message is "&" and its word; "&&" behind it is
+    // the doubled "&&" of the text, and a bare character is typed text.
+    if (bytes.size() > 1 && bytes.at(0) == '&' && bytes.at(1) != '&') {
+        m_loneTimer.stop();
+        m_loneAmpersand = false;
+        bytes.prepend('&');
+        return;
+    }
+    releaseLoneAmpersand();
+}
+
+void Receiver::releaseLoneAmpersand()
+{
+    m_loneTimer.stop();
+    if (!std::exchange(m_loneAmpersand, false))
+        return;
+    if (acceptIncompatible && !m_ctx.unloading)
+        cFinishCheck(QStringLiteral("&"));
 }
 
 bool Receiver::oldCipherStage(Pass& pass)
@@ -251,7 +289,7 @@ bool Receiver::boardStage(Pass& pass)
 {
     // One "&" left at the end of a read behind other frames is where the
     // read cut a board message after its first character: the board holds
-    // it for the next read. (A read of "&" alone is the lone character.)
+    // it for the next read. (A read of "&" alone waits in the receiver.)
     const bool cutAfterFirst = pass.rest() == QByteArrayView("&");
     if (!pass.startsWith(wire::kBoardHead) && !cutAfterFirst)
         return true;

@@ -53,6 +53,13 @@ Receiver::Receiver(CopyContext& ctx, MainModel& model, Session& session, Sender&
     cDrawcheck = [](QString&) { return QString(); };
     keySent = [] { return false; };
     connect(&m_session.winsock(0), &Winsock::DataArrival, this, &Receiver::Winsock_DataArrival);
+    m_loneTimer.setSingleShot(true);
+    m_loneTimer.setInterval(kLoneHoldMs);
+    connect(&m_loneTimer, &QTimer::timeout, this, &Receiver::releaseLoneAmpersand);
+    connect(&session, &Session::sessionOpened, this, [this] {
+        m_loneTimer.stop();
+        m_loneAmpersand = false;
+    });
 }
 
 void Receiver::readLimits(bool atStart)
@@ -102,6 +109,7 @@ void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)
         return;
     if (bytesTotal < 0)
         bytesTotal = bytes.size();
+    joinLoneAmpersand(bytes);
     QList<QByteArray> parts;
     if (joinArrival && joinArrival(bytes, parts)) {
         for (QByteArray& part : parts)

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 
 #include "wire/ArrivalFaults.h"
@@ -165,6 +166,10 @@ private:
     void remoteShutDown();
     void refreshLengths();
     QString remoteName() const;
+    // A read of "&" alone and what the next read does with it.
+    void holdLoneAmpersand();
+    void joinLoneAmpersand(QByteArray& bytes);
+    void releaseLoneAmpersand();
 
     CopyContext& m_ctx;
     MainModel& m_model;
@@ -178,6 +183,13 @@ private:
     // The position of the last typed character frame of this arrival; a
     // frame that carries no number leaves it as it was.
     int m_keyPosition = 0;
+    // A read of "&" alone may be a board message cut after its first
+    // character. It waits for the next read, at most kLoneHoldMs: a read
+    // that goes on with the message gets it in front, anything else (or the
+    // time) lets it go by the lone-character rule.
+    static constexpr int kLoneHoldMs = 200;
+    bool m_loneAmpersand = false;
+    QTimer m_loneTimer;
 };
 
 }  // namespace vonnel

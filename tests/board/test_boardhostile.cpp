@@ -134,6 +134,27 @@ TEST_F(BoardHostile, AMessageTornAnywhereByAReadIsJoined)
     }
     EXPECT_FALSE(copy.prompter().asked("DrawCheck"));
     EXPECT_FALSE(s().check().hasPending());
+
+    // The cut right behind a message's first "&", with that "&" a read of
+    // its own: it waits in the receiver for the rest.
+    for (const QByteArray& m : messages) {
+        const int shapes = s().board().shapeCount;
+        const int labels = s().board().labelCount;
+        send(before);
+        pump(30);
+        send("&");
+        pump(30);
+        send(m.mid(1) + "<MSG> after lone " + m + " </MSG>");
+        ASSERT_TRUE(recorded("after lone " + QString::fromLatin1(m))) << m.constData();
+        const bool shape = m.startsWith("&&rec");  // the rectangle is made here
+        const bool label = m.startsWith("&&lbl");
+        EXPECT_EQ(s().board().shapeCount, shapes + (shape ? 1 : 0)) << m.constData();
+        EXPECT_EQ(s().board().labelCount, labels + (label ? 1 : 0)) << m.constData();
+        if (m.startsWith("&&<#>"))
+            EXPECT_EQ(s().txtClient, "torn & line");
+        s().txtClient.clear();
+    }
+    EXPECT_FALSE(copy.prompter().asked("DrawCheck"));
 }
 
 TEST_F(BoardHostile, AnUnfinishedMessageCostsOnlyItself)

@@ -142,6 +142,38 @@ TEST_F(Receive, OneArrivalChangesThePaneAsTheFramesSay)
     EXPECT_FALSE(copy.prompter().asked("ControlCheck Protocol Error"));
 }
 
+// A read of "&" alone: the first character of a board message the read cut
+// off goes in front of its rest; as a bare character it keeps the
+// lone-character rule, only shown a moment later.
+TEST_F(Receive, ALoneAmpersandWaitsForTheRestOfItsMessage)
+{
+    f().receiver().acceptIncompatible = true;
+    arrive("&");
+    EXPECT_EQ(pane(), "") << "held, not shown yet";
+    arrive("&&&");  // "&" then the doubled "&&" and a rest of one "&"
+    EXPECT_EQ(pane(), "&&&&") << "only a read of \"&\" alone waits";
+
+    arrive("&");
+    arrive("x");  // a bare character behind it: both shown, in order
+    EXPECT_EQ(pane(), "&&&&&x");
+
+    arrive("&");
+    ASSERT_TRUE(waitUntil([&] { return pane() == "&&&&&x&"; }, 2000)) << "let go in time";
+
+    // Joined: the board takes its message and hands the paste behind it on.
+    f().model().txtClient(0).setText("");
+    arrive("&");
+    arrive("&fc255$<Paste> p</Paste>");
+    EXPECT_EQ(pane(), "p");
+
+    f().receiver().acceptIncompatible = false;
+    f().model().txtClient(0).setText("");
+    arrive("&");
+    arrive("y");
+    pump(300);
+    EXPECT_EQ(pane(), "") << "not accepted: neither is shown";
+}
+
 TEST_F(Receive, ClearKeepsTheOldTextInTheHistory)
 {
     f().model().txtClient(0).setText("first");
