@@ -168,19 +168,55 @@ int Board::addPicture(const QRect& twips, const QImage& image)
     const int n = ++imageCount;
     m_pictureIndex.resize(n, -1);
     m_pictureIndex[n - 1] = int(m_items.size());
-    QImage kept = image;
-    // A picture shown again shares its pixels and costs nothing more.
-    const bool shared = m_pictureUses.contains(kept.cacheKey());
-    if (!shared && m_pictureBytes + kept.sizeInBytes() > kPictureBytesLimit) {
-        kept = QImage();
-        ++m_refused;
-    }
+    const QImage kept = withinBudget(image);
     usePicture(kept, +1);
     m_pictures.append(kept);
+    m_pictureKeys.append(++m_lastPictureKey);
     m_items.append({ItemKind::Picture, !kept.isNull(), n, twips.x(), twips.y(), twips.width(),
                     twips.height(), 1, 0, int(m_pictures.size() - 1)});
     Q_EMIT changed();
     return n;
+}
+
+QImage Board::withinBudget(const QImage& image)
+{
+    // A picture shown again shares its pixels and costs nothing more.
+    const bool shared = m_pictureUses.contains(image.cacheKey());
+    if (image.isNull() || shared || m_pictureBytes + image.sizeInBytes() <= kPictureBytesLimit)
+        return image;
+    ++m_refused;
+    return QImage();
+}
+
+quint64 Board::pictureKey(int n) const
+{
+    const BoardItem* item = pictureItem(n);
+    return item ? m_pictureKeys.at(item->extra) : 0;
+}
+
+bool Board::fillPicture(int n, quint64 key, const QImage& image)
+{
+    return fillPictures({{n, key}}, image) == 1;
+}
+
+int Board::fillPictures(const QList<std::pair<int, quint64>>& pictures, const QImage& image)
+{
+    int filled = 0;
+    for (const auto& [n, key] : pictures) {
+        if (key == 0 || pictureKey(n) != key || image.isNull())
+            continue;
+        BoardItem& item = m_items[m_pictureIndex.at(n - 1)];
+        if (!m_pictures.at(item.extra).isNull())
+            continue;
+        const QImage kept = withinBudget(image);
+        usePicture(kept, +1);
+        m_pictures[item.extra] = kept;
+        item.visible = !kept.isNull();
+        ++filled;
+    }
+    if (filled > 0)
+        structural();
+    return filled;
 }
 
 void Board::usePicture(const QImage& image, int change)
@@ -228,6 +264,7 @@ void Board::eraseAll()
     m_items.clear();
     m_labels.clear();
     m_pictures.clear();
+    m_pictureKeys.clear();
     m_pictureUses.clear();
     m_pictureBytes = 0;
     m_labelIndex.clear();

@@ -113,6 +113,14 @@ public:
     // A picture in the rectangle; returns its number, 0 when refused. Past
     // the bytes limit the number is taken and the picture left out.
     int addPicture(const QRect& twips, const QImage& image);
+    // The key of picture n as it stands: another picture that takes the
+    // number later (after an erase of all) has another key; 0 for none.
+    quint64 pictureKey(int n) const;
+    // Gives picture n, made without its pixels, the pixels decoded for it
+    // since; false when it is gone, is another picture now, or has pixels.
+    bool fillPicture(int n, quint64 key, const QImage& image);
+    // The same for many pictures of one decoding, painted anew once.
+    int fillPictures(const QList<std::pair<int, quint64>>& pictures, const QImage& image);
     // An unknown label is no error; an unknown picture is (false).
     void eraseLabel(int n);
     bool erasePic(int n);
@@ -133,10 +141,14 @@ private:
     void structural();
     // Pixels are counted once however many pictures share them.
     void usePicture(const QImage& image, int change);
+    // The image as kept: null past the bytes limit (and counted refused).
+    QImage withinBudget(const QImage& image);
 
     QList<BoardItem> m_items;
     QList<BoardLabel> m_labels;
     QList<QImage> m_pictures;
+    QList<quint64> m_pictureKeys;  // beside m_pictures
+    quint64 m_lastPictureKey = 0;
     // Item index by number, 1-based; -1 once erased.
     QList<int> m_labelIndex;
     QList<int> m_pictureIndex;

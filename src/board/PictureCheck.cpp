@@ -89,21 +89,23 @@ bool PictureCheck::memoryIsEnough(qint64 bytes)
     return enough;
 }
 
-PictureCheck::Received PictureCheck::loadReceived(const QString& path) const
+namespace {
+const QString kInvalid = QStringLiteral("Invalid picture");
+const QString kOutOfMemory = QStringLiteral("Out of memory");
+}  // namespace
+
+PictureCheck::DecodePlan PictureCheck::planReceived(const QString& path) const
 {
-    const QString invalid = QStringLiteral("Invalid picture");
-    const QString outOfMemory = QStringLiteral("Out of memory");
     QImageReader reader(path);
-    reader.setAllocationLimit(kAllocationLimitMb);
     // The size from the header; nothing is decoded yet.
     const QSize source = reader.size();
     if (!source.isValid() || source.isEmpty())
-        return {QImage(), invalid};
+        return {QSize(), kInvalid};
     const qint64 pixels = qint64(source.width()) * source.height();
     QSize out = source;
     if (pixels > kDecodePixels) {
         if (reader.format() != "jpeg" || pixels > kJpegSourcePixels)
-            return {QImage(), outOfMemory};
+            return {QSize(), kOutOfMemory};
         // The largest n/8 of the JPEG's scales that fits.
         int eighths = 7;
         auto scaled = [&](int n) {
@@ -114,14 +116,39 @@ PictureCheck::Received PictureCheck::loadReceived(const QString& path) const
                                   kDecodePixels)
             --eighths;
         out = scaled(eighths);
-        reader.setScaledSize(out);
     }
     if (!memoryAllows(qint64(out.width()) * out.height() * 4))
-        return {QImage(), outOfMemory};
+        return {QSize(), kOutOfMemory};
+    return {out, QString()};
+}
+
+PictureCheck::Received PictureCheck::decodeReceived(const QString& path, const DecodePlan& plan)
+{
+    if (!plan.size.isValid())
+        return {QImage(), plan.error};
+    QImageReader reader(path);
+    reader.setAllocationLimit(kAllocationLimitMb);
+    // The file may have been replaced since the plan: a picture of another
+    // size is not decoded on the strength of the old one's checks.
+    const QSize source = reader.size();
+    if (!source.isValid() || source.isEmpty())
+        return {QImage(), kInvalid};
+    if (source != plan.size) {
+        if (reader.format() != "jpeg" ||
+            qint64(source.width()) * source.height() > kJpegSourcePixels ||
+            plan.size.width() > source.width() || plan.size.height() > source.height())
+            return {QImage(), kOutOfMemory};
+        reader.setScaledSize(plan.size);
+    }
     QImage image = reader.read();
     if (image.isNull())
-        return {QImage(), invalid};
+        return {QImage(), kInvalid};
     return {image, QString()};
+}
+
+PictureCheck::Received PictureCheck::loadReceived(const QString& path) const
+{
+    return decodeReceived(path, planReceived(path));
 }
 
 QImage PictureCheck::load(const QString& path)

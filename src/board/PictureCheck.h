@@ -35,8 +35,8 @@ public:
     // Decodes a file with the allocation limit; null when it cannot.
     static QImage load(const QString& path);
 
-    // The peer's picture is decoded on the window's thread, so what one
-    // decode may cost is bounded: at most kDecodePixels pixels come out
+    // What one decode of the peer's picture may cost is bounded, even off
+    // the window's thread: at most kDecodePixels pixels come out
     // (2560 x 1600, a whole large screen). A JPEG larger than that is
     // decoded at the reduced scale its coding allows (n/8), which costs
     // little more than reading its codes, up to kJpegSourcePixels (8192 x
@@ -49,6 +49,16 @@ public:
         QImage image;
         QString error;  // the runtime's text when image is null
     };
+    // The first half, on the window's thread: the header's size and the
+    // memory checked, the size to decode at chosen. No pixels yet.
+    struct DecodePlan {
+        QSize size;     // to decode at; invalid when refused
+        QString error;  // why it was refused
+    };
+    DecodePlan planReceived(const QString& path) const;
+    // The second half, on any thread: the pixels at the planned size.
+    static Received decodeReceived(const QString& path, const DecodePlan& plan);
+    // Both halves at once.
     Received loadReceived(const QString& path) const;
     // The memory test of memoryIsEnough without its box.
     bool memoryAllows(qint64 bytes) const;

@@ -25,8 +25,12 @@ using namespace board;
 Scrivet::Scrivet(CopyContext& ctx, MainModel& model, Session& session, Sender& sender,
                  Encryption& cipher, Transfer& transfer, QObject* parent)
     : QObject(parent), m_ctx(ctx), m_model(model), m_session(session), m_sender(sender),
-      m_cipher(cipher), m_transfer(transfer)
+      m_cipher(cipher), m_transfer(transfer), m_received(m_board, PictureCheck(ctx))
 {
+    connect(&m_received, &ReceivedPictures::loadFailed, this, [this](const QString& error) {
+        m_ctx.prompter().msgBox(QStringLiteral("Load Picture Error: ") + error,
+                                MsgStyle::Exclamation);
+    });
 }
 
 bool Scrivet::isOpen() const
@@ -151,7 +155,7 @@ void Scrivet::Form_Unload()
     m_ctx.writeSetting(QStringLiteral("DrawingBoard - Thickness"),
                        QString::number(m_board.txtThick));
     m_board.eraseAll();
-    m_received = {};
+    m_received.forget();
     m_tools.reset();
     m_tools.clearStroke();
     m_model.setVisible(true);
@@ -332,17 +336,9 @@ void Scrivet::showPic(const RemoteParams& r)
         return;
     }
     // Loaded as it is, with no byte check of its own: each new file once,
-    // within the decoding limits; a show of the same file again takes what
-    // that gave, and a failure is told once per file.
-    if (file.size() != m_received.size || file.lastModified() != m_received.modified)
-        m_received = {file.size(), file.lastModified(), PictureCheck(m_ctx).loadReceived(path),
-                      false};
-    m_board.addPicture(frame, m_received.decoded.image);
-    if (m_received.decoded.image.isNull() && !m_received.told) {
-        m_received.told = true;
-        m_ctx.prompter().msgBox(QStringLiteral("Load Picture Error: ") + m_received.decoded.error,
-                                MsgStyle::Exclamation);
-    }
+    // within the decoding limits and off this thread; a show of the same
+    // file again takes what that gave, and a failure is told once per file.
+    m_received.show(path, frame);
 }
 
 void Scrivet::closed()

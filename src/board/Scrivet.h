@@ -8,6 +8,7 @@
 #include "board/BoardTools.h"
 #include "board/DrawCheck.h"
 #include "board/PictureCheck.h"
+#include "board/ReceivedPictures.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -33,6 +34,7 @@ public:
 
     Board& board() { return m_board; }
     const Board& board() const { return m_board; }
+    const ReceivedPictures& receivedPictures() const { return m_received; }
     BoardTools& tools() { return m_tools; }
     DrawCheck& check() { return m_check; }
 
@@ -236,16 +238,8 @@ private:
     // The frame's end until the picture is placed (txtX, txtY).
     qint16 m_txtX = 0, m_txtY = 0;
     QString m_sendingPicture = QStringLiteral("False");
-    // The peer's picture file as last decoded, so that each further show of
-    // the same file only draws it: the file as it stood (length and time),
-    // what the decoding gave, and whether its failure has been told.
-    struct ReceivedPicture {
-        qint64 size = -1;
-        QDateTime modified;
-        PictureCheck::Received decoded;
-        bool told = false;
-    };
-    ReceivedPicture m_received;
+    // The peer's picture file, decoded once per file off this thread.
+    ReceivedPictures m_received;
     // The label font the peer last had from us on this board.
     std::optional<BoardLabel> m_fontSent;
 };

@@ -269,6 +269,7 @@ TEST(BoardRawPeer, DrawingIntoACopyThenSavingIt)
     peer.write("&&sp3000,1500$&&ep4500,3000$&&rec$");
     peer.write("&&sp6000,3000$&&ep7500,4500$&&showPic$");
     ASSERT_TRUE(waitUntil([&] { return s.board().imageCount == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return s.receivedPictures().idle(); }));
     EXPECT_EQ(s.board().shapeCount, 3);
 
     copy.prompter().addAnswers({"file:" + copy.file("saved")});
