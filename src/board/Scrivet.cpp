@@ -55,7 +55,6 @@ void Scrivet::Form_Load()
     sampleFore = m_board.lblForeColour;
     sampleBack = m_board.lblBackColour;
     txtClient.clear();
-    m_fontSent.reset();
 }
 
 void Scrivet::showWindow()

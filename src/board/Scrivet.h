@@ -240,8 +240,6 @@ private:
     QString m_sendingPicture = QStringLiteral("False");
     // The peer's picture file, decoded once per file off this thread.
     ReceivedPictures m_received;
-    // The label font the peer last had from us on this board.
-    std::optional<BoardLabel> m_fontSent;
 };
 
 }  // namespace vonnel

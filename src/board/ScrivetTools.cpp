@@ -18,12 +18,6 @@ using namespace board;
 
 namespace {
 
-bool sameFont(const BoardLabel& a, const BoardLabel& b)
-{
-    return a.fontName == b.fontName && a.fontSize == b.fontSize && a.bold == b.bold &&
-           a.italic == b.italic && a.underline == b.underline && a.strikethrough == b.strikethrough;
-}
-
 ItemKind bandKind(const BoardTools& t)
 {
     if (t.toolLine)
@@ -90,11 +84,9 @@ void Scrivet::selectTool(BoardTool tool)
         };
         colour("DrawingBoard - FontForeColor", sampleFore);
         colour("DrawingBoard - FontBackColor", sampleBack);
+        // Only the font dialog tells the peer: a peer of the old wire hears
+        // nothing at a tool selection but the colours.
         Q_EMIT labelFontChanged();
-        // The peer's labels take the font too; it hears of it only when it
-        // differs from what it has from us.
-        if (!m_fontSent || !sameFont(*m_fontSent, font))
-            setLabelFont(font);
         break;
     }
     default:
@@ -290,7 +282,6 @@ void Scrivet::setLabelFont(const BoardLabel& font)
         return;
     sendText(board::font({font.fontName, float(font.fontSize), font.bold, font.italic,
                           font.underline, font.strikethrough}));
-    m_fontSent = font;
 }
 
 void Scrivet::cmdFontSetting_Click(const BoardLabel& font)

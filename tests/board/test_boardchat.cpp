@@ -144,6 +144,27 @@ TEST_F(BoardChat, TheFontChoiceSurvivesTheTextToolAndIsKept)
     EXPECT_TRUE(sa().labelFont.bold && sa().labelFont.italic && sa().labelFont.underline);
 }
 
+// A Text selection loads the kept font and tells the peer only the colour;
+// the font goes out from the font dialog alone.
+TEST(BoardChatWire, ATextSelectionSendsTheColourAndNoFont)
+{
+    TestCopy copy;
+    QTcpSocket peer;
+    ASSERT_TRUE(boardOpenedByRawPeer(copy, peer));
+    copy.set("DrawingBoard - Font", "DejaVu Serif");
+    copy.set("DrawingBoard - FontBold", "1");
+    Scrivet& s = copy.frm().scrivet();
+    readFor(peer, 200);
+
+    s.selectTool(BoardTool::Text);
+    EXPECT_EQ(s.labelFont.fontName, "DejaVu Serif");
+    EXPECT_TRUE(s.labelFont.bold);
+    EXPECT_EQ(readFor(peer, 300), "&&fc" + QByteArray::number(s.board().lblForeColour) + "$");
+
+    s.cmdFontSetting_Click({QString(), "DejaVu Sans", 12, false, true, false, false});
+    EXPECT_EQ(readFor(peer, 300), "&&fontDejaVu Sans$12$False$True$False$False$");
+}
+
 // The bytes of a chat line: the speech, then the line.
 TEST(BoardChatWire, TheLineGoesOutBehindItsSpeech)
 {
