@@ -235,7 +235,7 @@ void DrawCheck::runTests(QString& data)
         QString t = data.mid(kChatOpen.size());
         // The take-back of an away notice is the empty line with one blank
         // between its markers: the opening's blank is the closing's own.
-        const QLatin1String takeBack = text(kChatClose).sliced(1);
+        const QLatin1String takeBack = text(wire::kBoardChatEmptyClose);
         if (t.startsWith(takeBack)) {
             data = t.mid(takeBack.size());
             m_target.chat(m_target.decipher(QString()));

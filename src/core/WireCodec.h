@@ -37,6 +37,9 @@ inline constexpr QByteArrayView kMessageOpen = "<MSG> ";
 inline constexpr QByteArrayView kMessageClose = " </MSG>";
 inline constexpr QByteArrayView kBoardChatOpen = "&&<#> ";
 inline constexpr QByteArrayView kBoardChatClose = " <#>&&";
+// The close of an empty board chat line, the away notice's take-back: the
+// opening's blank is its own, "&&<#> " + "<#>&&".
+inline constexpr QByteArrayView kBoardChatEmptyClose = kBoardChatClose.sliced(1);
 inline constexpr QByteArrayView kBoardLabelOpen = "&&lbl";
 inline constexpr QByteArrayView kBoardLabelClose = "$";
 inline constexpr QByteArrayView kDataOpen = "<*> ";

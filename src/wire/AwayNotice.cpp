@@ -61,7 +61,7 @@ void AwayNotice::tTimer2_Timer()
         if (boardInUse && boardInUse()) {
             // The empty chat line of the take-back has one blank between
             // its markers: "&&<#> <#>&&".
-            m_sender.xSendData(wire::text(wire::kBoardChatOpen) + wire::text(wire::kBoardChatClose).mid(1));
+            m_sender.xSendData(wire::text(wire::kBoardChatOpen) + wire::text(wire::kBoardChatEmptyClose));
             awayShown = false;
             m_model.setLblStealth(QString());
             return;
