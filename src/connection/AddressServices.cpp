@@ -57,12 +57,17 @@ QString AddressServices::lookup(const QString& text, bool reverse, const QString
             return kFailed;
         return name;
     }
+    // IPv4 first, as the lists and the address panels know it best; a name
+    // with IPv6 addresses only is called over IPv6.
     for (const QHostAddress& a : info.addresses()) {
         bool ok = false;
         const quint32 v4 = a.toIPv4Address(&ok);
         if (ok)
             return QHostAddress(v4).toString();
     }
+    for (const QHostAddress& a : info.addresses())
+        if (a.protocol() == QAbstractSocket::IPv6Protocol)
+            return a.toString();
     return kFailed;
 }
 
@@ -82,9 +87,10 @@ QString AddressServices::ResolveAddress(const QString& address)
                                          QStringLiteral("Resolving network host..."));
     if (address.isEmpty())
         return QString();
-    // Only a dotted IPv4 address is looked up in reverse.
+    // An IPv4 or IPv6 address is looked up in reverse; anything else fails.
     QHostAddress a;
-    if (!a.setAddress(address.trimmed()) || a.protocol() != QAbstractSocket::IPv4Protocol)
+    if (!a.setAddress(address.trimmed()) || (a.protocol() != QAbstractSocket::IPv4Protocol &&
+                                             a.protocol() != QAbstractSocket::IPv6Protocol))
         return kFailed;
     return lookup(a.toString(), true, word, true);
 }

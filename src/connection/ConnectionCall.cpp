@@ -4,6 +4,8 @@
 #include "access/Encryption.h"
 
 #include "connection/AddressServices.h"
+#include "connection/CallAddress.h"
+#include "connection/CallFailure.h"
 #include "connection/LoginDialog.h"
 #include "core/IniStore.h"
 #include "core/Logs.h"
@@ -135,12 +137,23 @@ void Connection::ConnectProcedure()
         report(text);
         m_model.stStatusbar.setText(2, text);
     };
+    // Why the last attempt failed, said after the report's own lines.
+    CallFailure why = CallFailure::TimedOut;
+    auto noteFailure = [&] {
+        why = ws.State() == Winsock::sckError ? callFailureFromError(ws.lastError())
+                                              : CallFailure::TimedOut;
+    };
     // All retries used: the report, and listening again.
     auto giveUp = [&](int lastPort) {
         report(failTo + QStringLiteral(" <") + address + QStringLiteral(" : ") + portWord +
                QLatin1Char(' ') + QString::number(remotePort) + QStringLiteral(" -- ") +
                QString::number(lastPort) + QLatin1Char('>'));
         report(possible);
+        const QString reason = m_ctx.translate(callFailureText(why));
+        report(reason);
+        m_ctx.logs().connection(QStringLiteral("Fail to connect to ") +
+                                addressWithPort(address, remotePort) + QStringLiteral(": ") +
+                                reason);
         if (LoginDialog* d = login())
             d->setAbort(m_ctx.translate(QStringLiteral("Close")), QStringLiteral("Close"));
         ws.Close();
@@ -202,6 +215,7 @@ void Connection::ConnectProcedure()
             m_session.checkStatus();
             return;
         }
+        noteFailure();
     }
 
     // Retries: the next local port while this one is taken, the next
@@ -265,6 +279,7 @@ void Connection::ConnectProcedure()
             if (m_ctx.ProgramExiting)
                 return;
         }
+        noteFailure();
         if (ws.State() == Winsock::sckConnected) {
             spin();
             if (LoginDialog* d = login()) {

@@ -1,9 +1,12 @@
 #include "connection/LoginDialog.h"
+#include "connection/CallAddress.h"
+#include "connection/CallFailure.h"
 #include "core/Cp1252.h"
 
 #include "connection/AddressServices.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
+#include "core/Logs.h"
 #include "platform/Desktop.h"
 #include "platform/Pinger.h"
 #include "platform/Prompter.h"
@@ -116,22 +119,32 @@ void LoginDialog::cmdOK_Click()
         m_ctx.writeSetting(QStringLiteral("RemotePort"), txtConnectPort);
     const bool noResolve = m_ctx.settingNumber(QStringLiteral("No Resolve To Connect")) != 0;
 
+    // "[2001:db8::1]:2500" brings its port; a bare IPv6 address is called
+    // as a dotted one is.
+    const CallAddress typed = parseCallAddress(cmbIPadr);
+    if (typed.port)
+        txtConnectPort = QString::number(*typed.port);
+
     // A call to this very copy is refused before the socket is touched.
-    if (iniInt(txtConnectPort) == int(m_session.winsock(0).LocalPort()) && c.isOwnAddress(cmbIPadr)) {
+    if (iniInt(txtConnectPort) == int(m_session.winsock(0).LocalPort()) && c.isOwnAddress(typed.host)) {
         m_ctx.prompter().msgBox(m_ctx.translate(QStringLiteral("Warning: Cannot connect to itself")),
                             MsgStyle::Exclamation, QStringLiteral("Connect Error"));
         unload();
         return;
     }
 
-    QString address = cmbIPadr;
+    QString address = typed.host;
     if (!noResolve) {
-        if (!AddressServices::looksDotted(cmbIPadr)) {
-            m_session.PeerHostName = cmbIPadr;
+        if (!AddressServices::looksDotted(address) && !typed.ipv6) {
+            m_session.PeerHostName = address;
             appendStatus(pleaseWait + QStringLiteral(": ") + resolvingIp);
-            address = c.address().ResolveName(cmbIPadr, true);
+            address = c.address().ResolveName(typed.host, true);
             if (address == AddressServices::kFailed) {
                 appendStatus(cannotResolveTo_ + ipAddress + QLatin1Char(' ') + cmbIPadr);
+                const QString why = m_ctx.translate(callFailureText(CallFailure::NameNotFound));
+                appendStatus(why);
+                m_ctx.logs().connection(QStringLiteral("Fail to connect to ") + cmbIPadr +
+                                        QStringLiteral(": ") + why);
                 return;
             }
         } else {

@@ -168,9 +168,14 @@ int Winsock::Connect(const QString& host, quint16 port)
         return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
     m_remoteHost = host;
     m_remotePort = port;
+    // An IPv6 address is called over IPv6; anything else as before, over
+    // IPv4 (a name is resolved to its IPv4 address).
+    QHostAddress literal;
+    const bool v6 = literal.setAddress(host) && literal.protocol() == QAbstractSocket::IPv6Protocol;
     auto* s = new QTcpSocket(this);
     if (m_localPort != 0 &&
-        !s->bind(QHostAddress::AnyIPv4, m_localPort, QAbstractSocket::ReuseAddressHint)) {
+        !s->bind(v6 ? QHostAddress::AnyIPv6 : QHostAddress::AnyIPv4, m_localPort,
+                 QAbstractSocket::ReuseAddressHint)) {
         const int n = s->error() == QAbstractSocket::AddressInUseError ? errAddressInUse
                                                                         : winsockErrorNumber(s->error());
         delete s;
@@ -191,7 +196,8 @@ int Winsock::Connect(const QString& host, quint16 port)
         setState(sckConnected);
         Q_EMIT Connect_(m_index);
     });
-    s->connectToHost(host, port, QIODevice::ReadWrite, QAbstractSocket::IPv4Protocol);
+    s->connectToHost(host, port, QIODevice::ReadWrite,
+                     v6 ? QAbstractSocket::IPv6Protocol : QAbstractSocket::IPv4Protocol);
     return 0;
 }
 

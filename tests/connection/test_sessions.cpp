@@ -176,6 +176,7 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     expected << "Fail to connect to <127.0.0.1 : Port " + QString::number(none) + " -- " +
                     QString::number(none + 5) + ">"
              << "Possible Error: Invalid Remote Port Address OR Remote user is not in Ready mode"
+             << "Refused: nothing listens on that port of that machine"
              << "";
     QStringList lines = d->txtStatus->split("\r\n");
     ASSERT_EQ(lines.size(), expected.size()) << d->txtStatus->toStdString();
@@ -190,6 +191,8 @@ TEST(Sessions, RetriesReachACopyOnALaterPortOrGiveUp)
     EXPECT_EQ(f.session().winsock(0).State(), Winsock::sckListening);
     EXPECT_EQ(f.session().winsock(0).LocalPort(), a.copy.port());
     EXPECT_TRUE(f.model().controls.enabled(Control::mnuConnect));
+    EXPECT_TRUE(sessionLog(a.copy).contains("Fail to connect to 127.0.0.1:" + QString::number(none) +
+                                            ": Refused"));
     d->cmdAbortConnect_Click();  // "Close" after the failure
     EXPECT_TRUE(d->unloaded);
     a.endCall();
