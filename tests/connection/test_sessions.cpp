@@ -263,6 +263,26 @@ TEST_F(Decisions, BlackListedCallerGetsNothingAndIsLogged)
     EXPECT_TRUE(sessionLog(b->copy).contains("=> 127.0.0.1 is blocked to be connected"));
 }
 
+// The lists hold IPv6 addresses as written: a caller on ::1 is matched by
+// its address text, with the patterns' "*" as for IPv4.
+TEST_F(Decisions, AnIpv6CallerIsMatchedByTheBlackList)
+{
+    QTcpServer probe;
+    if (!probe.listen(QHostAddress::LocalHostIPv6, 0))
+        GTEST_SKIP() << "no ::1 here";
+    probe.close();
+    start({{"Detect Bad IP", "1"}, {"Auto Accept Connection", "0"}});
+    list("badip.txt", "Restricted IP ", {"10.*", "::*"});
+    bool reached = false;
+    QObject::connect(&peer, &QTcpSocket::connected, [&] { reached = true; });
+    peer.connectToHost(QHostAddress::LocalHostIPv6, b->copy.port());
+    ASSERT_TRUE(waitUntil([&] { return reached; }));
+    EXPECT_TRUE(readFor(peer, 400).isEmpty());
+    EXPECT_TRUE(b->copy.prompter().records().isEmpty());
+    EXPECT_EQ(f().model().stStatusbar.text(2), "::1 is blocked to be connected");
+    EXPECT_TRUE(sessionLog(b->copy).contains("=> ::1 is blocked to be connected"));
+}
+
 TEST_F(Decisions, NoAtThePromptRefusesAndListensAgain)
 {
     start({{"Auto Accept Connection", "0"}});
