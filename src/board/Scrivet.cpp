@@ -197,7 +197,7 @@ std::optional<QByteArray> Scrivet::joinHeld(const QByteArray& read)
 
 void Scrivet::request()
 {
-    Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
+    m_ctx.requestRing(m_ctx.setting(QStringLiteral("Ring5")));
     m_transfer.transferMode = QStringLiteral("Scrivet");
     hideMainForBoard();
     // The options dialog would stand over the board the peer opened.
@@ -219,7 +219,7 @@ void Scrivet::ring(const QString& name)
                       !t.contains(QLatin1String(".."));
     if (!bare || !QFileInfo::exists(m_ctx.appFile(t)))
         t = m_ctx.setting(QStringLiteral("Ring5"));
-    Q_EMIT m_ctx.ringRequested(t);
+    m_ctx.requestRing(t);
 }
 
 void Scrivet::notReady()
@@ -243,7 +243,7 @@ void Scrivet::chat(const QString& line)
         txtClient = line;
         // Newest first; the oldest lines go once the history is full.
         txtClientHist = (line + QStringLiteral("\r\n") + txtClientHist).left(kHistoryLimit);
-        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picRec);
+        m_ctx.showDrawStatus(1, QString(), StatePicture::picRec);
         Q_EMIT clientLineChanged(txtClient);
     }
     Q_EMIT webCheck(line);
@@ -343,7 +343,7 @@ void Scrivet::showPic(const RemoteParams& r)
 void Scrivet::closed()
 {
     // The peer leaving the board is the internal bell, as its request is.
-    Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
+    m_ctx.requestRing(m_ctx.setting(QStringLiteral("Ring5")));
     txtClient = text(kCloseMark);
     Q_EMIT clientLineChanged(txtClient);
     if (m_shown) {

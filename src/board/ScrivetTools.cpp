@@ -305,7 +305,7 @@ void Scrivet::cmdFontSetting_Click(const BoardLabel& font)
 void Scrivet::ringPeer()
 {
     const QString name = m_ctx.rings.Ring;
-    Q_EMIT m_ctx.ringRequested(name);
+    m_ctx.requestRing(name);
     sendText(board::ring(name));
 }
 

@@ -165,7 +165,7 @@ void Connection::Winsock_SendComplete(int index)
     }
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);
     if (m_ctx.views().isVisible(Form::frmDraw))
-        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picReady);
+        m_ctx.showDrawStatus(1, QString(), StatePicture::picReady);
 }
 
 void Connection::Winsock_SendProgress(int index, qint64 bytesSent, qint64)
@@ -174,7 +174,7 @@ void Connection::Winsock_SendProgress(int index, qint64 bytesSent, qint64)
         return;
     m_model.stStatusbar.setPicture(1, StatePicture::picSend);
     if (m_ctx.views().isVisible(Form::frmDraw))
-        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
+        m_ctx.showDrawStatus(1, QString(), StatePicture::picSend);
     m_session.bytesSentCount += bytesSent;
     m_session.showByteCount(11, m_session.bytesSentCount);
 }

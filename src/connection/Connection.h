@@ -67,6 +67,9 @@ public:
     // Rebinds the local port from the settings, moving to the next port
     // when it is taken.
     void ListenOnLocalPort();
+    // The peer said it shuts down: the socket closes and listens again on
+    // the local port.
+    void closeAfterPeerShutDown();
     // Shows the computer's name, addresses and port in the local pane.
     void ShowLocalInfo();
 

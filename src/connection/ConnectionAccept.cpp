@@ -99,9 +99,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         }
     }
 
-    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring3);
+    m_ctx.requestRing(m_ctx.rings.Ring3);
     // A window away from sight: the desktop says who is calling.
-    Q_EMIT m_ctx.noticeWanted(NoticeKind::Call, m_ctx.translate(QStringLiteral("From: ")) + m_session.PeerIP);
+    m_ctx.wantNotice(NoticeKind::Call, m_ctx.translate(QStringLiteral("From: ")) + m_session.PeerIP);
 
     if (!acceptDirectly) {
         int wait = m_ctx.settingInt(QStringLiteral("Incomming Connection Timeout"));
@@ -157,7 +157,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         return;
     }
     m_session.peerForRecord = ws.RemoteHostIP();
-    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
+    m_cipher.readEncryptedSetting();
     m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection from ")) + m_session.PeerIP +
                                  QStringLiteral("..."));
     m_model.stStatusbar.setPicture(1, StatePicture::picReady);
@@ -177,8 +177,8 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
                  QStringLiteral(" [") + m_session.PeerHostName + QLatin1Char(']'));
     m_session.SessionDateStart = m_ctx.clock().now();
     m_model.stStatusbar.setText(4, m_session.minutesText());
-    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
-    Q_EMIT m_session.sessionOpened();
+    m_ctx.requestRing(m_ctx.rings.Ring1);
+    m_session.opened();
     m_model.txtServer.setEnabled(true);
     m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_session.EnableDisconnect();

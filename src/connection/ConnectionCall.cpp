@@ -336,7 +336,7 @@ void Connection::winsock_Connect(int index)
     if (LoginDialog* d = login()) {
         d->txtStatus.clear();
     }
-    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
+    m_cipher.readEncryptedSetting();
     showMain();
     ConnectOK();
     m_session.EnableDisconnect();
@@ -362,8 +362,8 @@ void Connection::ConnectOK()
     m_ctx.logs().connection(QStringLiteral("Connection with ") + ip + QStringLiteral(" [") +
                         m_session.PeerHostName + QLatin1Char(']'));
     m_model.stStatusbar.setText(4, m_session.minutesText());
-    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring1);
-    Q_EMIT m_session.sessionOpened();
+    m_ctx.requestRing(m_ctx.rings.Ring1);
+    m_session.opened();
     m_model.txtTextMsg.clear();
 }
 

@@ -32,14 +32,14 @@ void Connection::Winsock_Close(int index)
     m_session.PeerIP = ws.RemoteHostIP();
     m_session.RemoteResponded = false;
     m_model.controls.setEnabled(Control::mnuSave, true);
-    Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring2);
+    m_ctx.requestRing(m_ctx.rings.Ring2);
     m_model.txtClient(m_session.sIdx).setEnabled(false);
     m_model.stStatusbar.setText(4, m_session.minutesText());
     m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection Closed")));
     m_model.stStatusbar.setPicture(1, StatePicture::picOff);
     m_model.stStatusbar.setText(8, QString());
     m_model.stStatusbar.setText(9, QString());
-    Q_EMIT m_session.sessionEnded();
+    m_session.ended();
     ws.Close();
     m_ctx.logs().connection(QStringLiteral("Close connection with ") + m_session.PeerIP);
     m_session.idleDelay0();
@@ -56,7 +56,7 @@ void Connection::Winsock_Close(int index)
                       QLatin1Char(']'));
         client.caretToEnd();
     }
-    Q_EMIT m_session.sessionEnded();
+    m_session.ended();
     Q_EMIT peerClosed();
     m_session.EnableConnect();
 }
@@ -77,11 +77,11 @@ void Connection::Winsock_Error(int index, int, const QString&)
             d->setLastStatusLine(QStringLiteral("Error: Connecting Timeout"));
     } else {
         // The session failed.
-        Q_EMIT m_ctx.ringRequested(m_ctx.rings.Ring4);
+        m_ctx.requestRing(m_ctx.rings.Ring4);
         m_model.stStatusbar.setText(
             2, m_ctx.translate(QStringLiteral("Socket Error: Disconnected by remote computer")));
         m_session.idleDelay0();
-        Q_EMIT m_session.sessionEnded();
+        m_session.ended();
         m_ctx.logs().connection(QStringLiteral("Close connection with ") + m_session.PeerIP);
     }
 
@@ -124,8 +124,7 @@ void Connection::mnuDisconnect_Click()
         m_sender.xSendData(wire::text(wire::kShutDown));
         m_session.ConnectionStartedHere = false;
         m_model.controls.setEnabled(Control::mnuSave, true);
-        m_session.SessionEndTime = m_ctx.clock().timeOfDay();
-        Q_EMIT m_session.sessionEnded();
+        m_session.endedNow();
         m_session.checkStatus();
     }
     if (ws.State() == Winsock::sckConnected) {
@@ -138,8 +137,7 @@ void Connection::mnuDisconnect_Click()
         ws.Listen();
         m_session.checkStatus();
         m_model.controls.setEnabled(Control::mnuSave, true);
-        m_session.SessionEndTime = m_ctx.clock().timeOfDay();
-        Q_EMIT m_session.sessionEnded();
+        m_session.endedNow();
         m_session.checkStatus();
     } else {
         m_model.controls.setEnabled(Control::Toolbar1_2, false);
@@ -150,7 +148,19 @@ void Connection::mnuDisconnect_Click()
     m_model.stStatusbar.setText(8, QString());
     m_model.stStatusbar.setText(9, QString());
     m_model.setCaption(m_model.titleWithVersion());
-    Q_EMIT m_ctx.closeOpenFiles();
+    m_ctx.closeFilesAtEnd();
+}
+
+void Connection::closeAfterPeerShutDown()
+{
+    Winsock& ws = m_session.winsock(m_session.sIdx);
+    ws.Close();
+    m_model.stStatusbar.setPicture(1, StatePicture::picOff);
+    m_session.checkStatus();
+    ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
+    m_session.idleDelay0();
+    ws.Listen();
+    m_session.checkStatus();
 }
 
 }  // namespace vonnel

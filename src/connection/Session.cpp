@@ -62,8 +62,8 @@ void Session::checkStatus()
     Winsock& ws = winsock(sIdx);
     auto paintClosed = [&](const QString& text) {
         if (c.views().isVisible(Form::frmDraw)) {
-            Q_EMIT c.drawStatus(1, QString(), StatePicture::picOff);
-            Q_EMIT c.drawStatus(2, text, StatePicture::None);
+            c.showDrawStatus(1, QString(), StatePicture::picOff);
+            c.showDrawStatus(2, text, StatePicture::None);
         } else {
             bar.setPicture(1, StatePicture::picOff);
         }
@@ -198,6 +198,12 @@ void Session::paintCount(int panel)
 QString Session::byteCountText(qint64 bytes)
 {
     return StatusBar::byteCountText(bytes);
+}
+
+void Session::endedNow()
+{
+    SessionEndTime = m_ctx.clock().timeOfDay();
+    Q_EMIT sessionEnded();
 }
 
 }  // namespace vonnel

@@ -82,6 +82,13 @@ public:
     // A file sending or receiving of this session waits on a pause.
     bool TransferOnHold = false;
 
+    // The session ended: its record is asked for (sessionEnded). endedNow
+    // also takes the end time.
+    void ended() { Q_EMIT sessionEnded(); }
+    // A session has just started on either side (sessionOpened).
+    void opened() { Q_EMIT sessionOpened(); }
+    void endedNow();
+
 Q_SIGNALS:
     // A session has just started on either side: the format options are
     // to be sent (aftOptSet).

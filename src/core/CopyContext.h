@@ -118,6 +118,20 @@ public:
     // Set while the main form unloads.
     bool unloading = false;
 
+    // --- what the copy's parts ask of the whole copy ------------------------
+    // Each says so through the signal of the same meaning below; the
+    // signals are the context's own and only it emits them.
+    void requestRing(const QString& file) { Q_EMIT ringRequested(file); }
+    void showDrawStatus(int panel, const QString& text, StatePicture picture)
+    {
+        Q_EMIT drawStatus(panel, text, picture);
+    }
+    void closeFilesAtEnd() { Q_EMIT closeOpenFiles(); }
+    void stopAllAudio() { Q_EMIT stopAudio(); }
+    void tellInitialized() { Q_EMIT initialized(); }
+    void setMenuTexts() { Q_EMIT menusNeedText(); }
+    void wantNotice(vonnel::NoticeKind kind, const QString& detail) { Q_EMIT noticeWanted(kind, detail); }
+
 Q_SIGNALS:
     // A ring sound is to be played: the file named by one of the rings.
     void ringRequested(const QString& file);

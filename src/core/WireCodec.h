@@ -63,6 +63,12 @@ inline constexpr QByteArrayView kRingSize = "^s>";
 // The format of the panes: "^ff" font ... "^>".
 inline constexpr QByteArrayView kFormatOpen = "^ff";
 inline constexpr QByteArrayView kFormatClose = "^>";
+// The fields of the format message, each word in front of its value.
+inline constexpr QByteArrayView kFormatBold = "^fb";
+inline constexpr QByteArrayView kFormatItalic = "^fi";
+inline constexpr QByteArrayView kFormatSize = "^fs";
+inline constexpr QByteArrayView kFormatFore = "^fc";
+inline constexpr QByteArrayView kFormatBack = "^bc";
 inline constexpr QByteArrayView kNotReady = "&&!NotReady!&&";
 // The board's word for "the picture has arrived, show it"; the transfer
 // sends it, the board reads it (its other words are in board/BoardCodec).

@@ -1,5 +1,7 @@
 #include "links/UrlScan.h"
 
+#include "core/WireCodec.h"
+
 #include "links/URLCheck.h"
 #include "links/UrlHistory.h"
 
@@ -32,7 +34,7 @@ LocalScan planLocalScan(const QString& text)
 
 QString urlFrame(const QString& address)
 {
-    return QStringLiteral("<URL> ") + address + QStringLiteral(" </URL>");
+    return wire::text(wire::kUrlOpen) + address + wire::text(wire::kUrlClose);
 }
 
 QString anyUrlErrorText()

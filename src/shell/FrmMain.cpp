@@ -92,6 +92,7 @@ FrmMain::FrmMain(const CopyEnvironment& env, QObject* parent)
     // Routines that live in one subsystem and are called from another.
     connect(&p.session, &Session::sessionOpened, this, &FrmMain::aftOptSet);
     connect(&p.receiver, &Receiver::updateRequested, this, &FrmMain::mnuUpdate_Click);
+    connect(&p.receiver, &Receiver::versionConflict, &p.connection, &Connection::mnuDisconnect_Click);
     connect(&p.session, &Session::sessionEnded, this, [&p] { p.typing.keySent = false; });
     p.receiver.keySent = [&p] { return p.typing.keySent; };
     p.receiver.cSendFileCheck = [&p](QString& data, QByteArray& bytes) {

@@ -19,7 +19,7 @@ void FrmMain::TransMenu()
     vonnel::TransMenu(ctx(), model().controls);
     // The minimise entry's caption says whether it also locks.
     encryption().passwords().applyMenuState();
-    Q_EMIT ctx().menusNeedText();
+    ctx().setMenuTexts();
 }
 
 void FrmMain::miniMenu()

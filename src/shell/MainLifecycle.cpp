@@ -172,13 +172,13 @@ void FrmMain::Init()
     m_tTimer2.setInterval(interval);
     m_tTimer2.start();
     speech().readMuteState();
-    Q_EMIT ctx().initialized();
+    ctx().tellInitialized();
 }
 
 void FrmMain::aftOptSet()
 {
     receiver().readLimits(false);
-    encryption().encryptOn = ctx().settingFlag(QStringLiteral("Encrypted"));
+    encryption().readEncryptedSetting();
     int interval = ctx().settingInt(QStringLiteral("Command Line Interval"));
     if (interval < 1000) {
         interval = 1000;
@@ -233,8 +233,7 @@ bool FrmMain::Form_QueryUnload(bool fromUser)
             sender().xSendData(wire::text(wire::kShutDown));
             session().ConnectionStartedHere = false;
             model().controls.setEnabled(Control::mnuSave, true);
-            session().SessionEndTime = ctx().clock().timeOfDay();
-            Q_EMIT session().sessionEnded();
+            session().endedNow();
         }
         if (ws.State() == Winsock::sckConnected) {
             model().txtClient(session().sIdx).setEnabled(false);
@@ -246,8 +245,7 @@ bool FrmMain::Form_QueryUnload(bool fromUser)
                 session().checkStatus();
             }
             model().controls.setEnabled(Control::mnuSave, true);
-            session().SessionEndTime = ctx().clock().timeOfDay();
-            Q_EMIT session().sessionEnded();
+            session().endedNow();
         }
     }
     ws.Close();
@@ -267,11 +265,11 @@ void FrmMain::Form_Unload()
         ctx().writeSetting(QStringLiteral("Settings-MainWidth"), QString::number(placement.width));
         ctx().writeSetting(QStringLiteral("Settings-MainHeight"), QString::number(placement.height));
     }
-    Q_EMIT ctx().closeOpenFiles();
+    ctx().closeFilesAtEnd();
     for (int i = 0; i < 2; ++i)
         if (session().winsock(i).State() > Winsock::sckClosed)
             session().winsock(i).Close();
-    Q_EMIT ctx().stopAudio();
+    ctx().stopAllAudio();
     m_tTimer1.stop();
     m_tTimer2.stop();
     ctx().ProgramExiting = true;

@@ -104,7 +104,7 @@ void SessionRecords::SmartSave()
     if (!writeRecord(smartSavePath(), messageFormat(), &error)) {
         f.ctx().prompter().msgBox(QStringLiteral("Save Chat Session Error: ") + error,
                             MsgStyle::Exclamation);
-        Q_EMIT f.ctx().closeOpenFiles();
+        f.ctx().closeFilesAtEnd();
     }
 }
 
@@ -142,7 +142,7 @@ void SessionRecords::mnuSave_Click()
     if (!writeRecord(path, text, &error)) {
         f.ctx().prompter().msgBox(QStringLiteral("Save Chat Record Error: ") + error,
                             MsgStyle::Exclamation);
-        Q_EMIT f.ctx().closeOpenFiles();
+        f.ctx().closeFilesAtEnd();
     }
 }
 

@@ -47,10 +47,10 @@ void Transfer::updateProgress(const QString& what)
         if (likeAnywhere(recvFilePath, r.ringWanted)) {
             unloadProgress();
             closeAllFiles();
-            Q_EMIT m_ctx.ringRequested(m_ctx.appFile(r.ringWanted));
+            m_ctx.requestRing(m_ctx.appFile(r.ringWanted));
             r.ringWanted = QStringLiteral("n/a");
         } else {
-            Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
+            m_ctx.requestRing(m_ctx.setting(QStringLiteral("Ring5")));
         }
         w.lblProgress.color = Qt::black;
         w.lblProgress.visible = false;
@@ -108,8 +108,8 @@ void Transfer::updateProgress(const QString& what)
         w.lblProgress.text = QString::number(w.prbProgress) + QLatin1Char('%');
         // The alarm at this end: the bell twice in a row.
         const QString bell = m_ctx.setting(QStringLiteral("Ring5"));
-        Q_EMIT m_ctx.ringRequested(bell);
-        Q_EMIT m_ctx.ringRequested(bell);
+        m_ctx.requestRing(bell);
+        m_ctx.requestRing(bell);
         setPauseButton("Continue");
         w.cmdPause.enabled = false;
         w.cmdPause.toolTip = lookup("You have no right to contine to send/receive file");

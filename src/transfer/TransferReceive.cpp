@@ -252,7 +252,7 @@ void Transfer::getSaveFileName(QString offer)
         QFile::remove(m_ctx.appFile(QStringLiteral("captscr.jpg")));
     } else {
         recvFileSize = *o.size;
-        Q_EMIT m_ctx.noticeWanted(NoticeKind::FileOffer, o.name + QStringLiteral("  ") + questionSizeText(*o.size));
+        m_ctx.wantNotice(NoticeKind::FileOffer, o.name + QStringLiteral("  ") + questionSizeText(*o.size));
         const QString question = lookup("Would you like to accept it?") + kCrLf + kCrLf +
                                  QStringLiteral("  ") + o.name + QStringLiteral("  ") +
                                  questionSizeText(*o.size);

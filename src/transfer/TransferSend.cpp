@@ -335,7 +335,7 @@ void Transfer::ContSendFile(qint64 position)
     m_progress.lblProgress.text = QStringLiteral("100%");
     m_progress.prbProgress = 100;
     if (!likeAnywhere(path, ringSent)) {
-        Q_EMIT m_ctx.ringRequested(m_ctx.setting(QStringLiteral("Ring5")));
+        m_ctx.requestRing(m_ctx.setting(QStringLiteral("Ring5")));
     } else {
         unloadProgress();
         ringSent = QStringLiteral("n/a");

@@ -59,7 +59,7 @@ void FrameSender::xSendData(QString data)
         return;
     m_model.stStatusbar.setPicture(1, StatePicture::picSend);
     if (m_ctx.views().isVisible(Form::frmDraw))
-        Q_EMIT m_ctx.drawStatus(1, QString(), StatePicture::picSend);
+        m_ctx.showDrawStatus(1, QString(), StatePicture::picSend);
 
     if (!m_cipher.encryptOn) {
         if (data.startsWith(wire::text(wire::kRingOpen)) && m_ctx.settingFlag(QStringLiteral("Disable Sound"))) {

@@ -200,7 +200,7 @@ void LiveTyping::txtServer_KeyPress(int& keyAscii)
 void LiveTyping::txtServer_Change()
 {
     TextPane& pane = m_model.txtServer;
-    m_cipher.encryptOn = m_ctx.settingFlag(QStringLiteral("Encrypted"));
+    m_cipher.readEncryptedSetting();
     const QString text = pane.text();
     const QChar c = text.isEmpty() ? QChar() : text.back();
     const bool dbl = isDoubleByte(c);

@@ -204,9 +204,9 @@ void LiveTyping::mnuClrScr_Click()
 QString LiveTyping::formatMessage() const
 {
     const PaneFormat& p = serverFormat;
-    return wire::text(wire::kFormatOpen) + p.fontName() + QStringLiteral("^fb") + p.boldText() +
-           QStringLiteral("^fi") + p.italicText() + QStringLiteral("^fs") + p.sizeText() +
-           QStringLiteral("^fc") + p.foreColorText() + QStringLiteral("^bc") + p.backColorText() +
+    return wire::text(wire::kFormatOpen) + p.fontName() + wire::text(wire::kFormatBold) + p.boldText() +
+           wire::text(wire::kFormatItalic) + p.italicText() + wire::text(wire::kFormatSize) + p.sizeText() +
+           wire::text(wire::kFormatFore) + p.foreColorText() + wire::text(wire::kFormatBack) + p.backColorText() +
            wire::text(wire::kFormatClose);
 }
 
@@ -228,35 +228,35 @@ void LiveTyping::receiveFormat(const QString& frameThroughMarker)
 
     // Each field is set, then taken out as the pane reports it: a value the
     // pane cannot take exactly leaves a piece in front of the next field.
-    const QString name = leftOf(data, QStringLiteral("^fb"));
+    const QString name = leftOf(data, wire::text(wire::kFormatBold));
     pane.setFontName(name);
     data = removeFirst(data, pane.fontName());
-    data = removeFirst(data, QStringLiteral("^fb"));
+    data = removeFirst(data, wire::text(wire::kFormatBold));
 
-    if (const auto b = flagByText(leftOf(data, QStringLiteral("^fi"))))
+    if (const auto b = flagByText(leftOf(data, wire::text(wire::kFormatItalic))))
         pane.setBold(*b);
     data = removeFirst(data, pane.boldText());
-    data = removeFirst(data, QStringLiteral("^fi"));
+    data = removeFirst(data, wire::text(wire::kFormatItalic));
 
-    if (const auto i = flagByText(leftOf(data, QStringLiteral("^fs"))))
+    if (const auto i = flagByText(leftOf(data, wire::text(wire::kFormatSize))))
         pane.setItalic(*i);
     data = removeFirst(data, pane.italicText());
-    data = removeFirst(data, QStringLiteral("^fs"));
+    data = removeFirst(data, wire::text(wire::kFormatSize));
 
-    QString sizeText = leftOf(data, QStringLiteral("^fc"));
-    sizeText.remove(QStringLiteral("^fs"));
+    QString sizeText = leftOf(data, wire::text(wire::kFormatFore));
+    sizeText.remove(wire::text(wire::kFormatSize));
     bool ok = false;
     const double size = sizeText.trimmed().toDouble(&ok);
     if (ok)
         pane.setSize(size);
     data = removeFirst(data, pane.sizeText());
-    data = removeFirst(data, QStringLiteral("^fc"));
+    data = removeFirst(data, wire::text(wire::kFormatFore));
 
-    const qint64 fore = leftOf(data, QStringLiteral("^bc")).trimmed().toLongLong(&ok);
+    const qint64 fore = leftOf(data, wire::text(wire::kFormatBack)).trimmed().toLongLong(&ok);
     if (ok)
         pane.setForeColor(fore);
     data = removeFirst(data, pane.foreColorText());
-    data = removeFirst(data, QStringLiteral("^bc"));
+    data = removeFirst(data, wire::text(wire::kFormatBack));
 
     const qint64 back = leftOf(data, wire::text(wire::kFormatClose)).trimmed().toLongLong(&ok);
     if (ok)

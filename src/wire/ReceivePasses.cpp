@@ -100,7 +100,7 @@ bool Receiver::versionStage(Pass& pass)
                     m_ctx.translate(QStringLiteral(" Your version - ")) + ours,
                 MsgStyle::Exclamation, m_ctx.translate(QStringLiteral("Version Conflict")));
             Q_EMIT updateRequested();
-            m_connection.mnuDisconnect_Click();
+            Q_EMIT versionConflict();
         }
     }
     pass.take(cut.consumed);

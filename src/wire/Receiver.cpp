@@ -309,11 +309,9 @@ void Receiver::resendWholeText()
 void Receiver::remoteShutDown()
 {
     m_session.RemoteResponded = false;
-    m_session.SessionEndTime = m_ctx.clock().timeOfDay();
-
     m_model.controls.setEnabled(Control::mnuSave, true);
     Q_EMIT playRing(QStringLiteral("Ring2"));
-    Q_EMIT m_session.sessionEnded();
+    m_session.endedNow();
 
     TextPane& pane = m_model.txtClient(m_session.sIdx);
     pane.append(kCrLf + QStringLiteral("[  ") + m_ctx.translate(QStringLiteral("Closed")) +
@@ -324,15 +322,7 @@ void Receiver::remoteShutDown()
     m_model.setCaption(m_ctx.VersionString.isEmpty() ? MainModel::kTitle : m_ctx.VersionString);
 
     pane.setEnabled(false);
-    Winsock& ws = m_session.winsock(m_session.sIdx);
-    ws.Close();
-    m_model.stStatusbar.setPicture(1, StatePicture::picOff);
-    m_session.checkStatus();
-
-    ws.setLocalPort(quint16(m_ctx.settingInt(QStringLiteral("LocalPort"))));
-    m_session.idleDelay0();
-    ws.Listen();
-    m_session.checkStatus();
+    m_connection.closeAfterPeerShutDown();
     m_model.controls.setEnabled(Control::mnuDraw, true);
 }
 

@@ -130,6 +130,8 @@ Q_SIGNALS:
     void refreshAnswerStarts();
     // A version conflict was shown: the update page is to be offered.
     void updateRequested();
+    // ... and then the session is to end, as by the Disconnect menu.
+    void versionConflict();
     // A named sound is to be played ("Ring2" when the peer shuts down).
     void playRing(const QString& key);
     // The peer's key frame was taken in.
