@@ -6,7 +6,8 @@ set -euo pipefail
 packages=(cmake make g++ pkg-config python3 libgtest-dev
   qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev libxkbcommon-dev
   qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev
-  xvfb xdotool dbus dbus-daemon at-spi2-core python3-pyatspi appstream desktop-file-utils)
+  xvfb xdotool dbus dbus-daemon at-spi2-core python3-pyatspi appstream desktop-file-utils
+  weston qt6-wayland)
 [ $# -gt 0 ] && packages=("$@")
 missing=()
 for p in "${packages[@]}"; do

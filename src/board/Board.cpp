@@ -62,14 +62,21 @@ void Board::structural()
     Q_EMIT changed();
 }
 
-bool Board::drawPoint(qint16 x, qint16 y, qint32 colour, qint16 thickness)
+bool Board::drawPoint(qint16 x, qint16 y, qint32 colour, qint16 thickness,
+                      std::optional<QPoint> from)
 {
     if (!markRoom())
         return false;
     // The dot's place is its top-left corner.
     const int size = std::max<int>(thickness, 1) * 50;
     ++shapeCount;
-    m_items.append({ItemKind::Dot, true, shapeCount, x, y, size, size, 1, boardColour(colour)});
+    BoardItem dot{ItemKind::Dot, true, shapeCount, x, y, size, size, 1, boardColour(colour)};
+    if (from) {
+        dot.joined = true;
+        dot.fromX = from->x();
+        dot.fromY = from->y();
+    }
+    m_items.append(dot);
     Q_EMIT changed();
     return true;
 }

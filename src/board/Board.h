@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QRect>
 #include <QString>
 #include <optional>
@@ -33,6 +34,11 @@ struct BoardItem {
     int pen = 1;  // border width in pixels
     QRgb colour = 0;
     int extra = -1;  // the label's text or the picture, by index
+    // A dot that goes on a stroke: painted as a band of its own width from
+    // the stroke's dot before it (its place in from), so a fast hand leaves
+    // a line rather than a trail of dots. Numbering is the dot's alone.
+    bool joined = false;
+    int fromX = 0, fromY = 0;
 };
 
 struct BoardLabel {
@@ -95,7 +101,9 @@ public:
 
     // --- the routines --------------------------------------------------------------
     // Each makes one object and returns false when a limit refuses it.
-    bool drawPoint(qint16 x, qint16 y, qint32 colour, qint16 thickness);
+    // A dot given from (the stroke's dot before it) is joined to that one.
+    bool drawPoint(qint16 x, qint16 y, qint32 colour, qint16 thickness,
+                   std::optional<QPoint> from = std::nullopt);
     bool erasePoint(qint16 x, qint16 y, qint32 colour);
     // From the start (a positive start argument replaces startX, startY) to
     // (x, y); a thickness of 0 takes txtThick.

@@ -37,6 +37,12 @@ void BoardPaint::paintItem(QPainter& p, const Board& board, const BoardItem& ite
         // Small dots are the bulk of a board: a filled square for the
         // smallest, where an oval would show the same pixels.
         const QRectF r = box(item);
+        if (item.joined) {
+            // Centre to centre at the dot's width; the round ends are the dots.
+            const QPointF half(r.width() / 2, r.height() / 2);
+            p.setPen(QPen(colour, std::max(r.width(), 1.0), Qt::SolidLine, Qt::RoundCap));
+            p.drawLine(QPointF(px(item.fromX), px(item.fromY)) + half, r.topLeft() + half);
+        }
         if (r.width() <= 3.5) {
             p.fillRect(r, colour);
         } else {

@@ -317,8 +317,13 @@ void DrawCheck::runTests(QString& data)
         while (takePair(data, pair))
             if (!pair.x.isEmpty() && !pair.y.isEmpty())
                 points.append(QPoint(toInteger(pair.x), toInteger(pair.y)));
-        for (const QPoint& p : std::as_const(points))
-            m_target.strokePoint(qint16(p.x()), qint16(p.y()), r);
+        // The points of one message are one stroke, joined in order.
+        std::optional<QPoint> from;
+        for (const QPoint& p : std::as_const(points)) {
+            const QPoint at(qint16(p.x()), qint16(p.y()));
+            m_target.strokePoint(qint16(at.x()), qint16(at.y()), r, from);
+            from = at;
+        }
     }
     if (at(data, kErase)) {
         matched(Test::Erase, data);

@@ -8,7 +8,9 @@
 
 #include "board/BoardCodec.h"
 
+#include <QPoint>
 #include <QString>
+#include <optional>
 #include <utility>
 
 namespace vonnel {
@@ -50,7 +52,11 @@ public:
     virtual void rect(const RemoteParams& r) { (void)r; }
     virtual void circle(const RemoteParams& r) { (void)r; }
     virtual void line(const RemoteParams& r) { (void)r; }
-    virtual void strokePoint(qint16 x, qint16 y, const RemoteParams& r) { (void)x, (void)y, (void)r; }
+    // from: the point before it in the same stroke message, none for the first.
+    virtual void strokePoint(qint16 x, qint16 y, const RemoteParams& r, std::optional<QPoint> from)
+    {
+        (void)x, (void)y, (void)r, (void)from;
+    }
     virtual void erasePoint(qint16 x, qint16 y, const RemoteParams& r) { (void)x, (void)y, (void)r; }
     virtual void erasePic(qint16 n) { (void)n; }
     virtual void eraseLabel(qint16 n) { (void)n; }

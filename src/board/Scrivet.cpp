@@ -289,9 +289,9 @@ void Scrivet::line(const RemoteParams& r)
                      r.remoteStartX, r.remoteStartY);
 }
 
-void Scrivet::strokePoint(qint16 x, qint16 y, const RemoteParams& r)
+void Scrivet::strokePoint(qint16 x, qint16 y, const RemoteParams& r, std::optional<QPoint> from)
 {
-    m_board.drawPoint(x, y, toLong(r.remoteForeColor), r.remoteThickness);
+    m_board.drawPoint(x, y, toLong(r.remoteForeColor), r.remoteThickness, from);
 }
 
 void Scrivet::erasePoint(qint16 x, qint16 y, const RemoteParams& r)

@@ -199,7 +199,8 @@ private:
     void rect(const RemoteParams& r) override;
     void circle(const RemoteParams& r) override;
     void line(const RemoteParams& r) override;
-    void strokePoint(qint16 x, qint16 y, const RemoteParams& r) override;
+    void strokePoint(qint16 x, qint16 y, const RemoteParams& r,
+                     std::optional<QPoint> from) override;
     void erasePoint(qint16 x, qint16 y, const RemoteParams& r) override;
     void erasePic(qint16 n) override;
     void eraseLabel(qint16 n) override;

@@ -98,8 +98,14 @@ void Scrivet::selectTool(BoardTool tool)
 void Scrivet::markHere(const char* where)
 {
     const qint16 x = m_tools.curX, y = m_tools.curY;
+    // Joined to the point before it only where the peer gets both in the
+    // same stroke message, so both boards paint the same band.
+    const BoardTools& t = m_tools;
+    std::optional<QPoint> from;
+    if (t.strokeCount > 0 && t.strokeCount < BoardTools::kStrokeLimit)
+        from = QPoint(t.strokeX[t.strokeCount], t.strokeY[t.strokeCount]);
     if (m_tools.toolDraw)
-        m_board.drawPoint(x, y, m_board.lblForeColour, qint16(m_board.txtThick));
+        m_board.drawPoint(x, y, m_board.lblForeColour, qint16(m_board.txtThick), from);
     else
         m_board.erasePoint(x, y, m_board.lblBackColour);
     // The 501st point does not fit the stroke; it is told once a stroke.

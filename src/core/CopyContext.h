@@ -105,6 +105,9 @@ public:
     int settingInt(const QString& key) const;
     bool settingFlag(const QString& key) const;  // number is not 0
     QString translate(const QString& key, const QString& fallback = QString()) const;
+    // Words for a screen reader, spoken without taking the focus: what
+    // arrived, a ring, an offer, a change of the session's state.
+    void announce(const QString& text) { Q_EMIT announcementWanted(text); }
 
     // --- values the start reads once for the whole copy --------------------
     QString HelpPath;
@@ -147,6 +150,8 @@ Q_SIGNALS:
     // Something wants the user (a caller, a file offer, a ring): a notice
     // on the desktop may be due while the window is away (core/DesktopNotice).
     void noticeWanted(vonnel::NoticeKind kind, const QString& detail);
+    // See announce(); the main window's announcer speaks it.
+    void announcementWanted(const QString& text);
 
 private:
     CopyEnvironment m_env;

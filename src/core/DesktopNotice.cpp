@@ -33,6 +33,8 @@ QString DesktopNotice::title(NoticeKind kind) const
 
 bool DesktopNotice::raise(NoticeKind kind, const QString& detail)
 {
+    // A screen reader hears of it in sight or not: a ring shows no box.
+    m_ctx.announce(title(kind) + QStringLiteral(": ") + detail);
     if (!due(m_model.isVisible(), m_model.windowState(), m_ctx.setting(QStringLiteral("Desktop Notification"))))
         return false;
     m_ctx.notifier().notify(title(kind), detail);

@@ -25,6 +25,7 @@ public:
     // The notice's title for its kind, through the lookup.
     QString title(NoticeKind kind) const;
     // Raises the notice when it is due; true when it went to the notifier.
+    // The screen reader's announcement goes out either way.
     bool raise(NoticeKind kind, const QString& detail);
 
 private:

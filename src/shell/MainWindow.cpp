@@ -4,6 +4,7 @@
 #include "core/Twips.h"
 #include "platform/Desktop.h"
 #include "shell/FrmMain.h"
+#include "platform/Announcer.h"
 #include "platform/Bell.h"
 #include "shell/dialogs/AccessDialogs.h"
 #include "shell/dialogs/BoardWindow.h"
@@ -38,6 +39,7 @@
 #include "shell/dialogs/AboutWindow.h"
 #include "shell/dialogs/TipWindow.h"
 #include "platform/Prompter.h"
+#include "shell/PaneText.h"
 #include "shell/TypingBinder.h"
 #include "wire/LiveTyping.h"
 #include "wire/PaneFormat.h"
@@ -96,6 +98,10 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
 
     bindPane(frm.model().txtServer, m_server);
     bindPane(frm.model().txtClient(0), m_client);
+    // What arrives in the remote pane is heard as inserted text; the rest
+    // (rings, offers, the session's state) through the announcer.
+    auto* announcer = new Announcer(*this);
+    connect(&frm.ctx(), &CopyContext::announcementWanted, announcer, &Announcer::announce);
     // The local pane's keys go to the typing logic; the model stays the truth.
     new TypingBinder(m_frm, m_server, m_client);
     connect(this, &MainWindow::triggered, &m_frm.typing(),
@@ -323,12 +329,9 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 void MainWindow::bindPane(TextPane& pane, QPlainTextEdit* view)
 {
     auto sync = [&pane, view] {
-        if (view->toPlainText() == QString(pane.text()).replace(QLatin1String("\r\n"), QLatin1String("\n")))
-            return;
         QString shown = pane.text();
         shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-        view->setPlainText(shown);
-        view->moveCursor(QTextCursor::End);
+        showPaneText(*view, shown);
     };
     connect(&pane, &TextPane::textChanged, view, sync);
     connect(&pane, &TextPane::enabledChanged, view, [view](bool e) { view->setEnabled(e); });

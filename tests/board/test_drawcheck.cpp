@@ -60,9 +60,12 @@ public:
     void rect(const RemoteParams& r) override { seen << "rec " + shape(r); }
     void circle(const RemoteParams& r) override { seen << "cir " + shape(r); }
     void line(const RemoteParams& r) override { seen << "lin " + shape(r); }
-    void strokePoint(qint16 x, qint16 y, const RemoteParams& r) override
+    void strokePoint(qint16 x, qint16 y, const RemoteParams& r, std::optional<QPoint> from) override
     {
-        seen << QString("st %1,%2 c%3").arg(x).arg(y).arg(r.remoteForeColor);
+        QString s = QString("st %1,%2 c%3").arg(x).arg(y).arg(r.remoteForeColor);
+        if (from)
+            s += QString(" from %1,%2").arg(from->x()).arg(from->y());
+        seen << s;
     }
     void erasePoint(qint16 x, qint16 y, const RemoteParams& r) override
     {
@@ -112,8 +115,10 @@ const Case kCases[] = {
     {"line", "&&sp1,2$&&ep3,4$&&lin$", "lin 1,2-3,4 t0 c111", ""},
     {"label at the end point", "&&ep5,6$&&lblhello$", "lbl {hello} at 5,6", ""},
     {"stroke skips pairs with a missing number", "&&st1,2$,5$6,$3,4$%z",
-     "st 1,2 c111|st 3,4 c111", "z"},
+     "st 1,2 c111|st 3,4 c111 from 1,2", "z"},
     {"stroke with no points", "&&st%", "", ""},
+    {"each stroke message starts a stroke of its own", "&&st1,2$3,4$%&&st5,6$%",
+     "st 1,2 c111|st 3,4 c111 from 1,2|st 5,6 c111", ""},
     {"stroke without its end draws nothing yet", "&&st1,2$3,4$", "", ""},
     {"erase trail", "&&et1,2$3,4$%", "et 1,2 c222|et 3,4 c222", ""},
     {"erase trail with an empty number", "&&et,2$%", "", "", "Type mismatch"},
@@ -234,7 +239,7 @@ TEST(DrawCheck, AMessageTheReadCutOffWaitsForTheRest)
     data = check.takePending() + "4$%&&<#> a <#>&&";
     EXPECT_FALSE(check.hasPending());
     check.cDrawcheck(data);
-    EXPECT_EQ(target.seen.join('|'), "fc 1|st 1,2 c1|st 3,4 c1|chat {a}");
+    EXPECT_EQ(target.seen.join('|'), "fc 1|st 1,2 c1|st 3,4 c1 from 1,2|chat {a}");
 
     const char* kept[] = {"&&<#> half a line", "&&lblhalf a la", "&&fc25", "&&sp-12,3",
                           "&&et1,2$3", "&&e-l1", "&&fontArial$10$Tr"};
@@ -318,7 +323,8 @@ TEST(DrawCheck, AMessageTornAnywhereByAReadIsJoined)
     for (qsizetype at = 0; at < stroke.size(); at += 7)
         reads.read(stroke.mid(at, 7));
     ASSERT_EQ(target.seen.size(), 501);
-    EXPECT_EQ(target.seen[499], "st -499,499 c111");
+    EXPECT_EQ(target.seen[0], "st 0,0 c111");
+    EXPECT_EQ(target.seen[499], "st -499,499 c111 from -498,498") << "one stroke however it was cut";
     EXPECT_EQ(target.seen.last(), "eee");
 }
 
@@ -418,7 +424,7 @@ TEST(BoardCodec, BuildersGiveWhatTheReaderTakes)
     EXPECT_EQ(data.left(30), "&&fc255$&&bc-1$&&lt2$&&sp-3,4$");
     check.cDrawcheck(data);
     EXPECT_EQ(target.seen.join('|'),
-              "fc 255|bc -1|lt 2|rec -3,4-5,6 t2 c255|st 1,2 c255|st 3,4 c255|"
+              "fc 255|bc -1|lt 2|rec -3,4-5,6 t2 c255|st 1,2 c255|st 3,4 c255 from 1,2|"
               "et 7,8 c-1|e-l 9|eee|chat {yo}");
 
     const QString f = font({"Arial", 10.5f, true, false, false, true});
