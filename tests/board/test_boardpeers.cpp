@@ -3,6 +3,7 @@
 // same numbers, painted to the same pixels.
 
 #include "BoardRawPeer.h"
+#include "TwoBoardCopies.h"
 #include "board/BoardPaint.h"
 #include "board/BoardSave.h"
 #include "access/Encryption.h"
@@ -43,18 +44,8 @@ bool sameItems(const Board& x, const Board& y, QString* why)
     return true;
 }
 
-class BoardPeers : public ::testing::Test {
+class BoardPeers : public TwoBoardCopies {
 protected:
-    void SetUp() override
-    {
-        for (TestCopy* c : {&a, &b})
-            c->set("DrawingBoard - Thickness", "2");
-        ASSERT_TRUE(a.start());
-        ASSERT_TRUE(b.start());
-        ASSERT_TRUE(connectCopies(a, b));
-    }
-    Scrivet& sa() { return a.frm().scrivet(); }
-    Scrivet& sb() { return b.frm().scrivet(); }
     // Waits until b holds what a holds.
     void expectSame(const char* step)
     {
@@ -80,7 +71,6 @@ protected:
         sa().mouseMove(to.x() - 15, to.y(), true);
         sa().mouseUp(to.x(), to.y());
     }
-    TestCopy a, b;
 };
 
 TEST_F(BoardPeers, EveryKindOfObjectArrivesTheSame)

@@ -4,6 +4,7 @@
 // them are what a peer of the old wire reads.
 
 #include "BoardRawPeer.h"
+#include "TwoBoardCopies.h"
 #include "board/Board.h"
 #include "board/BoardPaint.h"
 #include "board/BoardSave.h"
@@ -38,21 +39,14 @@ void stroke(Scrivet& s, const QList<QPoint>& points)
     drag(s, points);
 }
 
-class BoardStrokes : public ::testing::Test {
+class BoardStrokes : public TwoBoardCopies {
 protected:
     void SetUp() override
     {
-        for (TestCopy* c : {&a, &b})
-            c->set("DrawingBoard - Thickness", "2");
-        ASSERT_TRUE(a.start());
-        ASSERT_TRUE(b.start());
-        ASSERT_TRUE(connectCopies(a, b));
+        TwoBoardCopies::SetUp();
         sa().mnuDraw_Click();
         ASSERT_TRUE(waitUntil([&] { return sb().isOpen(); }));
     }
-    Scrivet& sa() { return a.frm().scrivet(); }
-    Scrivet& sb() { return b.frm().scrivet(); }
-    TestCopy a, b;
 };
 
 TEST_F(BoardStrokes, AFastStrokeIsInkedBetweenItsPointsOnBothBoards)

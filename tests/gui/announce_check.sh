@@ -7,14 +7,8 @@
 # usage: announce_check.sh VONNEL PRESET
 set -u
 here=$(cd "$(dirname "$0")" && pwd)
-python=/usr/bin/python3
-launcher=$(ls /usr/libexec/at-spi-bus-launcher /usr/lib/at-spi2-core/at-spi-bus-launcher 2>/dev/null | head -1)
-if ! command -v Xvfb >/dev/null || ! command -v dbus-run-session >/dev/null || [ -z "$launcher" ] ||
-   ! "$python" -c 'import pyatspi' 2>/dev/null; then
-  echo "skipped: needs Xvfb, dbus-run-session, at-spi2-core and python3-pyatspi"
-  exit 77
-fi
 . "$here/xvfb.sh"
+need_atspi
 work=$(mktemp -d)
 trap 'stop_xvfb; rm -rf "$work"' EXIT
 start_xvfb "$work" || { echo "FAILED: Xvfb did not start"; cat "$work/xvfb.log"; exit 1; }

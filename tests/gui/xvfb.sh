@@ -37,3 +37,16 @@ stop_xvfb() {
   wait "$xvfb_pid" 2>/dev/null
   xvfb_pid=
 }
+
+# need_atspi: sets python and launcher for the accessibility checks, or
+# exits 77 (skipped) where Xvfb, a session bus, at-spi2-core or
+# python3-pyatspi is missing.
+need_atspi() {
+  python=/usr/bin/python3
+  launcher=$(ls /usr/libexec/at-spi-bus-launcher /usr/lib/at-spi2-core/at-spi-bus-launcher 2>/dev/null | head -1)
+  if ! command -v Xvfb >/dev/null || ! command -v dbus-run-session >/dev/null || [ -z "$launcher" ] ||
+     ! "$python" -c 'import pyatspi' 2>/dev/null; then
+    echo "skipped: needs Xvfb, dbus-run-session, at-spi2-core and python3-pyatspi"
+    exit 77
+  fi
+}
