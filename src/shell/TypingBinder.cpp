@@ -1,5 +1,7 @@
 #include "shell/TypingBinder.h"
 
+#include "shell/ColorScheme.h"
+
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "shell/FrmMain.h"
@@ -8,6 +10,7 @@
 #include "wire/PaneFormat.h"
 #include "core/CopyContext.h"
 
+#include <QApplication>
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -18,7 +21,7 @@
 namespace vonnel {
 
 TypingBinder::TypingBinder(FrmMain& frm, QPlainTextEdit* server, QPlainTextEdit* client)
-    : QObject(server), m_frm(frm), m_server(server)
+    : QObject(server), m_frm(frm), m_server(server), m_client(client)
 {
     // Read-only keeps the widget from editing; the caret and the keyboard
     // selection stay, and the events still come here first.
@@ -186,9 +189,10 @@ void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
     font.setBold(format.bold());
     font.setItalic(format.italic());
     view->setFont(font);
+    const auto [text, base] = paneColours(format.foreColor(), format.backColor(), QApplication::palette(view));
     QPalette pal = view->palette();
-    pal.setColor(QPalette::Text, PaneFormat::toColor(format.foreColor()));
-    pal.setColor(QPalette::Base, PaneFormat::toColor(format.backColor()));
+    pal.setColor(QPalette::Text, text);
+    pal.setColor(QPalette::Base, base);
     view->setPalette(pal);
 }
 
@@ -287,6 +291,14 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
 {
     LiveTyping& typing = m_frm.typing();
     switch (event->type()) {
+    case QEvent::ApplicationPaletteChange:
+        // The desktop went light or dark: panes in the preset colours follow.
+        if (watched == m_server) {
+            showFormat(typing.serverFormat, m_server);
+            if (m_client)
+                showFormat(typing.clientFormat, m_client);
+        }
+        break;
     case QEvent::KeyPress:
         if (watched == m_server)
             return keyPress(static_cast<QKeyEvent*>(event));
