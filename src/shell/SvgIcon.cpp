@@ -37,11 +37,12 @@ public:
         if (device.isEmpty())
             return QPixmap();
         // Toolbars ask for the same few pixmaps at every repaint.
-        const QString key = QStringLiteral("%1x%2/%3/%4")
+        const QString key = QStringLiteral("%1x%2/%3/%4/%5")
                                 .arg(device.width())
                                 .arg(device.height())
                                 .arg(int(mode))
-                                .arg(ink(mode).rgba());
+                                .arg(ink(mode).rgba())
+                                .arg(QApplication::palette().color(QPalette::Base).rgba());
         auto it = m_cache.constFind(key);
         if (it == m_cache.constEnd()) {
             QPixmap pm(device);
@@ -72,6 +73,7 @@ private:
     QByteArray tinted(QIcon::Mode mode) const
     {
         QByteArray svg = m_svg;
+        svg.replace(kDrawingPaper, QApplication::palette().color(QPalette::Base).name(QColor::HexRgb).toLatin1());
         return svg.replace(kDrawingInk, ink(mode).name(QColor::HexRgb).toLatin1());
     }
 

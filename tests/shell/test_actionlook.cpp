@@ -233,18 +233,28 @@ TEST(ActionLook, DrawingsStaySharpAtTwiceTheScale)
 
 TEST(ActionLook, DrawingsTakeThePalettesInk)
 {
+    // A point on the upper sheet of Copy, clear of its lines.
+    const auto sheet = [] { return QColor(drawnIcon(QStringLiteral("copy")).pixmap(48, 48).toImage().pixel(28, 9)); };
     const QPalette before = QApplication::palette();
     QPalette light = before;
     light.setColor(QPalette::WindowText, QColor(0x10, 0x10, 0x10));
+    light.setColor(QPalette::Base, QColor(0xff, 0xff, 0xff));
     QApplication::setPalette(light);
     const int onLight = inkLightness(drawnIcon(QStringLiteral("bold")));
+    const QColor lightSheet = sheet();
     QPalette dark = before;
     dark.setColor(QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
+    dark.setColor(QPalette::Base, QColor(0x20, 0x20, 0x20));
     QApplication::setPalette(dark);
     const int onDark = inkLightness(drawnIcon(QStringLiteral("bold")));
+    const QColor darkSheet = sheet();
     QApplication::setPalette(before);
     EXPECT_LT(onLight, 60);
     EXPECT_GT(onDark, 190);
+    // The sheets take the ground colour, so the light lines stay seen.
+    EXPECT_GT(lightSheet.lightness(), 230);
+    EXPECT_LT(darkSheet.lightness(), 60);
+    EXPECT_EQ(darkSheet.alpha(), 255);
 }
 
 }  // namespace
