@@ -10,6 +10,9 @@ struct Look {
     Control c;
     ActionPicture picture;
     QKeySequence::StandardKey key = QKeySequence::UnknownKey;
+    // Where the platform's key scheme has none for the standard key (Quit
+    // has none in the Windows scheme some platform plug-ins use).
+    const char* fallbackKey = nullptr;
 };
 
 // One line per entry. Twins (see menuTwin) share the line, so a button
@@ -21,7 +24,7 @@ const Look kLooks[] = {
     {Control::mnuFileAutoConnect, {nullptr, "autoconnect"}},
     {Control::mnuFileProperties, {"document-properties", "properties"}},
     {Control::mnuFileClose, {nullptr, "close"}, QKeySequence::Close},
-    {Control::mnuFileExit, {"application-exit", "exit"}, QKeySequence::Quit},
+    {Control::mnuFileExit, {"application-exit", "exit"}, QKeySequence::Quit, "Ctrl+Q"},
     {Control::mnuCopyAll, {nullptr, "copy-all"}},
     {Control::mnuCopy, {"edit-copy", "copy"}},
     {Control::mnuEditPaste, {"edit-paste", "paste"}},
@@ -130,10 +133,22 @@ QKeySequence::StandardKey actionKey(Control c)
     return l ? l->key : QKeySequence::UnknownKey;
 }
 
-QString tipWithKey(const QString& tip, const QKeySequence& key)
+QList<QKeySequence> actionShortcuts(Control c)
 {
-    if (key.isEmpty())
+    const Look* l = lookOf(c);
+    if (!l || l->key == QKeySequence::UnknownKey)
+        return {};
+    QList<QKeySequence> keys = QKeySequence::keyBindings(l->key);
+    if (keys.isEmpty() && l->fallbackKey)
+        keys << QKeySequence(QLatin1String(l->fallbackKey), QKeySequence::PortableText);
+    return keys;
+}
+
+QString tipWithKey(const QString& tip, const QList<QKeySequence>& keys)
+{
+    if (keys.isEmpty())
         return tip;
+    const QKeySequence& key = keys.constFirst();
     return tip + QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + QLatin1Char(')');
 }
 

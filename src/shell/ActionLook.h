@@ -33,7 +33,10 @@ QIcon drawnIcon(const QString& drawing);
 // the key belongs to the typing in the panes (copy, paste, select all).
 QKeySequence::StandardKey actionKey(Control c);
 
-// "Send File (Ctrl+O)": a tip that names the key as well, where there is one.
-QString tipWithKey(const QString& tip, const QKeySequence& key);
+// The keys that run it on this platform: the standard key's bindings.
+QList<QKeySequence> actionShortcuts(Control c);
+
+// "Send File (Ctrl+O)": a tip that names the first key as well, where there is one.
+QString tipWithKey(const QString& tip, const QList<QKeySequence>& keys);
 
 }  // namespace vonnel

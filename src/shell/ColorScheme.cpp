@@ -72,12 +72,12 @@ bool applyColorScheme(QApplication& app, ColorScheme wanted, std::optional<bool>
     return true;
 }
 
-std::pair<QColor, QColor> paneColours(qint64 fore, qint64 back, const QPalette& palette)
+std::optional<std::pair<QColor, QColor>> paneColours(qint64 fore, qint64 back)
 {
     const PaneFormat preset;
     if (fore == preset.foreColor() && back == preset.backColor())
-        return {palette.color(QPalette::Text), palette.color(QPalette::Base)};
-    return {PaneFormat::toColor(fore), PaneFormat::toColor(back)};
+        return std::nullopt;
+    return std::pair{PaneFormat::toColor(fore), PaneFormat::toColor(back)};
 }
 
 }  // namespace vonnel

@@ -26,9 +26,10 @@ QPalette schemePalette(ColorScheme scheme);
 // changed the palette.
 bool applyColorScheme(QApplication& app, ColorScheme wanted, std::optional<bool> desktopDark);
 
-// The text and background colours a pane shows. The preset pair (black on
-// white) is nobody's choice and takes the palette's; any other pair is the
-// user's or the peer's and stays.
-std::pair<QColor, QColor> paneColours(qint64 fore, qint64 back, const QPalette& palette);
+// The text and background colours a pane holds on to. The preset pair
+// (black on white) is nobody's choice: none, and the pane follows the
+// palette, light or dark, as it changes. Any other pair is the user's or the
+// peer's and stays.
+std::optional<std::pair<QColor, QColor>> paneColours(qint64 fore, qint64 back);
 
 }  // namespace vonnel

@@ -52,10 +52,9 @@ void MainWindow::buildMenus()
         // The standard keys live on the menu bar's entries alone, so each
         // key has one action; the menus show them beside the captions.
         for (const MenuEntry& e : h.entries) {
-            const QKeySequence::StandardKey key = e.separator() ? QKeySequence::UnknownKey : actionKey(e.c);
-            if (key == QKeySequence::UnknownKey)
+            if (e.separator() || actionShortcuts(e.c).isEmpty())
                 continue;
-            action(e.c)->setShortcuts(key);
+            action(e.c)->setShortcuts(actionShortcuts(e.c));
             action(e.c)->setShortcutContext(Qt::WindowShortcut);
         }
     }
@@ -99,7 +98,7 @@ void MainWindow::buildToolbar()
     for (const ToolbarTip& t : toolbarTips()) {
         const QString tip = m_frm.ctx().translate(QLatin1String(t.key));
         QAction* a = bindAction(bar->addAction(actionIcon(t.c), tip), t.c);
-        a->setToolTip(tipWithKey(tip, QKeySequence(actionKey(t.c))));
+        a->setToolTip(tipWithKey(tip, actionShortcuts(t.c)));
         if (t.c == Control::Toolbar1_13 || t.c == Control::Toolbar1_16)
             a->setCheckable(true);  // Override and Mute: down while on
         if (t.groupEnds)

@@ -365,7 +365,7 @@ void MainWindow::refreshControl(Control c)
     if (!s.caption.isEmpty())
         a->setText(s.caption);
     if (!s.toolTip.isEmpty())
-        a->setToolTip(tipWithKey(s.toolTip, QKeySequence(actionKey(c))));
+        a->setToolTip(tipWithKey(s.toolTip, actionShortcuts(c)));
     // Entries shown or hidden move the separators between them.
     if (c >= Control::mnuFile && c <= Control::mnuSysClose)
         refreshSeparators();

@@ -26,14 +26,16 @@ public:
         p->restore();
     }
 
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    // QIcon asks with the size in device pixels already and sets the
+    // pixmap's ratio itself.
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal) override
     {
-        return scaledPixmap(size, mode, state, 1.0);
+        return pixmap(size, mode, state);
     }
 
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
     {
-        const QSize device = size * scale;
+        const QSize device = size;
         if (device.isEmpty())
             return QPixmap();
         // Toolbars ask for the same few pixmaps at every repaint.
@@ -53,9 +55,7 @@ public:
             p.end();
             it = m_cache.insert(key, pm);
         }
-        QPixmap pm = *it;
-        pm.setDevicePixelRatio(scale);
-        return pm;
+        return *it;
     }
 
     QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override { return size; }

@@ -21,7 +21,7 @@
 namespace vonnel {
 
 TypingBinder::TypingBinder(FrmMain& frm, QPlainTextEdit* server, QPlainTextEdit* client)
-    : QObject(server), m_frm(frm), m_server(server), m_client(client)
+    : QObject(server), m_frm(frm), m_server(server)
 {
     // Read-only keeps the widget from editing; the caret and the keyboard
     // selection stay, and the events still come here first.
@@ -189,10 +189,13 @@ void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
     font.setBold(format.bold());
     font.setItalic(format.italic());
     view->setFont(font);
-    const auto [text, base] = paneColours(format.foreColor(), format.backColor(), QApplication::palette(view));
-    QPalette pal = view->palette();
-    pal.setColor(QPalette::Text, text);
-    pal.setColor(QPalette::Base, base);
+    // Only the roles the pane holds are set; the rest, and both in the
+    // preset colours, follow the window's palette as it changes.
+    QPalette pal;
+    if (const auto own = paneColours(format.foreColor(), format.backColor())) {
+        pal.setColor(QPalette::Text, own->first);
+        pal.setColor(QPalette::Base, own->second);
+    }
     view->setPalette(pal);
 }
 
@@ -291,14 +294,6 @@ bool TypingBinder::eventFilter(QObject* watched, QEvent* event)
 {
     LiveTyping& typing = m_frm.typing();
     switch (event->type()) {
-    case QEvent::ApplicationPaletteChange:
-        // The desktop went light or dark: panes in the preset colours follow.
-        if (watched == m_server) {
-            showFormat(typing.serverFormat, m_server);
-            if (m_client)
-                showFormat(typing.clientFormat, m_client);
-        }
-        break;
     case QEvent::KeyPress:
         if (watched == m_server)
             return keyPress(static_cast<QKeyEvent*>(event));

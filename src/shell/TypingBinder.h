@@ -51,7 +51,6 @@ private:
 
     FrmMain& m_frm;
     QPlainTextEdit* m_server;
-    QPlainTextEdit* m_client;  // shown only: its format follows the peer
     // Keys that went down in this pane and are not up yet. A key held down
     // elsewhere (the Return that answered a box which has closed since,
     // another window) repeats into whatever has the focus: those repeats

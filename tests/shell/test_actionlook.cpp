@@ -135,10 +135,14 @@ TEST(ActionLook, StandardKeysAreBoundOnceAndLeaveThePanesTheirs)
     };
     for (const auto& b : bound) {
         QAction* a = w.window->action(b.c);
-        ASSERT_FALSE(QKeySequence::keyBindings(b.key).isEmpty());
-        EXPECT_EQ(a->shortcuts(), QKeySequence::keyBindings(b.key)) << qPrintable(controlName(b.c));
+        EXPECT_EQ(actionKey(b.c), b.key) << qPrintable(controlName(b.c));
+        ASSERT_FALSE(a->shortcuts().isEmpty()) << qPrintable(controlName(b.c));
+        if (!QKeySequence::keyBindings(b.key).isEmpty())
+            EXPECT_EQ(a->shortcuts(), QKeySequence::keyBindings(b.key)) << qPrintable(controlName(b.c));
         EXPECT_EQ(a->shortcutContext(), Qt::WindowShortcut);
     }
+    // Quit is Ctrl+Q on every platform, its scheme's or not.
+    EXPECT_TRUE(w.window->action(Control::mnuFileExit)->shortcuts().contains(QKeySequence("Ctrl+Q")));
     EXPECT_EQ(w.window->action(Control::mnuHelpContents)->shortcut(), QKeySequence(Qt::Key_F1));
 
     // No key runs two actions, and none takes a key the typing needs.
@@ -234,7 +238,7 @@ TEST(ActionLook, DrawingsStaySharpAtTwiceTheScale)
 TEST(ActionLook, DrawingsTakeThePalettesInk)
 {
     // A point on the upper sheet of Copy, clear of its lines.
-    const auto sheet = [] { return QColor(drawnIcon(QStringLiteral("copy")).pixmap(48, 48).toImage().pixel(28, 9)); };
+    const auto sheet = [] { return QColor(drawnIcon(QStringLiteral("copy")).pixmap(48, 48).toImage().pixel(24, 9)); };
     const QPalette before = QApplication::palette();
     QPalette light = before;
     light.setColor(QPalette::WindowText, QColor(0x10, 0x10, 0x10));
