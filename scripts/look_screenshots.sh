@@ -58,22 +58,6 @@ for scale in 1 2; do
     # Away from the button, and the tip gone, before any window is counted.
     xdotool mousemove --window "$main" $((400 * s)) $((400 * s))
     sleep 1.5
-    # The board, a stroke drawn fast with the pen.
-    before=$(windows)
-    xdotool mousemove --window "$main" $((125 * s)) $((38 * s)) click 1
-    if w=$(new_window "$before"); then
-      sleep 1.5
-      xdotool mousemove --window "$w" $((25 * s)) $((25 * s)) click 1
-      sleep 0.5
-      xdotool mousemove --window "$w" $((300 * s)) $((300 * s)) mousedown 1
-      for i in $(seq 0 20); do
-        xdotool mousemove --window "$w" $(((300 + i * 20) * s)) $(((300 + (i % 4) * 25 + i * 5) * s))
-        sleep 0.02
-      done
-      xdotool mouseup 1
-      sleep 1
-      shot "$w" "$out/board-stroke-$tag.png"
-    fi
     # Connect.
     before=$(windows)
     xdotool mousemove --window "$main" $((19 * s)) $((38 * s)) click 1
@@ -94,6 +78,22 @@ for scale in 1 2; do
       shot "$w" "$out/options-$tag.png"
       xdotool windowfocus "$w" 2>/dev/null; xdotool key Escape
       sleep 1
+    fi
+    # The board, a stroke drawn fast with the pen.
+    before=$(windows)
+    xdotool mousemove --window "$main" $((125 * s)) $((38 * s)) click 1
+    if w=$(new_window "$before"); then
+      sleep 1.5
+      xdotool mousemove --window "$w" $((25 * s)) $((25 * s)) click 1
+      sleep 0.5
+      xdotool mousemove --window "$w" $((300 * s)) $((300 * s)) mousedown 1
+      for i in $(seq 0 20); do
+        xdotool mousemove --window "$w" $(((300 + i * 20) * s)) $(((300 + (i % 4) * 25 + i * 5) * s))
+        sleep 0.02
+      done
+      xdotool mouseup 1
+      sleep 1
+      shot "$w" "$out/board-stroke-$tag.png"
     fi
     # A box left up would hold a plain end; the pictures are taken.
     kill -9 "$app"; wait "$app" 2>/dev/null; app=
