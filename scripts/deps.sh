@@ -4,7 +4,7 @@
 #   bash scripts/deps.sh [PACKAGE...]
 set -euo pipefail
 packages=(cmake make g++ pkg-config python3 libgtest-dev
-  qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev libxkbcommon-dev
+  qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev qt6-svg-dev libxkbcommon-dev
   qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev
   xvfb xdotool dbus dbus-daemon at-spi2-core python3-pyatspi appstream desktop-file-utils
   weston qt6-wayland)

@@ -82,6 +82,7 @@ QString controlName(Control c)
     case Control::Toolbar1_16: return QStringLiteral("Toolbar1:16");
     case Control::Toolbar1_17: return QStringLiteral("Toolbar1:17");
     case Control::Toolbar1_SendFile: return QStringLiteral("Toolbar1:SendFile");
+    case Control::Toolbar1_Scrivet: return QStringLiteral("Toolbar1:Scrivet");
     case Control::popCopy: return QStringLiteral("popCopy");
     case Control::popCopyAll: return QStringLiteral("popCopyAll");
     case Control::popPaste: return QStringLiteral("popPaste");

@@ -100,6 +100,7 @@ enum class Control {
     Toolbar1_16,
     Toolbar1_17,
     Toolbar1_SendFile,
+    Toolbar1_Scrivet,
     // The panes' pop-up popsFormat; each entry runs its twin.
     popCopy,
     popCopyAll,

@@ -2,7 +2,11 @@
 
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QApplication>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QSpacerItem>
 #include <QPushButton>
 
 namespace vonnel {
@@ -44,12 +48,27 @@ Answer WidgetPrompter::box(const BoxRequest& request)
     box.setDefaultButton(toStandard(request.defaultAnswer()));
     if (request.style & MsgStyle::Foreground)
         box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    // A short text under a long title made a box too narrow for it: the
+    // desktop cut "File Receiving Request" to "File Rece... Request".
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+        grid->addItem(new QSpacerItem(titleRoom(request.title), 0, QSizePolicy::Minimum, QSizePolicy::Minimum),
+                      grid->rowCount(), 0, 1, grid->columnCount());
     const int pressed = box.exec();
     for (Answer a : request.buttons())
         if (pressed == toStandard(a))
             return a;
     // Closed with the window's close button: Cancel where offered.
     return request.buttons().contains(Answer::Cancel) ? Answer::Cancel : request.defaultAnswer();
+}
+
+int WidgetPrompter::titleRoom(const QString& title)
+{
+    // Desktops draw titles bold and often larger than the text, beside
+    // their close, maximise and minimise buttons.
+    QFont f = QApplication::font();
+    f.setBold(true);
+    f.setPointSizeF(f.pointSizeF() * 1.2);
+    return QFontMetrics(f).horizontalAdvance(title) + 3 * QFontMetrics(f).height() + 48;
 }
 
 std::optional<QString> WidgetPrompter::input(const QString& title, const QString& prompt,

@@ -19,6 +19,8 @@ public:
 
     // "Text files (*.txt)|*.txt|All files|*.*" becomes a Qt filter list.
     static QString qtFilter(const QString& filter);
+    // The width a box keeps so the desktop can show its whole title.
+    static int titleRoom(const QString& title);
 
 private:
     QWidget* m_parent;

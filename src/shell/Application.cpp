@@ -1,5 +1,8 @@
 #include "shell/Application.h"
 
+#include "platform/DesktopScheme.h"
+#include "shell/ColorScheme.h"
+
 #include "core/FatalHandler.h"
 #include "shell/Startup.h"
 #include "platform/AppFolder.h"
@@ -115,6 +118,10 @@ int runProgram(int argc, char** argv)
     trace.mark("application made");
 
     app.setDesktopFileName(QStringLiteral("vonnel"));
+    // Light or dark before the first window: forced by the environment, or
+    // as the desktop asks.
+    const ColorScheme scheme = schemeByName(qEnvironmentVariable("VONNEL_COLOR_SCHEME"));
+    applyColorScheme(app, scheme, scheme == ColorScheme::System ? desktopPrefersDark() : std::nullopt);
 
     AppFolderInputs where;
     where.appPathArgument = args.appPath;

@@ -4,6 +4,8 @@
 
 #include "shell/MainWindow.h"
 
+#include "shell/ActionLook.h"
+
 #include "board/Scrivet.h"
 
 #include "wire/AwayNotice.h"
@@ -85,6 +87,7 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
         const Control twin = popupTwin(e.c);
         QAction* a = menu.addAction(m_frm.ctx().translate(QLatin1String(e.key), QLatin1String(e.fallback)));
         a->setObjectName(controlName(e.c));
+        a->setIcon(actionIcon(twin));
         a->setEnabled(m_frm.model().controls.enabled(twin));
         if (twin == Control::mnuOverride) {
             a->setCheckable(true);
@@ -97,6 +100,7 @@ void MainWindow::showPopsFormat(QPlainTextEdit* pane, const QPoint& globalPos)
     const Control speak = pane == m_client ? Control::popcSpeak : Control::popsSpeak;
     QAction* a = menu.addAction(m_frm.ctx().translate(QStringLiteral("Speak"), QStringLiteral("&Speak")));
     a->setObjectName(controlName(speak));
+    a->setIcon(actionIcon(Control::mnuSpeak));
     a->setEnabled(m_frm.model().controls.enabled(speak));
     connect(a, &QAction::triggered, this, [this, speak] { Q_EMIT triggered(speak); });
     menu.exec(globalPos);
@@ -307,6 +311,7 @@ void MainWindow::onTriggered(Control c)
         break;
     case Control::mnuBeep:
     case Control::mnuRing:
+    case Control::Toolbar1_14:
     case Control::Toolbar1_15:
         m_frm.rings().mnuBeep_Click();
         break;
@@ -339,6 +344,7 @@ void MainWindow::onTriggered(Control c)
         m_frm.speech().mnuVolumeDown_Click();
         break;
     case Control::mnuDraw:
+    case Control::Toolbar1_Scrivet:
         m_frm.scrivet().mnuDraw_Click();
         break;
     case Control::mnuMsg1:

@@ -7,7 +7,7 @@
 #include "core/CopyContext.h"
 #include "core/MainModel.h"
 #include "shell/FrmMain.h"
-#include "shell/Icons.h"
+#include "shell/ActionLook.h"
 #include "shell/MenuTable.h"
 #include "media/Speech.h"
 #include "platform/Notifier.h"
@@ -33,7 +33,7 @@ QAction* MainWindow::bindAction(QAction* a, Control c)
 
 QAction* MainWindow::addEntry(QMenu* menu, Control c, const QString& key, const QString& fallback)
 {
-    auto* a = new QAction(m_frm.ctx().translate(key, fallback), this);
+    auto* a = new QAction(actionIcon(c), m_frm.ctx().translate(key, fallback), this);
     a->setToolTip(m_frm.ctx().translate(key));
     menu->addAction(a);
     return bindAction(a, c);
@@ -49,6 +49,14 @@ void MainWindow::buildMenus()
         menu->menuAction()->setObjectName(controlName(h.c));
         m_actions[size_t(h.c)] = menu->menuAction();
         addEntries(menu, h.entries);
+        // The standard keys live on the menu bar's entries alone, so each
+        // key has one action; the menus show them beside the captions.
+        for (const MenuEntry& e : h.entries) {
+            if (e.separator() || actionShortcuts(e.c).isEmpty())
+                continue;
+            action(e.c)->setShortcuts(actionShortcuts(e.c));
+            action(e.c)->setShortcutContext(Qt::WindowShortcut);
+        }
     }
     for (Control c : {Control::mnuViewontop, Control::mnuMute, Control::mnuSecurity, Control::mnuOverride,
                       Control::mnuAutoCheck})
@@ -86,41 +94,14 @@ void MainWindow::buildToolbar()
     QToolBar* bar = addToolBar(QStringLiteral("Toolbar1"));
     bar->setObjectName(controlName(Control::Toolbar1));
     bar->setMovable(false);
-    bar->setIconSize(QSize(22, 22));
-    QStyle* st = style();
-    const QColor ink(0x30, 0x30, 0x30);
-    // The pictures of buttons 1 to 17 and Send File, in the table's order.
-    const QIcon icons[] = {
-        dotIcon(QColor(0x43, 0xa0, 0x47), QColor(0x1b, 0x5e, 0x20)),
-        dotIcon(QColor(0xe5, 0x39, 0x35), QColor(0x8e, 0x24, 0x1c)),
-        st->standardIcon(QStyle::SP_BrowserReload),
-        st->standardIcon(QStyle::SP_DialogResetButton),
-        copyIcon(ink),
-        pasteIcon(ink),
-        letterIcon(QStringLiteral("B"), ink, true),
-        letterIcon(QStringLiteral("I"), ink, false, true),
-        letterIcon(QStringLiteral("A+"), ink),
-        letterIcon(QStringLiteral("A-"), ink),
-        letterIcon(QStringLiteral("A"), QColor(0xc6, 0x28, 0x28)),
-        dotIcon(QColor(0xff, 0xf5, 0x9d), QColor(0x9e, 0x9d, 0x24)),
-        st->standardIcon(QStyle::SP_ArrowUp),
-        letterIcon(QStringLiteral("!"), QColor(0xef, 0x6c, 0x00)),
-        st->standardIcon(QStyle::SP_MediaVolume),
-        st->standardIcon(QStyle::SP_MediaVolumeMuted),
-        st->standardIcon(QStyle::SP_DialogHelpButton),
-        st->standardIcon(QStyle::SP_FileDialogStart),
-    };
-    const std::span<const ToolbarTip> tips = toolbarTips();
-    for (size_t i = 0; i < tips.size(); ++i) {
-        // Send File sits at the end, apart, and follows mnuSendFile.
-        if (tips[i].c == Control::Toolbar1_SendFile)
-            bar->addSeparator();
-        const QString tip = m_frm.ctx().translate(QLatin1String(tips[i].key));
-        QAction* a = bindAction(bar->addAction(icons[i], tip), tips[i].c);
-        a->setToolTip(tip);
-        if (tips[i].c == Control::Toolbar1_13 || tips[i].c == Control::Toolbar1_16)
+    // The style's icon size: our drawings are scaled, never stretched bitmaps.
+    for (const ToolbarTip& t : toolbarTips()) {
+        const QString tip = m_frm.ctx().translate(QLatin1String(t.key));
+        QAction* a = bindAction(bar->addAction(actionIcon(t.c), tip), t.c);
+        a->setToolTip(tipWithKey(tip, actionShortcuts(t.c)));
+        if (t.c == Control::Toolbar1_13 || t.c == Control::Toolbar1_16)
             a->setCheckable(true);  // Override and Mute: down while on
-        if (i == 1 || i == 3 || i == 5 || i == 11 || i == 12 || i == 15)
+        if (t.groupEnds)
             bar->addSeparator();
     }
 }

@@ -33,6 +33,8 @@
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QVBoxLayout>
+#include "shell/ActionLook.h"
+#include "shell/ColorScheme.h"
 #include "shell/Icons.h"
 #include "shell/Tips.h"
 #include "shell/WindowLook.h"
@@ -165,11 +167,6 @@ MainWindow::MainWindow(FrmMain& frm, QWidget* parent) : QMainWindow(parent), m_f
                                                    : Qt::WindowNoState);
     });
     connect(this, &MainWindow::triggered, this, &MainWindow::onTriggered);
-    // F1 anywhere in the window is Help - Contents (Form_KeyUp).
-    if (QAction* help = action(Control::mnuHelpContents)) {
-        help->setShortcut(QKeySequence(Qt::Key_F1));
-        help->setShortcutContext(Qt::WindowShortcut);
-    }
     watchDialogLoads(this, m_frm);
     m_progress = installProgressDialog(frm, this);
     connect(&frm.transfer().progress(), &ProgressModel::changed, this, &MainWindow::refreshHold);
@@ -240,14 +237,18 @@ void MainWindow::buildStatusBar()
     // one has finished; shrinks before any panel does.
     m_hold = new QLabel;
     m_hold->setObjectName(QStringLiteral("lblOnHold"));
-    m_hold->setStyleSheet(QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
+    // Notice colours that read on a light or a dark palette alike.
+    const bool dark = isDark(palette());
+    m_hold->setStyleSheet(dark ? QStringLiteral("color:#90caf9;font-weight:bold;padding:0 6px;")
+                               : QStringLiteral("color:#0d47a1;font-weight:bold;padding:0 6px;"));
     m_hold->setMinimumWidth(1);
     m_hold->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     m_hold->setVisible(false);
     // "Away" while the away notice stands in the session.
     auto* away = new QLabel;
     away->setObjectName(QStringLiteral("lblStealth"));
-    away->setStyleSheet(QStringLiteral("color:#b71c1c;font-weight:bold;padding:0 6px;"));
+    away->setStyleSheet(dark ? QStringLiteral("color:#ff8a80;font-weight:bold;padding:0 6px;")
+                             : QStringLiteral("color:#b71c1c;font-weight:bold;padding:0 6px;"));
     away->setVisible(false);
     for (int n = 1; n <= StatusBar::kPanels; ++n) {
         auto* label = new QLabel;
@@ -353,6 +354,9 @@ void MainWindow::refreshControl(Control c)
     if (c == Control::mnuSendFile)
         if (QAction* b = action(Control::Toolbar1_SendFile))
             b->setEnabled(s.enabled);
+    if (c == Control::mnuDraw)
+        if (QAction* b = action(Control::Toolbar1_Scrivet))
+            b->setEnabled(s.enabled);
     // The Override button stays down while the entry is checked.
     if (c == Control::mnuOverride)
         if (QAction* b = action(Control::Toolbar1_13))
@@ -364,7 +368,7 @@ void MainWindow::refreshControl(Control c)
     if (!s.caption.isEmpty())
         a->setText(s.caption);
     if (!s.toolTip.isEmpty())
-        a->setToolTip(s.toolTip);
+        a->setToolTip(tipWithKey(s.toolTip, actionShortcuts(c)));
     // Entries shown or hidden move the separators between them.
     if (c >= Control::mnuFile && c <= Control::mnuSysClose)
         refreshSeparators();
@@ -391,7 +395,7 @@ void MainWindow::refreshPanel(int n)
     if (n == 1) {
         QPixmap& picture = m_statePixmaps[int(p.picture)];
         if (picture.isNull())
-            picture = statePicture(p.picture).pixmap(14, 14);
+            picture = statePicture(p.picture).pixmap(QSize(14, 14), label->devicePixelRatioF());
         label->setPixmap(picture);
     } else if (n != 5 && n != 6 && n != 7) {
         label->setText(p.text);

@@ -29,6 +29,7 @@ struct MenuHead {
 struct ToolbarTip {
     Control c;
     const char* key;
+    bool groupEnds = false;  // a separator follows
 };
 
 // The menu bar's heads in order: File, Edit, Messages, Voice, Tools,
@@ -36,7 +37,9 @@ struct ToolbarTip {
 std::span<const MenuHead> mainMenus();
 // mnuTray's entries in order.
 std::span<const MenuEntry> trayMenu();
-// Toolbar1's buttons 1 to 17, then Send File.
+// Toolbar1's buttons in the order they stand, the most used first:
+// connecting, then what goes to the peer (file, board, rings), then the
+// look of the text, then the panes, then help.
 std::span<const ToolbarTip> toolbarTips();
 
 // Which separators of a menu stand: one stands only between two shown

@@ -1,5 +1,7 @@
 #include "shell/TypingBinder.h"
 
+#include "shell/ColorScheme.h"
+
 #include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "shell/FrmMain.h"
@@ -8,6 +10,7 @@
 #include "wire/PaneFormat.h"
 #include "core/CopyContext.h"
 
+#include <QApplication>
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -186,9 +189,13 @@ void TypingBinder::showFormat(const PaneFormat& format, QPlainTextEdit* view)
     font.setBold(format.bold());
     font.setItalic(format.italic());
     view->setFont(font);
-    QPalette pal = view->palette();
-    pal.setColor(QPalette::Text, PaneFormat::toColor(format.foreColor()));
-    pal.setColor(QPalette::Base, PaneFormat::toColor(format.backColor()));
+    // Only the roles the pane holds are set; the rest, and both in the
+    // preset colours, follow the window's palette as it changes.
+    QPalette pal;
+    if (const auto own = paneColours(format.foreColor(), format.backColor())) {
+        pal.setColor(QPalette::Text, own->first);
+        pal.setColor(QPalette::Base, own->second);
+    }
     view->setPalette(pal);
 }
 

@@ -35,6 +35,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTimer>
+#include <QToolBar>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -102,6 +103,36 @@ TEST_F(BoardAlone, EnterInTheChatLineSendsTheLineAndNothingElse)
     EXPECT_EQ(watch.opened, 0) << qPrintable(watch.names.join(","));
     EXPECT_EQ(s().txtServerHist, "first line\r\nsecond\r\n");
     EXPECT_TRUE(w()->isVisible());
+}
+
+// Toolbar1 is a bar of pictures: each tool has its own drawing, its name
+// as the tip, and a click on it chooses the tool.
+TEST_F(BoardAlone, ToolsAreABarOfPicturesWithTips)
+{
+    const BoardTool tools[] = {BoardTool::Draw, BoardTool::Line,  BoardTool::Rect,    BoardTool::Circle,
+                               BoardTool::Text, BoardTool::Erase, BoardTool::Capture, BoardTool::Image};
+    QList<QImage> pictures;
+    for (BoardTool t : tools) {
+        QToolButton* b = w()->toolButton(t);
+        ASSERT_TRUE(b) << qPrintable(BoardTools::key(t));
+        EXPECT_TRUE(qobject_cast<QToolBar*>(b->parentWidget())) << qPrintable(BoardTools::key(t));
+        EXPECT_EQ(b->toolButtonStyle(), Qt::ToolButtonIconOnly);
+        EXPECT_FALSE(b->text().isEmpty());
+        EXPECT_EQ(b->toolTip(), b->text());
+        ASSERT_FALSE(b->icon().isNull()) << qPrintable(BoardTools::key(t));
+        const QImage img = b->icon().pixmap(QSize(24, 24)).toImage();
+        int drawn = 0;
+        for (int y = 0; y < img.height(); ++y)
+            for (int x = 0; x < img.width(); ++x)
+                drawn += qAlpha(img.pixel(x, y)) > 0;
+        EXPECT_GT(drawn, 24) << qPrintable(BoardTools::key(t));
+        EXPECT_FALSE(pictures.contains(img)) << qPrintable(BoardTools::key(t)) << " looks like another tool";
+        pictures << img;
+    }
+    w()->toolButton(BoardTool::Circle)->click();
+    EXPECT_EQ(s().tools().tool(), BoardTool::Circle);
+    EXPECT_TRUE(w()->toolButton(BoardTool::Circle)->isChecked());
+    EXPECT_FALSE(w()->toolButton(BoardTool::Draw)->isChecked());
 }
 
 TEST_F(BoardAlone, PaletteThicknessAndFontSample)

@@ -5,7 +5,11 @@
 #include "shell/Application.h"
 #include "platform/Prompter.h"
 
+#include <QApplication>
+#include <QFontMetrics>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QWidget>
 #include <QTemporaryFile>
 #include <gtest/gtest.h>
 
@@ -91,6 +95,25 @@ TEST(WidgetPrompter, FilterListsBecomeQtFilters)
     EXPECT_EQ(WidgetPrompter::qtFilter("Text (*.txt)|*.txt|All Files|*.*"),
               "Text (*.txt) (*.txt);;All Files (*)");
     EXPECT_EQ(WidgetPrompter::qtFilter("Images (*.png *.jpg)"), "Images (*.png *.jpg)");
+}
+
+// A short text under a long title: the box is wide enough for the desktop
+// to show the whole title beside its buttons.
+TEST(WidgetPrompter, BoxIsWideEnoughForItsTitle)
+{
+    WidgetPrompter prompter;
+    int width = 0;
+    QTimer::singleShot(100, [&width] {
+        if (QWidget* w = QApplication::activeModalWidget()) {
+            width = w->width();
+            w->close();
+        }
+    });
+    const QString title = "File Receiving Request";
+    prompter.box({title, "OK?", 0});
+    const int titleText = QFontMetrics(QApplication::font()).horizontalAdvance(title);
+    EXPECT_GE(width, WidgetPrompter::titleRoom(title));
+    EXPECT_GT(WidgetPrompter::titleRoom(title), titleText + 60);
 }
 
 TEST(Translator, LanguageFileEntryElseFallbackElseKey)

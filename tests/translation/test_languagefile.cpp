@@ -63,7 +63,10 @@ void expectGerman(MainWindow& w)
     };
     for (const auto& s : shown) {
         EXPECT_EQ(w.action(s.c)->text(), s.text) << qPrintable(controlName(s.c));
-        EXPECT_EQ(w.action(s.c)->toolTip(), s.tip) << qPrintable(controlName(s.c));
+        // A tip may name the entry's key after the text: "Hilfe (F1)".
+        const QString tip = w.action(s.c)->toolTip();
+        EXPECT_TRUE(tip == s.tip || (tip.startsWith(s.tip + " (") && tip.endsWith(')')))
+            << qPrintable(controlName(s.c)) << ": " << qPrintable(tip);
     }
     EXPECT_EQ(w.serverPane()->placeholderText(), "Sie");
 }

@@ -5,6 +5,7 @@
 #include "core/CopyContext.h"
 #include "core/Twips.h"
 #include "platform/Desktop.h"
+#include "shell/ActionLook.h"
 #include "shell/FrmMain.h"
 #include "shell/dialogs/BoardSurface.h"
 #include "shell/dialogs/BoardToolPanel.h"
@@ -22,6 +23,7 @@
 #include <QRandomGenerator>
 #include <QTimer>
 #include <QScrollArea>
+#include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -32,6 +34,10 @@ namespace {
 constexpr BoardTool kToolOrder[] = {BoardTool::Draw,  BoardTool::Line,  BoardTool::Rect,
                                     BoardTool::Circle, BoardTool::Text, BoardTool::Erase,
                                     BoardTool::Capture, BoardTool::Image};
+
+// The tools' pictures under :/icons, in kToolOrder's order.
+constexpr const char* kToolDrawings[] = {"tool-draw", "tool-line",  "tool-rect",    "tool-circle",
+                                         "tool-text", "tool-erase", "tool-capture", "tool-image"};
 
 // The tools' captions, in kToolOrder's order.
 // Lang.txt keys: the first text of each line, to the closing "};".
@@ -63,19 +69,27 @@ BoardWindow::BoardWindow(FrmMain& frm, QAction* mute, QWidget* parent)
     const auto tr = [this](const char* key) { return m_frm.ctx().translate(QLatin1String(key)); };
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
 
-    // Toolbar1: one button per tool, the chosen one framed.
+    // Toolbar1: one picture per tool, its name as the tip, the chosen one
+    // held down.
     auto* tools = new QHBoxLayout;
+    auto* toolBar = new QToolBar;
+    toolBar->setObjectName(QStringLiteral("Toolbar1"));
+    toolBar->setAccessibleName(tr("Tools"));
     for (size_t i = 0; i < std::size(kToolOrder); ++i) {
         const BoardTool t = kToolOrder[i];
         auto* b = new QToolButton;
         b->setText(tr(kToolCaptions[i]));
+        b->setToolTip(b->text());
+        b->setIcon(drawnIcon(QLatin1String(kToolDrawings[i])));
+        b->setToolButtonStyle(Qt::ToolButtonIconOnly);
         b->setObjectName(QStringLiteral("Toolbar1_") + BoardTools::key(t));
         b->setCheckable(true);
         b->setAutoExclusive(true);
         connect(b, &QToolButton::clicked, this, [this, t] { m_board.selectTool(t); });
-        tools->addWidget(b);
+        toolBar->addWidget(b);
         m_tools << b;
     }
+    tools->addWidget(toolBar);
     auto* undo = button(QStringLiteral("cmdUndo"), tr("Undo"));
     auto* eraseAll = button(QStringLiteral("mnuEraseAll"), tr("Erase All"));
     auto* save = button(QStringLiteral("cmdSave"), tr("Save"));
