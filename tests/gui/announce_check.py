@@ -8,6 +8,7 @@ Runs inside a D-Bus session with a display (see announce_check.sh).
 usage: announce_check.py VONNEL PRESET WORKDIR
 """
 import os
+import shutil
 import socket
 import subprocess
 import sys
@@ -30,6 +31,7 @@ def free_port():
 
 def folder(work, name, preset, settings):
     path = os.path.join(work, name)
+    shutil.rmtree(path, ignore_errors=True)  # a run on a new screen starts afresh
     os.makedirs(path)
     with open(preset, encoding="latin-1") as f:
         lines = [l for l in f.read().splitlines() if l.split("=", 1)[0] not in settings]

@@ -11,5 +11,4 @@ here=$(cd "$(dirname "$0")" && pwd)
 need_atspi
 work=$(mktemp -d)
 trap 'stop_xvfb; rm -rf "$work"' EXIT
-start_xvfb "$work" || { echo "FAILED: Xvfb did not start"; cat "$work/xvfb.log"; exit 1; }
-timeout 100 dbus-run-session -- "$python" "$here/announce_check.py" "$1" "$2" "$work"
+on_virtual_screen "$work" timeout 100 dbus-run-session -- "$python" "$here/announce_check.py" "$1" "$2" "$work"

@@ -50,3 +50,28 @@ need_atspi() {
     exit 77
   fi
 }
+
+# on_virtual_screen WORKDIR COMMAND...: runs COMMAND on a screen of its own
+# and returns its status. A run that failed because the screen was gone
+# (the server ended, or a client could not reach it) is the machine's
+# fault, not the program's: it is told and run once more on a new screen.
+on_virtual_screen() {
+  local work=$1 attempt rc=1; shift
+  for attempt in 1 2; do
+    start_xvfb "$work" || { echo "FAILED: Xvfb did not start"; cat "$work/xvfb.log"; return 1; }
+    "$@" >"$work/run.log" 2>&1
+    rc=$?
+    cat "$work/run.log"
+    local gone=0
+    kill -0 "$xvfb_pid" 2>/dev/null || gone=1
+    grep -q "could not connect to display" "$work/run.log" && gone=1
+    if [ $rc -ne 0 ]; then
+      echo "== the virtual screen $DISPLAY ($([ $gone = 1 ] && echo "gone" || echo "up")):"
+      cat "$work/xvfb.log"
+    fi
+    stop_xvfb
+    [ $rc -eq 0 ] || [ $gone = 0 ] && return $rc
+    [ $attempt = 1 ] && echo "== the screen went away under the check; once more on a new screen"
+  done
+  return $rc
+}
