@@ -1,5 +1,7 @@
 #include "shell/CommandControl.h"
 
+#include "connection/CallAddress.h"
+
 #include "board/BoardSave.h"
 #include "board/Scrivet.h"
 #include "connection/Connection.h"
@@ -32,6 +34,20 @@ QString commandHelpText()
            QStringLiteral("for 5 seconds betweewn each commands depended on the advanced ") +
            QStringLiteral("settings. Please also turn off all the confirmation and security ") +
            QStringLiteral("options as well.");
+}
+
+std::pair<QString, QString> splitCommandAddress(const QString& text)
+{
+    // A bare IPv6 address got the ":" of a bare host behind it.
+    QString t = text;
+    if (t.endsWith(QLatin1Char(':')) && parseCallAddress(t.chopped(1)).ipv6)
+        t.chop(1);
+    if (const CallAddress a = parseCallAddress(t); a.ipv6)
+        return {a.host, a.port ? QString::number(*a.port) : QString()};
+    const qsizetype colon = t.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return {t, QString()};
+    return {t.left(colon), t.mid(colon + 1)};
 }
 
 QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShown)
@@ -142,9 +158,7 @@ void CommandControl::runCommand(const QString& text)
     if (f.session().IsConnected() || state == Winsock::sckConnecting ||
         state == Winsock::sckResolvingHost || state == Winsock::sckHostResolved)
         return;
-    const qsizetype colon = text.indexOf(QLatin1Char(':'));
-    const QString host = colon < 0 ? text : text.left(colon);
-    const QString port = colon < 0 ? QString() : text.mid(colon + 1);
+    const auto [host, port] = splitCommandAddress(text);
     f.ctx().writeSetting(QStringLiteral("Previous IP Address"), host);
     if (!port.isEmpty())
         f.ctx().writeSetting(QStringLiteral("Connect Port"), port);

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <utility>
 #include <functional>
 
 namespace vonnel {
@@ -17,6 +18,9 @@ QString commandHelpText();
 // Syntax check: "NULL" for no command; a bare host gets a ":" added; a help
 // switch shows the help box and sets helpShown (the program then ends).
 QString parseCommandLine(const QString& text, Prompter& prompter, bool* helpShown);
+// The address command as host and port (empty when none): "host:port",
+// "host", and IPv6 as "[address]:port" or the bare address.
+std::pair<QString, QString> splitCommandAddress(const QString& text);
 
 // The interpreter of one copy: obeys the start's own command line and
 // polls Command.ini on tTimer2.

@@ -3,6 +3,8 @@
 #include "connection/CallAddress.h"
 #include "connection/CallFailure.h"
 #include "connection/SessionPeers.h"
+#include "platform/ScriptedPrompter.h"
+#include "shell/CommandControl.h"
 #include "support/Session.h"
 
 #include <QTcpServer>
@@ -105,6 +107,21 @@ TEST(Ipv6Calls, ACallToItselfOnIpv6IsRefusedToo)
         EXPECT_TRUE(a.copy.prompter().asked("Warning: Cannot connect to itself"));
         EXPECT_EQ(a.copy.frm().session().winsock(0).State(), Winsock::sckListening);
     }
+}
+
+// The address command of a second start, as parseCommandLine hands it on.
+TEST(CallAddressText, TheAddressCommandTakesIpv6)
+{
+    using P = std::pair<QString, QString>;
+    EXPECT_EQ(splitCommandAddress("10.0.0.1:2600"), P("10.0.0.1", "2600"));
+    EXPECT_EQ(splitCommandAddress("somehost:"), P("somehost", ""));
+    EXPECT_EQ(splitCommandAddress("[::1]:2600"), P("::1", "2600"));
+    EXPECT_EQ(splitCommandAddress("[2001:db8::7]"), P("2001:db8::7", ""));
+    // A bare address: the command line put a ":" behind it, as behind a host.
+    ScriptedPrompter prompter;
+    EXPECT_EQ(splitCommandAddress(parseCommandLine("2001:db8::7", prompter, nullptr)),
+              P("2001:db8::7", ""));
+    EXPECT_EQ(splitCommandAddress(parseCommandLine("::1", prompter, nullptr)), P("::1", ""));
 }
 
 TEST(CallFailures, EachReasonHasItsWords)
