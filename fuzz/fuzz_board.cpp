@@ -67,9 +67,9 @@ public:
         board.drawLine(r.remoteEndX, r.remoteEndY, r.remoteThickness,
                        board::toLong(r.remoteForeColor), r.remoteStartX, r.remoteStartY);
     }
-    void strokePoint(qint16 x, qint16 y, const RemoteParams& r) override
+    void strokePoint(qint16 x, qint16 y, const RemoteParams& r, std::optional<QPoint> from) override
     {
-        board.drawPoint(x, y, board::toLong(r.remoteForeColor), r.remoteThickness);
+        board.drawPoint(x, y, board::toLong(r.remoteForeColor), r.remoteThickness, from);
     }
     void erasePoint(qint16 x, qint16 y, const RemoteParams& r) override
     {
