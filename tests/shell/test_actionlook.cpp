@@ -20,8 +20,8 @@
 namespace vonnel::test {
 namespace {
 
-struct Window {
-    Window()
+struct LookWindow {
+    LookWindow()
     {
         started = copy.start();
         window = std::make_unique<MainWindow>(copy.frm());
@@ -72,7 +72,7 @@ std::vector<Control> menuEntries()
 
 TEST(ActionLook, EveryEntryAndButtonHasAPictureThatDrawsAndATip)
 {
-    Window w;
+    LookWindow w;
     ASSERT_TRUE(w.started);
     std::vector<Control> all = menuEntries();
     for (const ToolbarTip& t : toolbarTips())
@@ -94,7 +94,7 @@ TEST(ActionLook, EveryEntryAndButtonHasAPictureThatDrawsAndATip)
 
 TEST(ActionLook, ButtonsShareTheirMenuTwinsPictureAndKey)
 {
-    Window w;
+    LookWindow w;
     ASSERT_TRUE(w.started);
     const struct {
         Control button, entry;
@@ -122,7 +122,7 @@ TEST(ActionLook, ButtonsShareTheirMenuTwinsPictureAndKey)
 
 TEST(ActionLook, StandardKeysAreBoundOnceAndLeaveThePanesTheirs)
 {
-    Window w;
+    LookWindow w;
     ASSERT_TRUE(w.started);
     const struct {
         Control c;
@@ -171,7 +171,7 @@ TEST(ActionLook, StandardKeysAreBoundOnceAndLeaveThePanesTheirs)
 
 TEST(ActionLook, ToolbarStandsInTheOrderOfUse)
 {
-    Window w;
+    LookWindow w;
     ASSERT_TRUE(w.started);
     auto* bar = w.window->findChild<QToolBar*>(controlName(Control::Toolbar1));
     ASSERT_TRUE(bar);
@@ -211,7 +211,7 @@ TEST(ActionLook, ToolbarStandsInTheOrderOfUse)
 
 TEST(ActionLook, BoardButtonFollowsTheBoardEntry)
 {
-    Window w;
+    LookWindow w;
     ASSERT_TRUE(w.started);
     Controls& controls = w.copy.frm().model().controls;
     QAction* button = w.window->action(Control::Toolbar1_Scrivet);

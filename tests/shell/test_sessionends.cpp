@@ -32,8 +32,8 @@ QString preset(const QString& key)
     return ReadIni(QStringLiteral("Vonnel"), key, presetPath());
 }
 
-struct Window {
-    explicit Window(const QList<QPair<QString, QString>>& settings)
+struct ViewsWindow {  // the window is the copy's views from its start
+    explicit ViewsWindow(const QList<QPair<QString, QString>>& settings)
         : copy(0, settings)
     {
         copy.beforeStart = [this](FrmMain& f) {
@@ -42,7 +42,7 @@ struct Window {
         };
         started = copy.start();
     }
-    ~Window() { copy.frm().ctx().setViews(&headless); }  // the window goes first
+    ~ViewsWindow() { copy.frm().ctx().setViews(&headless); }  // the window goes first
     void trigger(Control c) { window->action(c)->trigger(); }
     Views headless;
     TestCopy copy;
@@ -105,7 +105,7 @@ TEST(FileClose, PutsTheWindowAwayAndKeepsListeningExitEnds)
 {
     // The test platform has no tray: Close minimises, and says why once.
     ASSERT_FALSE(QSystemTrayIcon::isSystemTrayAvailable());
-    Window w({{"Confirm Exit", preset("Confirm Exit")}});
+    ViewsWindow w({{"Confirm Exit", preset("Confirm Exit")}});
     ASSERT_TRUE(w.started);
     FrmMain& f = w.copy.frm();
     w.window->show();
