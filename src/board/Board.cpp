@@ -201,11 +201,6 @@ quint64 Board::pictureKey(int n) const
     return item ? m_pictureKeys.at(item->extra) : 0;
 }
 
-bool Board::fillPicture(int n, quint64 key, const QImage& image)
-{
-    return fillPictures({{n, key}}, image) == 1;
-}
-
 int Board::fillPictures(const QList<std::pair<int, quint64>>& pictures, const QImage& image)
 {
     int filled = 0;

@@ -124,10 +124,10 @@ public:
     // The key of picture n as it stands: another picture that takes the
     // number later (after an erase of all) has another key; 0 for none.
     quint64 pictureKey(int n) const;
-    // Gives picture n, made without its pixels, the pixels decoded for it
-    // since; false when it is gone, is another picture now, or has pixels.
-    bool fillPicture(int n, quint64 key, const QImage& image);
-    // The same for many pictures of one decoding, painted anew once.
+    // Gives each picture (number n, key), made without its pixels, the
+    // pixels decoded for it since; one that is gone, is another picture
+    // now, or has pixels is left alone. Painted anew once; returns how
+    // many took them.
     int fillPictures(const QList<std::pair<int, quint64>>& pictures, const QImage& image);
     // An unknown label is no error; an unknown picture is (false).
     void eraseLabel(int n);

@@ -146,11 +146,6 @@ PictureCheck::Received PictureCheck::decodeReceived(const QString& path, const D
     return {image, QString()};
 }
 
-PictureCheck::Received PictureCheck::loadReceived(const QString& path) const
-{
-    return decodeReceived(path, planReceived(path));
-}
-
 QImage PictureCheck::load(const QString& path)
 {
     QImageReader reader(path);

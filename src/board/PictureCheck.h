@@ -58,8 +58,6 @@ public:
     DecodePlan planReceived(const QString& path) const;
     // The second half, on any thread: the pixels at the planned size.
     static Received decodeReceived(const QString& path, const DecodePlan& plan);
-    // Both halves at once.
-    Received loadReceived(const QString& path) const;
     // The memory test of memoryIsEnough without its box.
     bool memoryAllows(qint64 bytes) const;
 
