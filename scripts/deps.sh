@@ -6,10 +6,12 @@ set -euo pipefail
 # Beyond the build and the tests: qt6-svg-dev, as the toolbar's and menus'
 # pictures are SVG drawings that Qt's own renderer makes crisp at any scale;
 # qt6-wayland, the platform plugin without which Qt opens no window under
-# Wayland; weston, a headless compositor to run the program under Wayland.
+# Wayland; weston, a headless compositor to run the program under Wayland;
+# libssl-dev, as a copy makes its own key pair and certificate for private
+# sessions with libcrypto (Qt can read keys but not make them).
 packages=(cmake make g++ pkg-config python3 libgtest-dev
   qt6-base-dev qt6-multimedia-dev qt6-speech-dev qt6-declarative-dev qt6-svg-dev libxkbcommon-dev
-  qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev
+  qt6-speech-flite-plugin gstreamer1.0-plugins-good libxss-dev libssl-dev
   xvfb xdotool dbus dbus-daemon at-spi2-core python3-pyatspi appstream desktop-file-utils
   weston qt6-wayland)
 [ $# -gt 0 ] && packages=("$@")

@@ -1,4 +1,6 @@
 #include "connection/Connection.h"
+
+#include "connection/PrivateLink.h"
 #include "core/Cp1252.h"
 
 
@@ -27,8 +29,13 @@ Connection::Connection(CopyContext& ctx, MainModel& model, Session& session, Sen
       m_session(session),
       m_sender(sender),
       m_cipher(cipher),
-      m_address(std::make_unique<AddressServices>(ctx, model))
+      m_address(std::make_unique<AddressServices>(ctx, model)),
+      m_private(std::make_unique<PrivateLink>(ctx, session))
 {
+    // A session that cannot go on (a failed handshake, a refused peer) ends
+    // as by the Disconnect entry, once the arrival that decided it is done.
+    connect(m_private.get(), &PrivateLink::endSession, this, &Connection::mnuDisconnect_Click,
+            Qt::QueuedConnection);
     for (int i = 0; i < 2; ++i) {
         Winsock& ws = m_session.winsock(i);
         // Decisions and ends of sessions run from the event loop, never

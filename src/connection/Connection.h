@@ -17,6 +17,7 @@ class Encryption;
 class AddressServices;
 class LoginDialog;
 class PropertyDialog;
+class PrivateLink;
 
 class Connection : public QObject {
     Q_OBJECT
@@ -26,6 +27,8 @@ public:
     ~Connection() override;
 
     AddressServices& address() const { return *m_address; }
+    // Going private with a peer of ours, and what the session is now.
+    PrivateLink& privateLink() const { return *m_private; }
 
     // --- calling out ---------------------------------------------------------
     // The menu entry: opens frmLogin modally; the dialog's OK runs the call.
@@ -105,6 +108,7 @@ private:
     Sender& m_sender;
     Encryption& m_cipher;
     std::unique_ptr<AddressServices> m_address;
+    std::unique_ptr<PrivateLink> m_private;
     std::unique_ptr<LoginDialog> m_login;
     std::unique_ptr<PropertyDialog> m_property;
     bool m_callRefused = false;

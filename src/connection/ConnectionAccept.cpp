@@ -1,5 +1,6 @@
 #include "core/Cp1252.h"
 #include "connection/Connection.h"
+#include "connection/PrivateLink.h"
 
 #include "access/Encryption.h"
 
@@ -179,6 +180,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     m_model.stStatusbar.setText(4, m_session.minutesText());
     m_ctx.requestRing(m_ctx.rings.Ring1);
     m_session.opened();
+    m_private->calleeOpened();
     m_model.txtServer.setEnabled(true);
     m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_session.EnableDisconnect();

@@ -1,5 +1,6 @@
 #include "core/Cp1252.h"
 #include "connection/Connection.h"
+#include "connection/PrivateLink.h"
 
 #include "access/Encryption.h"
 
@@ -339,6 +340,8 @@ void Connection::winsock_Connect(int index)
     m_cipher.readEncryptedSetting();
     showMain();
     ConnectOK();
+    // Behind the whole opening (the look went out with sessionOpened).
+    m_private->callerOpened();
     m_session.EnableDisconnect();
 }
 

@@ -45,6 +45,13 @@ inline constexpr QByteArrayView kBoardLabelClose = "$";
 inline constexpr QByteArrayView kDataOpen = "<*> ";
 inline constexpr QByteArrayView kDataClose = " </*>";
 inline constexpr QByteArrayView kControl = "^";
+// Going private between two copies of ours: the caller's offer, the
+// callee's acceptance or refusal. Each is a write of its own, and nothing
+// follows it until the answer: a peer of the old wire drops an unknown "^"
+// code together with whatever shares its read.
+inline constexpr QByteArrayView kPrivateOffer = "^Vonnel-TLS?";
+inline constexpr QByteArrayView kPrivateAccept = "^Vonnel-TLS!";
+inline constexpr QByteArrayView kPrivateDecline = "^Vonnel-TLS-";
 inline constexpr QByteArrayView kFileHead = "%%";
 inline constexpr QByteArrayView kBoardHead = "&&";
 inline constexpr QByteArrayView kReady = "&&!Ready!&&";

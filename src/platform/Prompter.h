@@ -53,6 +53,10 @@ public:
                                          const QString& defaultText) = 0;
     // Returns the empty text when cancelled.
     virtual QString file(const FileRequest& request) = 0;
+    // Something the user is to know that needs no answer and that windows
+    // show in place (the short string of a private session). Headless and
+    // in tests it is a line of its own; a window has nothing to add.
+    virtual void notice(const QString& /*title*/, const QString& /*text*/) {}
 
     // Convenience with the system's argument order: text, style, title.
     Answer msgBox(const QString& text, int style = 0, const QString& title = QString());

@@ -94,6 +94,11 @@ std::optional<QString> ScriptedPrompter::input(const QString& title, const QStri
     return std::nullopt;
 }
 
+void ScriptedPrompter::notice(const QString& title, const QString& text)
+{
+    record(QStringLiteral("notice"), title, text, QString());
+}
+
 QString ScriptedPrompter::file(const FileRequest& request)
 {
     const QString answer = answerFile(request);

@@ -11,7 +11,7 @@
 namespace vonnel {
 
 struct PromptRecord {
-    QString kind;  // "box", "file" or "input"
+    QString kind;  // "box", "file", "input" or "notice"
     QString title;
     QString text;
     QString answer;  // as written in the answers file
@@ -30,6 +30,7 @@ public:
     std::optional<QString> input(const QString& title, const QString& prompt,
                                  const QString& defaultText) override;
     QString file(const FileRequest& request) override;
+    void notice(const QString& title, const QString& text) override;
 
     const QList<PromptRecord>& records() const { return m_records; }
     // Records of one kind whose title or text contains the needle.

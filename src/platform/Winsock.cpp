@@ -6,6 +6,11 @@
 
 #include <QHostInfo>
 #include <QNetworkInterface>
+#include <QSslCertificate>
+#include <QSslCipher>
+#include <QSslConfiguration>
+#include <QSslError>
+#include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -20,7 +25,24 @@ namespace vonnel {
 
 namespace {
 constexpr int kMaxPending = 8;  // a flood of callers must not pile up sockets
-}
+
+// Every connection is a TLS socket that starts plain: it carries the wire
+// as it is, and turns private only when both sides agree on it.
+class PlainFirstServer : public QTcpServer {
+public:
+    using QTcpServer::QTcpServer;
+
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        auto* s = new QSslSocket(this);
+        if (s->setSocketDescriptor(descriptor))
+            addPendingConnection(s);
+        else
+            delete s;
+    }
+};
+}  // namespace
 
 int winsockErrorNumber(int e)
 {
@@ -123,7 +145,7 @@ int Winsock::Listen()
         if (p)
             p->deleteLater();
     }
-    auto* server = new QTcpServer(this);
+    auto* server = new PlainFirstServer(this);
     if (!server->listen(QHostAddress::Any, m_localPort)) {
         const int n = server->serverError() == QAbstractSocket::AddressInUseError
                           ? errAddressInUse
@@ -172,7 +194,7 @@ int Winsock::Connect(const QString& host, quint16 port)
     // IPv4 (a name is resolved to its IPv4 address).
     QHostAddress literal;
     const bool v6 = literal.setAddress(host) && literal.protocol() == QAbstractSocket::IPv6Protocol;
-    auto* s = new QTcpSocket(this);
+    auto* s = new QSslSocket(this);
     if (m_localPort != 0 &&
         !s->bind(v6 ? QHostAddress::AnyIPv6 : QHostAddress::AnyIPv4, m_localPort,
                  QAbstractSocket::ReuseAddressHint)) {
@@ -239,6 +261,28 @@ void Winsock::adopt(QTcpSocket* s)
     if (s->state() == QAbstractSocket::ConnectedState)
         applyKeepAlive(s);
     m_unconfirmed = 0;
+    m_tls = Tls::Plain;
+    m_holding = false;
+    m_held.clear();
+    if (auto* t = qobject_cast<QSslSocket*>(s)) {
+        connect(t, &QSslSocket::encrypted, this, [this, t] {
+            if (m_socket != t || m_tls != Tls::Handshake)
+                return;
+            m_tls = Tls::Up;
+            Q_EMIT privateUp(m_index);
+        });
+        // Whom we talk to is settled by the key's fingerprint and the
+        // short string the two users compare, not by a certificate
+        // authority: a self-signed certificate is what every copy has.
+        connect(t, &QSslSocket::sslErrors, this, [t](const QList<QSslError>&) { t->ignoreSslErrors(); });
+        connect(t, &QSslSocket::encryptedBytesWritten, this, [this, t](qint64) {
+            if (m_socket != t)
+                return;
+            m_unconfirmed = t->bytesToWrite() + t->encryptedBytesToWrite();
+            if (m_unconfirmed == 0)
+                Q_EMIT SendComplete(m_index);
+        });
+    }
     connect(s, &QTcpSocket::readyRead, this, [this, s] {
         if (m_socket == s && s->bytesAvailable() > 0)
             Q_EMIT DataArrival(m_index, s->bytesAvailable());
@@ -247,6 +291,8 @@ void Winsock::adopt(QTcpSocket* s)
         if (m_socket != s)
             return;
         m_unconfirmed = s->bytesToWrite();
+        if (m_tls == Tls::Up)
+            m_unconfirmed += static_cast<QSslSocket*>(s)->encryptedBytesToWrite();
         Q_EMIT SendProgress(m_index, n, m_unconfirmed);
         if (m_unconfirmed == 0)
             Q_EMIT SendComplete(m_index);
@@ -324,6 +370,14 @@ bool Winsock::peerReset() const
 void Winsock::onSocketError()
 {
     const auto e = m_socket->error();
+    if (m_tls == Tls::Handshake) {
+        // The session cannot go on as plain text: the peer agreed to go
+        // private. Whoever started the handshake decides what follows.
+        m_tls = Tls::Plain;
+        fail(winsockErrorNumber(e), m_socket->errorString());
+        Q_EMIT privateFailed(m_index, m_lastErrorText);
+        return;
+    }
     if (e == QAbstractSocket::RemoteHostClosedError && m_state == sckConnected) {
         const bool reset = peerReset();
         stopWatching();
@@ -351,8 +405,70 @@ int Winsock::SendData(const QByteArray& data)
         return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
     if (data.isEmpty())
         return 0;
-    m_socket->write(data);
+    if (m_holding) {
+        m_held += data;
+        return 0;
+    }
+    writeOut(data);
     return 0;
+}
+
+int Winsock::sendNow(const QByteArray& data)
+{
+    m_lastError = 0;
+    if (m_state != sckConnected || !m_socket)
+        return fail(errInvalidOperation, QStringLiteral("Wrong protocol or connection state for the requested transaction or request"));
+    writeOut(data);
+    return 0;
+}
+
+void Winsock::writeOut(const QByteArray& data)
+{
+    m_socket->write(data);
+}
+
+void Winsock::holdSends(bool on)
+{
+    m_holding = on;
+    if (on || m_held.isEmpty())
+        return;
+    const QByteArray held = std::exchange(m_held, {});
+    if (m_state == sckConnected && m_socket)
+        writeOut(held);
+}
+
+QSslSocket* Winsock::tlsSocket() const
+{
+    return qobject_cast<QSslSocket*>(m_socket.data());
+}
+
+bool Winsock::startPrivate(const QSslConfiguration& config, bool asClient)
+{
+    QSslSocket* t = tlsSocket();
+    if (!t || m_state != sckConnected || m_tls != Tls::Plain)
+        return false;
+    t->setSslConfiguration(config);
+    m_tls = Tls::Handshake;
+    if (asClient)
+        t->startClientEncryption();
+    else
+        t->startServerEncryption();
+    return true;
+}
+
+QSslCertificate Winsock::peerCertificate() const
+{
+    QSslSocket* t = tlsSocket();
+    return t && m_tls == Tls::Up ? t->peerCertificate() : QSslCertificate();
+}
+
+QString Winsock::privateSuite() const
+{
+    QSslSocket* t = tlsSocket();
+    if (!t || m_tls != Tls::Up)
+        return {};
+    const QSslCipher c = t->sessionCipher();
+    return c.protocolString() + QLatin1Char(' ') + c.name();
 }
 
 QByteArray Winsock::GetData()
@@ -387,6 +503,9 @@ void Winsock::closeOrderly(QTcpSocket* s)
 void Winsock::dropConnection()
 {
     stopWatching();
+    m_tls = Tls::Plain;
+    m_holding = false;
+    m_held.clear();
     if (!m_socket)
         return;
     QTcpSocket* s = m_socket;

@@ -12,6 +12,9 @@
 
 class QTcpServer;
 class QTcpSocket;
+class QSslSocket;
+class QSslConfiguration;
+class QSslCertificate;
 
 namespace vonnel {
 
@@ -80,6 +83,23 @@ public:
     // The descriptor of the connection, or -1 (for checks of its options).
     qintptr connectionDescriptor() const;
 
+    // --- a private connection ------------------------------------------
+    // What SendData is given while the sends are held waits here and goes
+    // out, in order, when they are let go. sendNow writes past the hold.
+    void holdSends(bool on);
+    bool sendsHeld() const { return m_holding; }
+    int sendNow(const QByteArray& data);
+    // Turns the connection private: TLS on the same socket, this side the
+    // client or the server of the handshake. Nothing may be read past the
+    // last plain word first, so each side starts only when the other has
+    // gone quiet. privateUp or privateFailed tells how it went.
+    bool startPrivate(const QSslConfiguration& config, bool asClient);
+    bool isPrivate() const { return m_tls == Tls::Up; }
+    bool handshaking() const { return m_tls == Tls::Handshake; }
+    QSslCertificate peerCertificate() const;
+    // The protocol and cipher of a private connection, for the record.
+    QString privateSuite() const;
+
     int lastError() const { return m_lastError; }
     QString lastErrorText() const { return m_lastErrorText; }
 
@@ -93,6 +113,10 @@ Q_SIGNALS:
     void Error(int index, int number, const QString& description);
     // Any change of State(), for views that show it.
     void stateChanged(int index, int state);
+    // The handshake begun by startPrivate ended: the connection is private,
+    // or it failed (the connection is then of no further use).
+    void privateUp(int index);
+    void privateFailed(int index, const QString& reason);
 
 private:
     void setState(int s);
@@ -103,6 +127,8 @@ private:
     static void closeOrderly(QTcpSocket* socket);
     void onNewConnection();
     void onSocketError();
+    QSslSocket* tlsSocket() const;
+    void writeOut(const QByteArray& data);
     // A second descriptor of the session socket, kept so the socket's own
     // state can still be read after the library has closed its descriptor:
     // that is what tells a reset by the peer from its orderly close.
@@ -131,6 +157,10 @@ private:
     qintptr m_nextRequest = 1;
     qint64 m_unconfirmed = 0;
     KeepAlive m_keepAlive;
+    enum class Tls { Plain, Handshake, Up };
+    Tls m_tls = Tls::Plain;
+    bool m_holding = false;
+    QByteArray m_held;
 };
 
 int winsockErrorNumber(int qtSocketError);

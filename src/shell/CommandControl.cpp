@@ -4,6 +4,7 @@
 
 #include "board/BoardSave.h"
 #include "board/Scrivet.h"
+#include "connection/PrivateLink.h"
 #include "connection/Connection.h"
 #include "core/IniStore.h"
 #include "platform/Clipboard.h"
@@ -148,6 +149,8 @@ void CommandControl::runCommand(const QString& text)
             cmdSave_Click(f.ctx(), f.scrivet().board());
         else if (word == QLatin1String("ring"))
             f.rings().mnuBeep_Click();
+        else if (word == QLatin1String("verify"))
+            f.connection().privateLink().markVerified();
         else if (word == QLatin1String("exit"))
             f.requestClose(true);
         return;

@@ -5,6 +5,7 @@
 #include "access/Encryption.h"
 #include "access/PasswordStore.h"
 #include "connection/Connection.h"
+#include "connection/PrivateLink.h"
 #include "core/CopyLock.h"
 #include "media/Sound.h"
 #include "media/Speech.h"
@@ -15,6 +16,7 @@
 #include "platform/Desktop.h"
 #include "platform/Prompter.h"
 #include "shell/FrmMain.h"
+
 #include "transfer/Transfer.h"
 #include "core/Views.h"
 #include "connection/Session.h"
@@ -97,6 +99,11 @@ void FrmMain::Form_Load()
         placement.scaleWidth = 500;
 
     model().stStatusbar.setPicture(1, StatePicture::picOff);
+
+    // This copy's key pair for private sessions, made at the first start.
+    // Without it (a folder that cannot be written) sessions stay plain, and
+    // the Security page shows no key.
+    connection().privateLink().loadIdentity();
 
     Winsock& ws = session().winsock(0);
     if (ws.State() != Winsock::sckClosed)

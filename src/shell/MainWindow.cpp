@@ -24,6 +24,9 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QToolButton>
+#include "shell/dialogs/PrivateSessionDialog.h"
+#include "connection/PrivateLink.h"
 #include <utility>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -271,16 +274,62 @@ void MainWindow::buildStatusBar()
         if (n == 2) {
             row->addWidget(m_hold);
             row->addWidget(away);
+            m_privacy = new QToolButton;
+            m_privacy->setObjectName(QStringLiteral("btnPrivacy"));
+            m_privacy->setAutoRaise(true);
+            m_privacy->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+            m_privacy->setVisible(false);
+            row->addWidget(m_privacy);
         }
         // Panels take clicks: panel 2 is the way back to listening.
         label->installEventFilter(this);
         m_panels << label;
     }
     sb->addPermanentWidget(strip, 1);
+    connect(&m_frm.connection().privateLink(), &PrivateLink::privacyChanged, this, &MainWindow::showPrivacy);
+    connect(m_privacy, &QToolButton::clicked, this, [this] {
+        PrivateSessionDialog d(m_frm, this);
+        d.exec();
+    });
     connect(&m_frm.model(), &MainModel::lblStealthChanged, away, [away](const QString& text) {
         away->setText(text);
         away->setVisible(!text.isEmpty());
     });
+}
+
+void MainWindow::showPrivacy()
+{
+    const Privacy p = m_frm.connection().privateLink().privacy();
+    const bool dark = isDark(palette());
+    QString icon;
+    QString colour;
+    switch (p) {
+    case Privacy::NoSession:
+    case Privacy::Agreeing:
+        break;
+    case Privacy::OldWire:
+        icon = QStringLiteral("security-low");
+        colour = dark ? QStringLiteral("#ffb74d") : QStringLiteral("#b34700");
+        break;
+    case Privacy::Private:
+        icon = QStringLiteral("security-medium");
+        break;
+    case Privacy::Verified:
+        icon = QStringLiteral("security-high");
+        colour = dark ? QStringLiteral("#a5d6a7") : QStringLiteral("#1b5e20");
+        break;
+    }
+    const QString text = m_frm.ctx().translate(PrivateLink::privacyText(p));
+    m_privacy->setText(text);
+    m_privacy->setIcon(icon.isEmpty() ? QIcon() : QIcon::fromTheme(icon));
+    m_privacy->setStyleSheet(colour.isEmpty() ? QString()
+                                              : QStringLiteral("QToolButton{color:%1;font-weight:bold;}").arg(colour));
+    m_privacy->setToolTip(p == Privacy::Private || p == Privacy::Verified
+                              ? m_frm.ctx().translate(QStringLiteral("Short string")) + QStringLiteral(": ") +
+                                    m_frm.connection().privateLink().shortString()
+                              : QString());
+    m_privacy->setAccessibleName(text);
+    m_privacy->setVisible(!text.isEmpty());
 }
 
 QString MainWindow::holdText(FrmMain& frm)

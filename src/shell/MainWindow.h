@@ -28,6 +28,8 @@ class QSplitter;
 class QSystemTrayIcon;
 class QMenu;
 
+class QToolButton;
+
 namespace vonnel {
 
 class FrmMain;
@@ -161,6 +163,10 @@ private:
     QHash<int, QPointer<QDialog>> m_netTools;  // by Form
     QPlainTextEdit* m_lastPane = nullptr;
     QLabel* m_hold = nullptr;
+    // What the session is: old wire, private, verified; opens the
+    // private session's window.
+    QToolButton* m_privacy = nullptr;
+    void showPrivacy();
     QPoint m_dragFrom{-1, -1};  // where a press in a selection began
     QString m_notice;  // the end of the last transfer, while it is shown
     QString m_holdShown;  // the text beside the panels now

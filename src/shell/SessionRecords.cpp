@@ -1,5 +1,8 @@
 #include "shell/SessionRecords.h"
 
+#include "connection/Connection.h"
+#include "connection/PrivateLink.h"
+
 #include "core/Cp1252.h"
 #include "core/IniStore.h"
 #include "platform/Prompter.h"
@@ -47,10 +50,18 @@ void SessionRecords::sessionEnded()
 
 QString SessionRecords::headerLine() const
 {
+    // A private session says so, and whether the peer's key was verified;
+    // the record of a session on the old wire is as it always was.
+    const PrivateLink& link = m_frm.connection().privateLink();
+    const Privacy p = link.privacy() != Privacy::NoSession ? link.privacy() : link.lastSessionPrivacy();
+    const QString privacy = p == Privacy::Private || p == Privacy::Verified
+                                ? QStringLiteral(" [") + m_frm.ctx().translate(PrivateLink::privacyText(p)) +
+                                      QLatin1Char(']')
+                                : QString();
     return QStringLiteral("Vonnel Free ") +
            QLocale().toString(m_frm.ctx().clock().today(), QLocale::ShortFormat) + QLatin1Char(' ') +
            timeText(m_frm.session().SessionStartTime) + QStringLiteral(" - ") +
-           timeText(m_frm.session().SessionEndTime);
+           timeText(m_frm.session().SessionEndTime) + privacy;
 }
 
 QString SessionRecords::messageFormat() const

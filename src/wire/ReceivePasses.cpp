@@ -5,6 +5,8 @@
 
 #include "wire/Receiver.h"
 
+#include "connection/PrivateLink.h"
+
 #include "access/Encryption.h"
 #include "connection/Connection.h"
 #include "connection/Session.h"
@@ -88,6 +90,7 @@ bool Receiver::versionStage(Pass& pass)
     if (!pass.startsWith(wire::kVersionOpen))
         return true;
     const wire::Cut cut = wire::cutFrame(pass.rest(), wire::kVersionOpen, wire::kVersionClose);
+    m_connection.privateLink().peerVersion(trimControl(fromCp1252(cut.inner)));
     if (m_ctx.settingInt(QStringLiteral("Version Check")) == 1) {
         const QString theirs = trimControl(fromCp1252(cut.inner));
         const QString ours = trimControl(m_ctx.VersionString);

@@ -1,5 +1,7 @@
 #include "wire/Receiver.h"
 
+#include "connection/PrivateLink.h"
+
 #include "core/Cp1252.h"
 #include "access/Encryption.h"
 
@@ -100,7 +102,11 @@ void Receiver::Winsock_DataArrival(int index, qint64 bytesTotal)
 {
     if (index > 0 || m_ctx.unloading)
         return;
-    handleArrival(index, m_session.winsock(m_session.sIdx).GetData(), bytesTotal);
+    // The words of going private are taken off before anything else looks.
+    QByteArray bytes = m_connection.privateLink().takeWord(m_session.winsock(m_session.sIdx).GetData());
+    if (bytes.isEmpty())
+        return;
+    handleArrival(index, std::move(bytes), bytesTotal);
 }
 
 void Receiver::handleArrival(int index, QByteArray bytes, qint64 bytesTotal)

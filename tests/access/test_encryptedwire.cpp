@@ -272,7 +272,9 @@ TEST(EncryptedSend, TwoCopiesEncryptionOnOneSideOnly)
     const quint16 calleePort = freePort();
     Tap tap(calleePort);
     TestCopy caller;
-    TestCopy callee(tap.port(), {{"LocalPort", QString::number(calleePort)}, {"Encrypted", "1"}});
+    // The old wire between two copies: the callee does not go private.
+    TestCopy callee(tap.port(),
+                    {{"LocalPort", QString::number(calleePort)}, {"Encrypted", "1"}, {"Private Sessions", "0"}});
     ASSERT_TRUE(caller.start());
     ASSERT_TRUE(callee.start());
     ASSERT_TRUE(connectCopies(caller, callee));

@@ -57,7 +57,7 @@ TEST(Sessions, CallerWaitsForFirstDataThenSendsVersionAndEndsInOrder)
     EXPECT_FALSE(f.model().controls.enabled(Control::mnuConnect));
     EXPECT_EQ(a.rings, QStringList{"connect.wav"});
     EXPECT_TRUE(sessionLog(a.copy).contains("=> Connection with 127.0.0.1 [localhost]"));
-    EXPECT_TRUE(opensWithVersionFormatAndVoice(readOpening(*peer)));
+    { const QByteArray o = readOpening(*peer); EXPECT_TRUE(opensWithVersionFormatAndVoice(o)) << o.constData(); }
 
     // The caller ends it: "^SD", the code-7 byte, then the close.
     bool closed = false;

@@ -178,7 +178,8 @@ TEST(SessionRecord, OnlyAnOpenedSessionLeavesARecordAndOnlyOne)
 TEST(SessionRecord, BothSidesStampTheEndAndKeepPlainLinesUnderEncryption)
 {
     TestCopy a(0, {{"No SmartSave", "0"}});
-    TestCopy b(0, {{"No SmartSave", "0"}, {"Encrypted", "1"}});
+    // The old wire between two copies: this one does not go private.
+    TestCopy b(0, {{"No SmartSave", "0"}, {"Encrypted", "1"}, {"Private Sessions", "0"}});
     ASSERT_TRUE(QDir(a.appPath()).mkdir("rec") && QDir(b.appPath()).mkdir("rec"));
     a.set("SmartSave Folder", a.appPath() + "rec");
     b.set("SmartSave Folder", b.appPath() + "rec");

@@ -26,7 +26,8 @@ const std::vector<OptionsTab>& optionsTabs()
         {OptionsPage::Voice, "&Voice (TTS)", "Voice (TTS)", {QStringLiteral("fraTTS")},
          "tts_setting.htm"},
         {OptionsPage::Security, "Security (&C)", "Security",
-         {QStringLiteral("fraPassword"), QStringLiteral("fraEncrypt")}, "security_setting.htm"},
+         {QStringLiteral("fraPassword"), QStringLiteral("fraEncrypt"), QStringLiteral("fraPrivate")},
+         "security_setting.htm"},
         {OptionsPage::Advanced, "Advanced (&V)", "Advanced",
          {QStringLiteral("fraAdvConnect"), QStringLiteral("fraSending"), QStringLiteral("fraReceiving"),
           QStringLiteral("fraSys")},
@@ -159,6 +160,10 @@ const std::vector<OptRow> kRows = {
     {ROW(SlidPitch), "Voice Pitch", K::Slider, P::Voice, "fraTTS"},
     // Security
     {ROW(chkEncrypt), "Encrypted", K::Check, P::Security, "fraEncrypt"},
+    // Going private with a copy of ours: on unless switched off; refusing
+    // peers of the old wire only when asked to.
+    {ROW(chkPrivate), "Private Sessions", K::Check, P::Security, "fraPrivate", nullptr, nullptr, "1"},
+    {ROW(chkPrivateOnly), "Private Sessions Only", K::Check, P::Security, "fraPrivate"},
     // Advanced
     {ROW(chkVerChk), "Version Check", K::Check, P::Advanced, "fraAdvConnect"},
     {ROW(chkNoResolve), "No Resolve To Connect", K::Check, P::Advanced, "fraAdvConnect"},

@@ -64,7 +64,7 @@ enum class Opt {
     chkDisableTTS, chkDisableLocalTTS, chkDisableRemoteTTS, chkNotSendAutoTTS,
     chkNotSendManualTTS, cbVoiceEng, slidVol, slidSpeed, SlidPitch,
     // Security
-    chkEncrypt,
+    chkEncrypt, chkPrivate, chkPrivateOnly,
     // Advanced
     chkVerChk, chkNoResolve, txtTimeout, txtBytePerSend, txtPasteTextLimit,
     txtEncryptTextLimit, txtSndFileSize, chkSelfRepair, txtSelfRepairCount, txtOverflow,

@@ -60,6 +60,7 @@ private:
     QWidget* buildPictureUrl();
     QWidget* buildVoice();
     QWidget* buildSecurity();
+    QGroupBox* buildPrivateFrame();
     QWidget* buildAdvanced();
 
     // Box makers: each makes the control's widget, binds it to the model

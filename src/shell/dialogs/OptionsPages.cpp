@@ -4,6 +4,12 @@
 
 #include "shell/dialogs/OptionsDialog.h"
 
+#include <QFontDatabase>
+
+#include "connection/Connection.h"
+#include "connection/PrivateLink.h"
+#include "platform/Prompter.h"
+
 #include "access/Encryption.h"
 #include "access/LockForms.h"
 #include "core/CopyContext.h"
@@ -374,7 +380,47 @@ QWidget* OptionsDialog::buildSecurity()
     connect(second, &QPushButton::clicked, this, [setPass] { setPass(false); });
     QGroupBox* enc = frame("fraEncrypt", ctx.translate(QStringLiteral("Encryption")));
     column(enc)->addWidget(check(Opt::chkEncrypt, ctx.translate(QStringLiteral("Encrypt the text I send"))));
-    return page({pass, enc});
+    return page({pass, enc, buildPrivateFrame()});
+}
+
+QGroupBox* OptionsDialog::buildPrivateFrame()
+{
+    CopyContext& ctx = m_frm.ctx();
+    QGroupBox* priv = frame("fraPrivate", ctx.translate(QStringLiteral("Private sessions")));
+    QVBoxLayout* col = column(priv);
+    col->addWidget(check(Opt::chkPrivate, ctx.translate(QStringLiteral("Go private with peers that can (TLS 1.3)"))));
+    col->addWidget(check(Opt::chkPrivateOnly,
+                         ctx.translate(QStringLiteral("Private sessions only: refuse peers of the old wire"))));
+    auto* keyLabel = new QLabel(ctx.translate(QStringLiteral("Your key")) + QLatin1Char(':'));
+    auto* key = new QLabel;
+    key->setObjectName(QStringLiteral("lblOwnKey"));
+    key->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    key->setWordWrap(true);
+    key->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    keyLabel->setBuddy(key);
+    PrivateLink& link = m_frm.connection().privateLink();
+    key->setText(link.identity().fingerprint());
+    auto* renew = button("cmdNewKey", ctx.translate(QStringLiteral("Make a &New Key...")));
+    connect(renew, &QPushButton::clicked, this, [this, key, &link] {
+        CopyContext& c = m_frm.ctx();
+        const Answer a = c.prompter().msgBox(
+            c.translate(QStringLiteral("Peers that verified your present key will be warned that it changed, "
+                                       "and will have to compare the short string with you again.")) +
+                QStringLiteral("\r\r") + c.translate(QStringLiteral("Make a new key?")),
+            MsgStyle::YesNo + MsgStyle::Question + MsgStyle::DefaultButton2,
+            c.translate(QStringLiteral("New Key")));
+        if (a != Answer::Yes)
+            return;
+        QString error;
+        if (!link.identity().renew(&error))
+            c.prompter().msgBox(c.translate(QStringLiteral("No new key could be made:")) + QLatin1Char(' ') + error,
+                                MsgStyle::Exclamation, c.translate(QStringLiteral("New Key")));
+        key->setText(link.identity().fingerprint());
+    });
+    col->addWidget(keyLabel);
+    col->addWidget(key);
+    col->addWidget(renew, 0, Qt::AlignLeft);
+    return priv;
 }
 
 QWidget* OptionsDialog::buildAdvanced()
