@@ -425,6 +425,10 @@ int Winsock::sendNow(const QByteArray& data)
 void Winsock::writeOut(const QByteArray& data)
 {
     m_socket->write(data);
+    // A TLS socket would encrypt what it was given on its next turn of the
+    // event loop; a frame goes out now, as on a plain socket.
+    if (m_tls == Tls::Up)
+        m_socket->flush();
 }
 
 void Winsock::holdSends(bool on)
