@@ -210,6 +210,14 @@ int Winsock::Connect(const QString& host, quint16 port)
             setState(sckConnecting);
     });
     connect(s, &QTcpSocket::connected, this, [this, s] {
+        // A call from a bound port to that very port of this machine meets
+        // itself (TCP's simultaneous open): nobody listens there.
+        if (s->localPort() == s->peerPort() && s->localAddress() == s->peerAddress()) {
+            fail(errConnectionRefused, QStringLiteral("Connection is forcefully rejected"));
+            setState(sckError);
+            Q_EMIT Error(m_index, errConnectionRefused, m_lastErrorText);
+            return;
+        }
         // Options set before the connection exists do not reach it.
         s->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         applyKeepAlive(s);

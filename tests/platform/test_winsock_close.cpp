@@ -146,3 +146,28 @@ TEST(WinsockEnd, SessionTellsAResetFromAClose)
 }
 
 }  // namespace
+
+namespace {
+
+// A call from a bound port to that same port of this machine, where nobody
+// listens, would meet itself (TCP's simultaneous open) and look like a
+// session with nobody. It is refused, as any call to a port nobody takes.
+TEST(WinsockCall, ACallToItsOwnBoundPortIsRefused)
+{
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        Winsock ws(0);
+        Ending seen;
+        watch(ws, seen);
+        bool connected = false;
+        QObject::connect(&ws, &Winsock::Connect_, [&](int) { connected = true; });
+        const quint16 port = freePort();
+        ws.setLocalPort(port);
+        ASSERT_EQ(ws.Connect(QStringLiteral("127.0.0.1"), port), 0);
+        ASSERT_TRUE(waitUntil([&] { return seen.errors > 0 || connected; }, 3000));
+        EXPECT_FALSE(connected);
+        EXPECT_EQ(seen.errorNumber, Winsock::errConnectionRefused);
+        EXPECT_EQ(ws.State(), Winsock::sckError);
+    }
+}
+
+}  // namespace
