@@ -151,6 +151,14 @@ QString Identity::fingerprintOf(const QSslCertificate& certificate)
     return out;
 }
 
+QString Identity::inTwoLines(const QString& fingerprint)
+{
+    constexpr int kHalf = 16 * 3 - 1;  // sixteen pairs and their colons
+    if (fingerprint.size() <= kHalf + 1)
+        return fingerprint;
+    return fingerprint.left(kHalf) + QLatin1Char('\n') + fingerprint.mid(kHalf + 1);
+}
+
 QString shortAuthString(const QSslCertificate& a, const QSslCertificate& b)
 {
     if (a.isNull() || b.isNull())

@@ -27,6 +27,8 @@ public:
     // The certificate's SHA-256 fingerprint in pairs of hex digits.
     QString fingerprint() const { return fingerprintOf(m_certificate); }
     static QString fingerprintOf(const QSslCertificate& certificate);
+    // A fingerprint as two lines of sixteen pairs, to be read aloud.
+    static QString inTwoLines(const QString& fingerprint);
 
     QString keyPath() const { return m_folder + QStringLiteral("identity.key"); }
     QString certificatePath() const { return m_folder + QStringLiteral("identity.crt"); }

@@ -328,9 +328,10 @@ bool PrivateLink::peerStillTrusted(const QString& fingerprint)
         return true;
     const Answer a = m_ctx.prompter().msgBox(
         m_ctx.translate(QStringLiteral("The key of this peer is not the one you verified:")) + QLatin1Char(' ') +
-            m_peer + QLatin1Char('\r') + m_ctx.translate(QStringLiteral("Verified key")) + QStringLiteral(": ") +
-            known->fingerprint + QLatin1Char('\r') + m_ctx.translate(QStringLiteral("Key now")) +
-            QStringLiteral(": ") + fingerprint + QLatin1Char('\r') +
+            m_peer + QStringLiteral("\r\r") + m_ctx.translate(QStringLiteral("Verified key")) + QStringLiteral(":\r") +
+            Identity::inTwoLines(known->fingerprint) + QStringLiteral("\r\r") +
+            m_ctx.translate(QStringLiteral("Key now")) + QStringLiteral(":\r") + Identity::inTwoLines(fingerprint) +
+            QStringLiteral("\r\r") +
             m_ctx.translate(QStringLiteral("Someone between you may be reading the session. Nothing you typed has "
                                            "gone out yet.")) +
             QStringLiteral("\r\r") + m_ctx.translate(QStringLiteral("Go on with the new key?")),

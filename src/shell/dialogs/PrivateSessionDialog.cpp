@@ -19,7 +19,6 @@ QLabel* selectable(QWidget* parent)
 {
     auto* l = new QLabel(parent);
     l->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    l->setWordWrap(true);
     return l;
 }
 }  // namespace
@@ -38,6 +37,7 @@ PrivateSessionDialog::PrivateSessionDialog(FrmMain& frm, QWidget* parent)
     m_state->setFont(bold);
 
     m_string = selectable(this);
+    m_string->setWordWrap(true);
     m_string->setObjectName(QStringLiteral("lblShortString"));
     QFont big = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     big.setPointSizeF(big.pointSizeF() * 1.8);
@@ -89,8 +89,8 @@ void PrivateSessionDialog::refresh()
     m_state->setText(p == Privacy::NoSession ? c.translate(QStringLiteral("No session"))
                                              : c.translate(PrivateLink::privacyText(p)));
     m_string->setText(isPrivate ? m_link.shortString() : QStringLiteral("-"));
-    m_peerKey->setText(isPrivate ? m_link.peerFingerprint() : QStringLiteral("-"));
-    m_ownKey->setText(m_link.identity().fingerprint());
+    m_peerKey->setText(isPrivate ? Identity::inTwoLines(m_link.peerFingerprint()) : QStringLiteral("-"));
+    m_ownKey->setText(Identity::inTwoLines(m_link.identity().fingerprint()));
     m_hint->setVisible(isPrivate);
     m_verify->setEnabled(p == Privacy::Private);
     m_verify->setVisible(isPrivate);
