@@ -157,6 +157,9 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
         fail(ws.lastErrorText());
         return;
     }
+    // Before anything below lets events run: the caller's version and offer
+    // may come in at any turn of the loop from here on.
+    m_private->calleeOpened();
     m_session.peerForRecord = ws.RemoteHostIP();
     m_cipher.readEncryptedSetting();
     m_model.stStatusbar.setText(2, m_ctx.translate(QStringLiteral("Connection from ")) + m_session.PeerIP +
@@ -180,7 +183,6 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     m_model.stStatusbar.setText(4, m_session.minutesText());
     m_ctx.requestRing(m_ctx.rings.Ring1);
     m_session.opened();
-    m_private->calleeOpened();
     m_model.txtServer.setEnabled(true);
     m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_session.EnableDisconnect();

@@ -267,6 +267,12 @@ void PrivateLink::onPrivateFailed(int index, const QString& reason)
 
 void PrivateLink::timedOut()
 {
+    // A read already waiting on the socket may hold the word: it is read
+    // before the wait is given up.
+    if (m_step != Step::Handshake && m_session.winsock(0).bytesAvailable() > 0) {
+        m_wait.start(50);
+        return;
+    }
     switch (m_step) {
     case Step::CalleeOpen:
     case Step::CallerWaitsAnswer:

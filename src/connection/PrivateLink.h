@@ -48,7 +48,8 @@ public:
     PeerKeys& peerKeys() { return m_peers; }
 
     // --- the session's start ----------------------------------------------
-    // The callee has sent its opening (version, key frame, look).
+    // The callee has taken the call: its opening (version, key frame, look)
+    // goes out next, and the caller's version may come in at any time.
     void calleeOpened();
     // The caller has sent its opening: the offer goes out now, if at all.
     void callerOpened();
@@ -115,7 +116,7 @@ private:
     bool m_callee = false;
     QTimer m_wait;
     int m_answerMs = 5000;
-    int m_offerMs = 2000;
+    int m_offerMs = 5000;
     int m_handshakeMs = 10000;
     QString m_peer;
     QString m_shortString;

@@ -247,6 +247,23 @@ TEST(PrivateSessions, AHandshakeOfGarbageOrSilenceEndsTheSessionWithABoxAndNothi
     }
 }
 
+// A caller of ours is quick: its version and offer may be in before the
+// callee has done taking the call (its name lookup lets events run).
+TEST(PrivateSessions, AnOfferThatCameWithTheCallIsTaken)
+{
+    Callee b;
+    ASSERT_TRUE(b.started);
+    QTcpSocket peer;
+    QObject::connect(&peer, &QTcpSocket::connected, [&] { peer.write(kVersion + wire::kPrivateOffer.toByteArray()); });
+    QByteArray got = acceptRawPeer(b.copy, peer);
+    waitUntil([&] {
+        got += peer.readAll();
+        return got.endsWith(wire::kPrivateAccept.toByteArray());
+    }, 3000);
+    EXPECT_TRUE(got.endsWith(wire::kPrivateAccept.toByteArray())) << got.constData();
+    EXPECT_TRUE(got.startsWith(kVersion));
+}
+
 // A copy that had a private session with an address, then a peer of the
 // old wire from there: the user is asked before anything typed goes out,
 // and by default the session ends. "Private sessions only" ends it anyway.

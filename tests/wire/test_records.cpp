@@ -6,6 +6,7 @@
 #include "shell/SessionRecords.h"
 #include "support/Session.h"
 #include "connection/Connection.h"
+#include "connection/PrivateLink.h"
 #include "wire/LiveTyping.h"
 #include "wire/Receiver.h"
 #include "connection/Session.h"
@@ -15,6 +16,8 @@
 #include <QDir>
 #include <QRegularExpression>
 #include <QFile>
+#include "connection/Connection.h"
+
 #include <gtest/gtest.h>
 
 using namespace vonnel;
@@ -228,6 +231,33 @@ TEST(SessionRecord, TheHeaderDateIsInTheUsersShortForm)
             << copy.frm().records().headerLine().toStdString();
     }
     QLocale::setDefault(before);
+}
+
+// A private session's record says so in its first line, and whether this
+// side verified the peer's key; the rest of the record is as always.
+TEST(SessionRecord, APrivateSessionSaysSoInItsFirstLine)
+{
+    TestCopy a(0, {{"No SmartSave", "0"}});
+    TestCopy b(0, {{"No SmartSave", "0"}});
+    ASSERT_TRUE(QDir(a.appPath()).mkdir("rec") && QDir(b.appPath()).mkdir("rec"));
+    a.set("SmartSave Folder", a.appPath() + "rec");
+    b.set("SmartSave Folder", b.appPath() + "rec");
+    ASSERT_TRUE(a.start() && b.start());
+    ASSERT_TRUE(connectCopies(a, b));
+    ASSERT_TRUE(waitUntil([&] {
+        return a.frm().connection().privateLink().privacy() == Privacy::Private &&
+               b.frm().connection().privateLink().privacy() == Privacy::Private;
+    }));
+    ASSERT_TRUE(a.frm().connection().privateLink().markVerified());
+    b.frm().typing().typeText("a line\r");
+    ASSERT_TRUE(waitUntil([&] { return a.frm().model().txtTextMsg.text().contains(": a line"); }));
+    a.frm().connection().mnuDisconnect_Click();
+    ASSERT_TRUE(waitUntil([&] { return records(b.appPath() + "rec/").size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return records(a.appPath() + "rec/").size() == 1; }));
+    const QString first = readText(a.appPath() + "rec/" + records(a.appPath() + "rec/")[0]).section("\r\n", 0, 0);
+    const QString second = readText(b.appPath() + "rec/" + records(b.appPath() + "rec/")[0]).section("\r\n", 0, 0);
+    EXPECT_TRUE(first.endsWith("M [Private, verified]")) << first.toStdString();
+    EXPECT_TRUE(second.endsWith("M [Private, not verified]")) << second.toStdString();
 }
 
 }  // namespace
