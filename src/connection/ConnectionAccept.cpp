@@ -183,6 +183,7 @@ void Connection::Winsock_ConnectionRequest(int index, qintptr requestId)
     m_model.stStatusbar.setText(4, m_session.minutesText());
     m_ctx.requestRing(m_ctx.rings.Ring1);
     m_session.opened();
+    m_private->calleeOpeningSent();
     m_model.txtServer.setEnabled(true);
     m_model.txtClient(m_session.sIdx).setEnabled(true);
     m_session.EnableDisconnect();

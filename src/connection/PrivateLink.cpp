@@ -123,13 +123,18 @@ void PrivateLink::calleeOpened()
         return;
     }
     setPrivacy(Privacy::Agreeing);
-    // A peer that went private before must not get typed text in the
-    // clear before it has shown what it is.
-    if (m_peers.find(m_peer))
-        hold(true);
     // A caller's version comes with its first data; one that sends none is
     // taken for a peer of the old wire after a while.
     m_wait.start(m_answerMs);
+}
+
+void PrivateLink::calleeOpeningSent()
+{
+    // A peer that went private before must not get typed text in the
+    // clear before it has shown what it is; the opening itself is what it
+    // waits for.
+    if (m_step == Step::CalleeOpen && m_peers.find(m_peer))
+        hold(true);
 }
 
 void PrivateLink::callerOpened()

@@ -51,6 +51,8 @@ public:
     // The callee has taken the call: its opening (version, key frame, look)
     // goes out next, and the caller's version may come in at any time.
     void calleeOpened();
+    // ... and its opening has gone out.
+    void calleeOpeningSent();
     // The caller has sent its opening: the offer goes out now, if at all.
     void callerOpened();
     // The peer's version text, the first in a session.
