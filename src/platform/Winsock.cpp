@@ -252,10 +252,7 @@ int Winsock::Accept(qintptr requestId)
     setState(sckConnected);
     // Anything the caller sent before the accept is announced at once.
     if (s->bytesAvailable() > 0)
-        QMetaObject::invokeMethod(this, [this] {
-            if (m_socket && m_socket->bytesAvailable() > 0)
-                Q_EMIT DataArrival(m_index, m_socket->bytesAvailable());
-        }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this] { announceArrival(); }, Qt::QueuedConnection);
     return 0;
 }
 
@@ -292,8 +289,8 @@ void Winsock::adopt(QTcpSocket* s)
         });
     }
     connect(s, &QTcpSocket::readyRead, this, [this, s] {
-        if (m_socket == s && s->bytesAvailable() > 0)
-            Q_EMIT DataArrival(m_index, s->bytesAvailable());
+        if (m_socket == s)
+            announceArrival();
     });
     connect(s, &QTcpSocket::bytesWritten, this, [this, s](qint64 n) {
         if (m_socket != s)
@@ -316,6 +313,26 @@ void Winsock::adopt(QTcpSocket* s)
         if (m_socket == s)
             onSocketError();
     });
+}
+
+void Winsock::announceArrival()
+{
+    // An arrival is never announced inside the handling of another, as a
+    // plain socket promises: a private socket decrypts what came whenever
+    // it writes, so a frame sent from inside an arrival could bring the
+    // next arrival in the middle of this one. It is announced as soon as
+    // the handling of this one is over.
+    if (m_announcing) {
+        m_arrivalWaiting = true;
+        return;
+    }
+    m_announcing = true;
+    do {
+        m_arrivalWaiting = false;
+        if (m_socket && m_socket->bytesAvailable() > 0)
+            Q_EMIT DataArrival(m_index, m_socket->bytesAvailable());
+    } while (m_arrivalWaiting && m_socket);
+    m_announcing = false;
 }
 
 void Winsock::applyKeepAlive(QTcpSocket* s)

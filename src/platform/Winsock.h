@@ -127,6 +127,7 @@ private:
     static void closeOrderly(QTcpSocket* socket);
     void onNewConnection();
     void onSocketError();
+    void announceArrival();
     QSslSocket* tlsSocket() const;
     void writeOut(const QByteArray& data);
     // A second descriptor of the session socket, kept so the socket's own
@@ -161,6 +162,8 @@ private:
     Tls m_tls = Tls::Plain;
     bool m_holding = false;
     QByteArray m_held;
+    bool m_announcing = false;
+    bool m_arrivalWaiting = false;
 };
 
 int winsockErrorNumber(int qtSocketError);
