@@ -107,19 +107,24 @@ QString PrivateLink::peerAddress() const
 
 // --- the start ---------------------------------------------------------------------
 
-void PrivateLink::calleeOpened()
+void PrivateLink::beginSession(bool callee)
 {
     m_wait.stop();
-    m_callee = true;
+    m_callee = callee;
     m_lastPrivacy = Privacy::NoSession;
-    m_step = Step::CalleeOpen;
-    m_sawVersion = false;
     m_peer = peerAddress();
     m_shortString.clear();
     m_peerFingerprint.clear();
     m_suite.clear();
+}
+
+void PrivateLink::calleeOpened()
+{
+    beginSession(true);
+    m_step = Step::CalleeOpen;
+    m_sawVersion = false;
     if (!enabled()) {
-        goPlain(QString());
+        goPlain();
         return;
     }
     setPrivacy(Privacy::Agreeing);
@@ -139,16 +144,10 @@ void PrivateLink::calleeOpeningSent()
 
 void PrivateLink::callerOpened()
 {
-    m_wait.stop();
-    m_callee = false;
-    m_lastPrivacy = Privacy::NoSession;
-    m_peer = peerAddress();
-    m_shortString.clear();
-    m_peerFingerprint.clear();
-    m_suite.clear();
+    beginSession(false);
     // The callee's version came with its first data, before the opening.
     if (!enabled() || !m_sawVersion || !canGoPrivate(m_peerVersion)) {
-        goPlain(QString());
+        goPlain();
         return;
     }
     m_step = Step::CallerWaitsAnswer;
@@ -174,7 +173,7 @@ void PrivateLink::peerVersion(const QString& text)
         m_wait.start(m_offerMs);
         return;
     }
-    goPlain(QString());
+    goPlain();
 }
 
 QByteArray PrivateLink::takeWord(QByteArray bytes)
@@ -195,7 +194,7 @@ QByteArray PrivateLink::takeWord(QByteArray bytes)
             // Too late, or switched off: the caller goes on plain at once.
             m_session.winsock(0).sendNow(wire::kPrivateDecline.toByteArray());
             if (m_step != Step::Decided)
-                goPlain(QString());
+                goPlain();
         }
         return bytes;
     case Step::CallerWaitsAnswer:
@@ -204,7 +203,7 @@ QByteArray PrivateLink::takeWord(QByteArray bytes)
             startHandshake(true);
         } else if (endsWithWord(bytes, wire::kPrivateDecline)) {
             bytes.chop(wire::kPrivateDecline.size());
-            goPlain(QStringLiteral("declined"));
+            goPlain();
         }
         return bytes;
     case Step::Idle:
@@ -214,20 +213,25 @@ QByteArray PrivateLink::takeWord(QByteArray bytes)
     return bytes;
 }
 
+QSslConfiguration PrivateLink::tlsConfiguration(const Identity& identity)
+{
+    QSslConfiguration c = QSslConfiguration::defaultConfiguration();
+    c.setProtocol(QSsl::TlsV1_3);
+    c.setLocalCertificate(identity.certificate());
+    c.setPrivateKey(identity.key());
+    // Both sides show a certificate; whose it is, the users settle.
+    c.setPeerVerifyMode(QSslSocket::QueryPeer);
+    c.setCaCertificates({});
+    return c;
+}
+
 void PrivateLink::startHandshake(bool asClient)
 {
     m_wait.stop();
     m_step = Step::Handshake;
     setPrivacy(Privacy::Agreeing);
     hold(true);
-    QSslConfiguration c = QSslConfiguration::defaultConfiguration();
-    c.setProtocol(QSsl::TlsV1_3);
-    c.setLocalCertificate(m_identity.certificate());
-    c.setPrivateKey(m_identity.key());
-    // Both sides show a certificate; whose it is, the users settle.
-    c.setPeerVerifyMode(QSslSocket::QueryPeer);
-    c.setCaCertificates({});
-    if (!m_session.winsock(0).startPrivate(c, asClient)) {
+    if (!m_session.winsock(0).startPrivate(tlsConfiguration(m_identity), asClient)) {
         fail(m_ctx.translate(QStringLiteral("The connection could not be turned private.")));
         return;
     }
@@ -282,7 +286,7 @@ void PrivateLink::timedOut()
     case Step::CalleeOpen:
     case Step::CallerWaitsAnswer:
     case Step::CalleeWaitsOffer:
-        goPlain(QString());
+        goPlain();
         break;
     case Step::Handshake:
         fail(m_ctx.translate(QStringLiteral("The handshake did not finish in time.")));
@@ -292,9 +296,8 @@ void PrivateLink::timedOut()
     }
 }
 
-void PrivateLink::goPlain(const QString& why)
+void PrivateLink::goPlain()
 {
-    Q_UNUSED(why);
     m_wait.stop();
     m_step = Step::Decided;
     setPrivacy(Privacy::OldWire);

@@ -21,6 +21,7 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QSslConfiguration>
 #include <QString>
 #include <QTimer>
 
@@ -81,6 +82,10 @@ public:
     void setWaits(int answerMs, int offerMs, int handshakeMs);
     // Whether a version text is one of a copy that can go private.
     static bool canGoPrivate(const QString& versionText);
+    // The TLS of a private session with this identity: TLS 1.3 only, our
+    // certificate shown, the peer's asked for and not checked against any
+    // authority (the users compare the short string).
+    static QSslConfiguration tlsConfiguration(const Identity& identity);
 
 Q_SIGNALS:
     void privacyChanged(Privacy privacy);
@@ -90,6 +95,7 @@ Q_SIGNALS:
 
 private:
     enum class Step { Idle, CalleeOpen, CalleeWaitsOffer, CallerWaitsAnswer, Handshake, Decided };
+    void beginSession(bool callee);
     bool enabled() const;
     bool privateOnly() const;
     void setPrivacy(Privacy p);
@@ -97,7 +103,7 @@ private:
     void startHandshake(bool asClient);
     void onPrivateUp(int index);
     void onPrivateFailed(int index, const QString& reason);
-    void goPlain(const QString& why);
+    void goPlain();
     void fail(const QString& reason, bool endIt = true);
     void timedOut();
     // A remembered peer with another key, or going plain after it went

@@ -5,6 +5,7 @@
 // TLS on each side with a key pair of its own, keeping the plain text.
 
 #include "access/Identity.h"
+#include "connection/PrivateLink.h"
 #include "core/WireCodec.h"
 
 #include <QSslConfiguration>
@@ -78,22 +79,11 @@ private:
         m_private = true;
         for (QSslSocket* s : {m_in, &m_out})
             connect(s, &QSslSocket::sslErrors, s, [s](const QList<QSslError>&) { s->ignoreSslErrors(); });
-        m_in->setSslConfiguration(config(m_towardCaller));
-        m_out.setSslConfiguration(config(m_towardCallee));
+        m_in->setSslConfiguration(PrivateLink::tlsConfiguration(m_towardCaller));
+        m_out.setSslConfiguration(PrivateLink::tlsConfiguration(m_towardCallee));
         m_in->startServerEncryption();
         m_out.startClientEncryption();
     }
-    static QSslConfiguration config(const Identity& id)
-    {
-        QSslConfiguration c = QSslConfiguration::defaultConfiguration();
-        c.setProtocol(QSsl::TlsV1_3);
-        c.setLocalCertificate(id.certificate());
-        c.setPrivateKey(id.key());
-        c.setPeerVerifyMode(QSslSocket::QueryPeer);
-        c.setCaCertificates({});
-        return c;
-    }
-
     quint16 m_target;
     bool m_man;
     bool m_private = false;
