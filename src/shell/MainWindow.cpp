@@ -26,6 +26,7 @@
 #include <QStatusBar>
 #include <QToolButton>
 #include "shell/dialogs/PrivateSessionDialog.h"
+#include "shell/SvgIcon.h"
 #include "connection/PrivateLink.h"
 #include <utility>
 #include <QSystemTrayIcon>
@@ -301,7 +302,9 @@ void MainWindow::showPrivacy()
 {
     const Privacy p = m_frm.connection().privateLink().privacy();
     const bool dark = isDark(palette());
+    // The desktop's icon by its freedesktop name, else our own drawing.
     QString icon;
+    QString drawing;
     QString colour;
     switch (p) {
     case Privacy::NoSession:
@@ -309,19 +312,23 @@ void MainWindow::showPrivacy()
         break;
     case Privacy::OldWire:
         icon = QStringLiteral("security-low");
+        drawing = QStringLiteral("old-wire");
         colour = dark ? QStringLiteral("#ffb74d") : QStringLiteral("#b34700");
         break;
     case Privacy::Private:
         icon = QStringLiteral("security-medium");
+        drawing = QStringLiteral("private");
         break;
     case Privacy::Verified:
         icon = QStringLiteral("security-high");
+        drawing = QStringLiteral("security");
         colour = dark ? QStringLiteral("#a5d6a7") : QStringLiteral("#1b5e20");
         break;
     }
     const QString text = m_frm.ctx().translate(PrivateLink::privacyText(p));
     m_privacy->setText(text);
-    m_privacy->setIcon(icon.isEmpty() ? QIcon() : QIcon::fromTheme(icon));
+    m_privacy->setIcon(icon.isEmpty() ? QIcon()
+                                      : QIcon::fromTheme(icon, svgIcon(QStringLiteral(":/icons/%1.svg").arg(drawing))));
     m_privacy->setStyleSheet(colour.isEmpty() ? QString()
                                               : QStringLiteral("QToolButton{color:%1;font-weight:bold;}").arg(colour));
     m_privacy->setToolTip(p == Privacy::Private || p == Privacy::Verified
