@@ -327,10 +327,13 @@ void Winsock::announceArrival()
         return;
     }
     m_announcing = true;
+    const QPointer<Winsock> alive(this);  // a handler may end the copy
     do {
         m_arrivalWaiting = false;
         if (m_socket && m_socket->bytesAvailable() > 0)
             Q_EMIT DataArrival(m_index, m_socket->bytesAvailable());
+        if (!alive)
+            return;
     } while (m_arrivalWaiting && m_socket);
     m_announcing = false;
 }
