@@ -27,7 +27,6 @@ public:
     // The user compared the short string: this key is the peer's.
     void markVerified(const QString& peer, const QString& fingerprint);
 
-    const QString& path() const { return m_path; }
 
 private:
     void write(const QString& peer, const KnownPeer& known);

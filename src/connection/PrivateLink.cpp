@@ -17,11 +17,6 @@ namespace {
 const QString kPrivateKey = QStringLiteral("Private Sessions");
 const QString kPrivateOnlyKey = QStringLiteral("Private Sessions Only");
 const QString kTitle = QStringLiteral("Private Session");
-
-bool endsWithWord(const QByteArray& bytes, QByteArrayView word)
-{
-    return bytes.endsWith(word);
-}
 }  // namespace
 
 PrivateLink::PrivateLink(CopyContext& ctx, Session& session, QObject* parent)
@@ -184,7 +179,7 @@ QByteArray PrivateLink::takeWord(QByteArray bytes)
     case Step::CalleeOpen:
     case Step::CalleeWaitsOffer:
     case Step::Decided:
-        if (!m_callee || !endsWithWord(bytes, wire::kPrivateOffer))
+        if (!m_callee || !bytes.endsWith(wire::kPrivateOffer))
             return bytes;
         bytes.chop(wire::kPrivateOffer.size());
         if (m_step != Step::Decided && enabled()) {
@@ -198,10 +193,10 @@ QByteArray PrivateLink::takeWord(QByteArray bytes)
         }
         return bytes;
     case Step::CallerWaitsAnswer:
-        if (endsWithWord(bytes, wire::kPrivateAccept)) {
+        if (bytes.endsWith(wire::kPrivateAccept)) {
             bytes.chop(wire::kPrivateAccept.size());
             startHandshake(true);
-        } else if (endsWithWord(bytes, wire::kPrivateDecline)) {
+        } else if (bytes.endsWith(wire::kPrivateDecline)) {
             bytes.chop(wire::kPrivateDecline.size());
             goPlain();
         }
@@ -257,13 +252,14 @@ void PrivateLink::onPrivateUp(int index)
                             m_ctx.translate(QStringLiteral("Short string")) + QStringLiteral(": ") + m_shortString +
                                 QLatin1Char('\n') + m_ctx.translate(QStringLiteral("Peer key")) +
                                 QStringLiteral(": ") + m_peerFingerprint);
-    if (!peerStillTrusted(m_peerFingerprint)) {
+    const std::optional<KnownPeer> known = m_peers.find(m_peer);
+    if (!peerStillTrusted(known, m_peerFingerprint)) {
         Q_EMIT endSession();
         return;
     }
-    const std::optional<KnownPeer> known = m_peers.find(m_peer);
     const bool verified = known && known->verified && known->fingerprint == m_peerFingerprint;
-    m_peers.remember(m_peer, m_peerFingerprint);
+    if (!known || known->fingerprint != m_peerFingerprint)
+        m_peers.remember(m_peer, m_peerFingerprint);
     setPrivacy(verified ? Privacy::Verified : Privacy::Private);
     hold(false);
 }
@@ -333,11 +329,10 @@ bool PrivateLink::plainStillWanted()
     return a == Answer::Yes;
 }
 
-bool PrivateLink::peerStillTrusted(const QString& fingerprint)
+bool PrivateLink::peerStillTrusted(const std::optional<KnownPeer>& known, const QString& fingerprint)
 {
     // Only a verified key is known to be the peer's: one merely seen before
     // (many peers may share an address behind a router) gives way quietly.
-    const std::optional<KnownPeer> known = m_peers.find(m_peer);
     if (!known || !known->verified || known->fingerprint == fingerprint)
         return true;
     const Answer a = m_ctx.prompter().msgBox(

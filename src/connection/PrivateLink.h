@@ -108,7 +108,7 @@ private:
     void timedOut();
     // A remembered peer with another key, or going plain after it went
     // private before: asks before anything typed goes out. True to go on.
-    bool peerStillTrusted(const QString& fingerprint);
+    bool peerStillTrusted(const std::optional<KnownPeer>& known, const QString& fingerprint);
     bool plainStillWanted();
     QString peerAddress() const;
 

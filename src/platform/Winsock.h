@@ -87,15 +87,12 @@ public:
     // What SendData is given while the sends are held waits here and goes
     // out, in order, when they are let go. sendNow writes past the hold.
     void holdSends(bool on);
-    bool sendsHeld() const { return m_holding; }
     int sendNow(const QByteArray& data);
     // Turns the connection private: TLS on the same socket, this side the
     // client or the server of the handshake. Nothing may be read past the
     // last plain word first, so each side starts only when the other has
     // gone quiet. privateUp or privateFailed tells how it went.
     bool startPrivate(const QSslConfiguration& config, bool asClient);
-    bool isPrivate() const { return m_tls == Tls::Up; }
-    bool handshaking() const { return m_tls == Tls::Handshake; }
     QSslCertificate peerCertificate() const;
     // The protocol and cipher of a private connection, for the record.
     QString privateSuite() const;

@@ -26,7 +26,6 @@ namespace {
 
 PrivateLink& link(TestCopy& c) { return c.frm().connection().privateLink(); }
 Privacy privacy(TestCopy& c) { return link(c).privacy(); }
-bool isPrivate(TestCopy& c) { return privacy(c) == Privacy::Private || privacy(c) == Privacy::Verified; }
 
 // Calls the copy listening on port (a relay, or the callee itself) and has
 // the callee take the call.

@@ -96,14 +96,4 @@ void PrivateSessionDialog::refresh()
     m_verify->setVisible(isPrivate);
 }
 
-QString PrivateSessionDialog::stateText() const
-{
-    return m_state->text();
-}
-
-QString PrivateSessionDialog::shortString() const
-{
-    return m_string->text();
-}
-
 }  // namespace vonnel

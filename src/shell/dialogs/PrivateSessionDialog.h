@@ -18,11 +18,6 @@ class PrivateSessionDialog : public QDialog {
 public:
     explicit PrivateSessionDialog(FrmMain& frm, QWidget* parent = nullptr);
 
-    // The texts shown, for tests: state, short string, peer key, own key.
-    QString stateText() const;
-    QString shortString() const;
-    QPushButton* verifyButton() const { return m_verify; }
-
 private:
     void refresh();
 
